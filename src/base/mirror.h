@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+
+#include "base/bitmap.h"
+
+namespace velmara {
+
+/// The index in 0..count-1 that position `index` shows when a line of `count` samples is mirrored
+/// at both ends again and again, the end samples repeated: -1 shows 0, count shows count - 1.
+std::int64_t mirroredIndex(std::int64_t index, std::int64_t count);
+
+/// The bitmap inside a mirrored frame `border` pixels wide on each side, its corners mirrored both
+/// ways, with the same samples per pixel. Not valid if the input is not, the border is negative or
+/// the memory is not to be had.
+Bitmap withMirroredBorder(const Bitmap& bitmap, int border);
+
+}  // namespace velmara
