@@ -1,0 +1,165 @@
+#include "platform/atomic_file.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <random>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+namespace velmara {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr mode_t kNewFileMode = 0666;
+
+Error systemError(const std::string& what, int code) {
+  return {what + ": " + std::generic_category().message(code)};
+}
+
+/// An open descriptor that closes itself.
+class Descriptor {
+ public:
+  explicit Descriptor(int fd) : fd_(fd) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() {
+    if (fd_ >= 0) ::close(fd_);
+  }
+  int get() const { return fd_; }
+  /// Closes now; false if the system reports a late write error.
+  bool close() { return ::close(std::exchange(fd_, -1)) == 0; }
+
+ private:
+  int fd_;
+};
+
+std::string hiddenName() {
+  std::random_device random;
+  std::array<char, 48> name{};
+  std::snprintf(name.data(), name.size(), ".velmara-%d-%08x.tmp", static_cast<int>(::getpid()),
+                static_cast<unsigned>(random()));
+  return name.data();
+}
+
+bool writeAll(int fd, std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(fd, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+/// The bytes on their way into a folder, under no name where the file system can do that (then not
+/// even a killed process leaves anything behind), else under a hidden one.
+class PendingFile {
+ public:
+  explicit PendingFile(std::string folder)
+      : folder_(std::move(folder)), temporary_(folder_ + "/" + hiddenName()), file_(open()) {}
+  PendingFile(const PendingFile&) = delete;
+  PendingFile& operator=(const PendingFile&) = delete;
+  ~PendingFile() {
+    if (named_) ::unlink(temporary_.c_str());
+  }
+
+  bool isOpen() const { return file_.get() >= 0; }
+  int fd() const { return file_.get(); }
+
+  /// Takes the target's place; false with errno set on failure.
+  bool moveTo(const std::string& target, bool mayReplace) {
+    if (!named_ && !mayReplace) return linkTo(target);
+    if (!named_) {
+      if (!linkTo(temporary_)) return false;
+      named_ = true;
+    }
+    if (!file_.close()) return false;
+    const unsigned flags = mayReplace ? 0U : static_cast<unsigned>(RENAME_NOREPLACE);
+    if (::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target.c_str(), flags) != 0) {
+      return false;
+    }
+    named_ = false;
+    syncFolder();
+    return true;
+  }
+
+ private:
+  int open() {
+    const int unnamed = ::open(folder_.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kNewFileMode);
+    if (unnamed >= 0) return unnamed;
+    const int fd =
+        ::open(temporary_.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kNewFileMode);
+    named_ = fd >= 0;
+    return fd;
+  }
+
+  // By the descriptor where the privilege is there, else through /proc, which a bare root lacks.
+  bool linkTo(const std::string& name) {
+    const std::string self = "/proc/self/fd/" + std::to_string(file_.get());
+    if (::linkat(file_.get(), "", AT_FDCWD, name.c_str(), AT_EMPTY_PATH) != 0 &&
+        ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
+      return false;
+    }
+    syncFolder();
+    return true;
+  }
+
+  // The name itself must reach the disk too; a file system that cannot do that has nothing to say.
+  void syncFolder() const {
+    const Descriptor folder(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.get() >= 0) ::fsync(folder.get());
+  }
+
+  bool named_ = false;
+  std::string folder_;
+  std::string temporary_;
+  Descriptor file_;
+};
+
+std::string folderOf(const std::string& path) {
+  const std::string folder = fs::path(path).parent_path().string();
+  return folder.empty() ? "." : folder;
+}
+
+// Where the bytes have to go: through symbolic links, also through one whose file is not there yet.
+std::string throughLinks(const std::string& path) {
+  std::error_code failure;
+  if (!fs::is_symlink(path, failure)) return path;
+  const fs::path real = fs::weakly_canonical(path, failure);
+  return failure ? path : real.string();
+}
+
+Status write(const std::string& path, std::span<const std::uint8_t> bytes, bool mayReplace) {
+  const std::string target = mayReplace ? throughLinks(path) : path;
+  struct stat existing {};
+  const bool exists = ::stat(target.c_str(), &existing) == 0;
+  if (exists && !mayReplace) return systemError("cannot write " + path, EEXIST);
+  if (exists && !S_ISREG(existing.st_mode)) return Error{"not an ordinary file: " + path};
+
+  PendingFile pending(folderOf(target));
+  if (!pending.isOpen()) return systemError("cannot write " + path, errno);
+  if (exists) ::fchmod(pending.fd(), existing.st_mode & 07777U);
+  if (!writeAll(pending.fd(), bytes) || ::fsync(pending.fd()) != 0 ||
+      !pending.moveTo(target, mayReplace)) {
+    return systemError("cannot write " + path, errno);
+  }
+  return Done{};
+}
+
+}  // namespace
+
+Status replaceFile(const std::string& path, std::span<const std::uint8_t> bytes) {
+  return write(path, bytes, true);
+}
+
+Status createFile(const std::string& path, std::span<const std::uint8_t> bytes) {
+  return write(path, bytes, false);
+}
+
+}  // namespace velmara

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "base/result.h"
+
+namespace velmara {
+
+/// Writes a file whole or not at all: the bytes go to an unnamed (or hidden, temporary) file in the
+/// same folder, reach the disk, and then take the target's place in one step. Whatever fails before
+/// that step leaves an existing target as it was and no other file behind.
+///
+/// `path` is a file-system path in the system's own bytes. A symbolic link is followed, so that the
+/// file it points to is replaced and the link stays. A new file gets the usual mode, a replaced one
+/// keeps its permission bits. Any thread.
+Status replaceFile(const std::string& path, std::span<const std::uint8_t> bytes);
+
+/// Like replaceFile, but a path that already exists, also since the caller looked, is refused.
+Status createFile(const std::string& path, std::span<const std::uint8_t> bytes);
+
+}  // namespace velmara

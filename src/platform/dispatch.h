@@ -1,0 +1,21 @@
+#pragma once
+
+#include <functional>
+
+#include "base/task_queue.h"
+
+namespace velmara {
+
+/// The main thread's queue: tasks run one after another in its event loop, in the order they came.
+/// The queue belongs to the thread of the application object, which must exist while it is used.
+TaskQueue& mainQueue();
+
+/// The global concurrent queue of default priority. It has more threads than the machine has
+/// processors, so that tasks that wait for others (a run waits for its bands) do not starve them.
+TaskQueue& globalQueue();
+
+/// Runs a task on a queue and waits for its end. On a serial queue's own thread the task runs at
+/// once, since waiting there would be for ever.
+void dispatchSync(TaskQueue& queue, const std::function<void()>& task);
+
+}  // namespace velmara

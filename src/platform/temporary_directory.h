@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+namespace velmara {
+
+/// The process's own temporary directory, ending in "/": made on first use with mode 0700 inside
+/// the system's temporary directory, removed at the end of the process. What processes of ours that
+/// are gone left there is removed when it is made. Empty if it cannot be made. Any thread.
+const std::string& temporaryDirectory();
+
+}  // namespace velmara
