@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QObject>
+
+#include <any>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace velmara {
+
+using UserInfo = std::map<std::string, std::any, std::less<>>;
+
+/// What an observer is given: the name, the poster's object (empty if there is none) and values by
+/// name.
+struct Notification {
+  std::string name;
+  std::any object;
+  UserInfo userInfo;
+};
+
+/// Tells observers by name that something happened. Delivery is synchronous, on the posting thread,
+/// in the order of registration; an observer removed during a delivery is not reached by it any
+/// more, one added during it is not reached yet. Handlers must not throw. The list of observers may
+/// be used from any thread.
+class NotificationCenter {
+ public:
+  using Handler = std::function<void(const Notification&)>;
+
+  /// Ends its registration when it dies or is reset.
+  using Token = std::shared_ptr<const void>;
+
+  NotificationCenter();
+  NotificationCenter(const NotificationCenter&) = delete;
+  NotificationCenter& operator=(const NotificationCenter&) = delete;
+  ~NotificationCenter();
+
+  /// Delivers to all observers of the name before it returns.
+  void post(std::string_view name, std::any object = {}, UserInfo userInfo = {});
+
+  /// Registers a handler for as long as the owner lives. Each call adds a registration of its own.
+  void addObserver(const QObject& owner, std::string_view name, Handler handler);
+
+  /// Registers a handler for as long as the returned token lives; it may outlive the centre.
+  [[nodiscard]] Token addObserver(std::string_view name, Handler handler);
+
+  /// Ends all registrations of the owner.
+  void removeObserver(const QObject& owner);
+
+ private:
+  struct Registry;
+  std::shared_ptr<Registry> registry_;
+};
+
+/// The application's shared centre.
+NotificationCenter& defaultCenter();
+
+}  // namespace velmara

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+class QObject;
+
+namespace velmara {
+
+/// How an open panel is set up. File types are extensions without the dot, in the case they are
+/// wanted; none means every file.
+struct OpenPanelOptions {
+  std::string title;
+  bool canChooseFiles = true;
+  bool canChooseDirectories = false;
+  bool allowsMultipleSelection = false;
+  bool canCreateDirectories = true;
+  std::string allowedTypesTitle;
+  std::vector<std::string> allowedFileTypes;
+};
+
+/// How a save panel is set up.
+struct SavePanelOptions {
+  std::string title;
+  std::string nameFieldStringValue;
+  bool canCreateDirectories = true;
+
+  /// The chosen name always ends in one of these extensions; if it does not, the first is added.
+  std::vector<std::string> allowedFileTypes;
+
+  /// A view of the caller's that is shown under the panel's fields, or null. The caller keeps it:
+  /// the panel gives it back, without a parent, before the completion is called.
+  QObject* accessoryView = nullptr;
+};
+
+/// A save panel that is being shown. It may outlive what it stands for: then nothing happens.
+class SavePanel {
+ public:
+  virtual ~SavePanel() = default;
+
+  /// Changes the allowed types; the name that stands in the field follows.
+  virtual void setAllowedFileTypes(std::vector<std::string> types) = 0;
+
+  /// Closes the panel as its cancel button does.
+  virtual void cancel() = 0;
+};
+
+/// Shows panels on the main window. Each call returns at once and calls its completion exactly
+/// once, later, on the main thread. Paths are in the system's own bytes. Main thread.
+class Panels {
+ public:
+  /// The chosen paths; none when the user cancelled.
+  using OpenCompletion = std::function<void(const std::vector<std::string>& paths)>;
+  /// The chosen path; empty when the user cancelled.
+  using SaveCompletion = std::function<void(const std::string& path)>;
+
+  virtual ~Panels() = default;
+
+  virtual void beginOpenPanel(const OpenPanelOptions& options, OpenCompletion completion) = 0;
+
+  [[nodiscard]] virtual std::shared_ptr<SavePanel> beginSavePanel(const SavePanelOptions& options,
+                                                                  SaveCompletion completion) = 0;
+};
+
+/// The name or path with an extension out of the list: unchanged when it ends in one of them (in
+/// either case), otherwise with the first one added. An empty list changes nothing.
+std::string withAllowedFileType(const std::string& path, const std::vector<std::string>& allowed);
+
+/// What becomes of the name in a save panel when its types change from one list to another: an
+/// extension of the old list gives way to the first of the new one.
+std::string withChangedFileType(const std::string& name, const std::vector<std::string>& before,
+                                const std::vector<std::string>& after);
+
+}  // namespace velmara

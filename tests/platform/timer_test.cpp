@@ -1,0 +1,135 @@
+#include "platform/timer.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/clock.h"
+#include "support/manual_time.h"
+
+namespace velmara {
+namespace {
+
+using testing::ElementsAre;
+using testing_support::ManualTime;
+
+// Both schedulers keep the same promises, so that what is tested by hand holds in the program.
+class TimerTest : public testing::TestWithParam<bool> {
+ protected:
+  TimerScheduler& timers() { return GetParam() ? manual_ : eventLoopTimers(); }
+
+  // Lets the time pass, a little longer on the real clock.
+  void pass(double seconds) {
+    if (GetParam()) {
+      manual_.advance(seconds);
+      return;
+    }
+    QEventLoop loop;
+    QElapsedTimer clock;
+    clock.start();
+    while (static_cast<double>(clock.elapsed()) < seconds * 1000.0 + 1.0) {
+      loop.processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 1);
+      loop.processEvents();
+    }
+  }
+
+  std::function<void()> note(const std::string& what) {
+    return [this, what] { calls.push_back(what); };
+  }
+
+  std::vector<std::string> calls;
+
+ private:
+  ManualTime manual_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Schedulers, TimerTest, testing::Bool(), [](const auto& scheduler) {
+  return scheduler.param ? std::string("Manual") : std::string("EventLoop");
+});
+
+TEST_P(TimerTest, OneShotsFireOnceInTheOrderOfTheirTimes) {
+  const auto late = timers().scheduledTimer(Seconds(0.030), false, note("late"));
+  const auto early = timers().scheduledTimer(Seconds(0.010), false, note("early"));
+  EXPECT_TRUE(late->isValid());
+  pass(0.050);
+  EXPECT_THAT(calls, ElementsAre("early", "late"));
+  EXPECT_FALSE(late->isValid());
+}
+
+TEST_P(TimerTest, RepeatsUntilInvalidatedWhichItsHandlerMayDo) {
+  std::unique_ptr<Timer> timer;
+  int count = 0;
+  timer = timers().scheduledTimer(Seconds(0.002), true, [&] {
+    if (++count == 3) timer->invalidate();
+  });
+  pass(0.040);
+  EXPECT_EQ(count, 3);
+  EXPECT_FALSE(timer->isValid());
+}
+
+TEST_P(TimerTest, DestroyingATimerEndsItEvenFromItsOwnHandler) {
+  auto doomed = timers().scheduledTimer(Seconds(0.002), false, note("doomed"));
+  doomed.reset();
+  std::unique_ptr<Timer> own;
+  own = timers().scheduledTimer(Seconds(0.002), true, [&] {
+    own.reset();
+    calls.emplace_back("own");
+  });
+  pass(0.020);
+  EXPECT_THAT(calls, ElementsAre("own"));
+}
+
+TEST_P(TimerTest, RequestsAreCancelledByTargetAndBySelector) {
+  int one = 0;
+  int two = 0;
+  timers().performSelector(&one, "crop", Seconds(0), note("one crop"));
+  timers().performSelector(&one, "hide", Seconds(0.002), note("one hide"));
+  timers().performSelector(&two, "crop", Seconds(0.004), note("two crop"));
+  timers().cancelPreviousPerformRequests(&one, "crop");
+  EXPECT_TRUE(calls.empty());
+  pass(0.020);
+  EXPECT_THAT(calls, ElementsAre("one hide", "two crop"));
+  timers().performSelector(&one, "crop", Seconds(0.002), note("again"));
+  timers().performSelector(&two, "crop", Seconds(0.002), note("kept"));
+  timers().cancelPreviousPerformRequests(&one);
+  pass(0.020);
+  EXPECT_THAT(calls, ElementsAre("one hide", "two crop", "kept"));
+}
+
+TEST_P(TimerTest, AnActionMayMakeAndCancelRequests) {
+  int target = 0;
+  timers().performSelector(&target, "first", Seconds(0), [&] {
+    timers().cancelPreviousPerformRequests(&target);
+    timers().performSelector(&target, "second", Seconds(0), note("second"));
+    calls.emplace_back("first");
+  });
+  timers().performSelector(&target, "dropped", Seconds(0.001), note("dropped"));
+  pass(0.020);
+  EXPECT_THAT(calls, ElementsAre("first", "second"));
+}
+
+TEST(ManualTimeTest, FiresARepeatingTimerOncePerPeriod) {
+  ManualTime time;
+  const auto start = time.monotonic();
+  int ticks = 0;
+  const auto timer = time.scheduledTimer(Seconds(2.0 / 50), true, [&] { ++ticks; });
+  time.advance(2.0);
+  EXPECT_EQ(ticks, 50);
+  EXPECT_EQ(time.monotonic() - start, std::chrono::seconds(2));
+}
+
+TEST(SystemClockTest, RunsForward) {
+  const auto before = systemClock().monotonic();
+  EXPECT_GE(systemClock().monotonic(), before);
+  EXPECT_NEAR(Seconds(systemClock().wall() - std::chrono::system_clock::now()).count(), 0.0, 5.0);
+}
+
+}  // namespace
+}  // namespace velmara
