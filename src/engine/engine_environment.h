@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "base/image.h"
+#include "base/task_queue.h"
+
+namespace velmara {
+
+/// Which filter kernel works: both give the same bits.
+enum class KernelChoice { kFast, kReference };
+
+/// What the engine needs from outside: it links no codec, no windows and makes no threads itself.
+///
+/// Whatever is left empty is done without: lines are dropped, the clock is the system's steady one,
+/// and a request that needs a missing queue or codec is refused with a log line. Queues must live
+/// as long as the engine.
+struct EngineEnvironment {
+  /// The concurrent queue that the eight bands of a request run on.
+  TaskQueue* workers = nullptr;
+  /// The serial queue of the main thread, where the end of the bands is checked.
+  TaskQueue* mainQueue = nullptr;
+  LogSink log;
+  /// An image encoded as JPEG at a compression factor (0.0 the strongest, 1.0 the best; other
+  /// values are passed on as they are) and decoded again; an image that is not valid on failure.
+  std::function<Image(const Image&, float factor)> recompressJpeg;
+  /// Seconds since some fixed moment, never running backwards.
+  std::function<double()> clock;
+  /// The environment variable VELMARA_ENGINE=reference asks for the reference as well.
+  KernelChoice kernel = KernelChoice::kFast;
+  /// Told while bands are filtered how many rows' worth of work is done; called from any thread,
+  /// also from several at a time and not always in rising order.
+  std::function<void(std::int64_t rowsDone, std::int64_t rowsTotal)> progress;
+};
+
+}  // namespace velmara

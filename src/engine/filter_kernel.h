@@ -1,0 +1,52 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "engine/filter_geometry.h"
+#include "engine/weight_table.h"
+
+namespace velmara {
+
+/// The buffers of one request, named as the method has them. They belong to their request: two
+/// requests at a time do not meet.
+struct FilterBuffers {
+  /// The padded picture: interleaved 8-bit samples, rows of channelsIm * widthIm bytes.
+  std::span<const std::uint8_t> sourceBytes;
+  /// The output: rows of channelsDest * widthDest bytes.
+  std::span<std::uint8_t> destBytes;
+  WeightTable weightTable;
+  /// Bands that are done.
+  std::atomic<std::int32_t> completedSlices{0};
+};
+
+/// A rectangle of output pixels, up to but not including xEnd and yEnd.
+struct Tile {
+  int xBegin = 0, xEnd = 0;
+  int yBegin = 0, yEnd = 0;
+};
+
+/// One thread's part of a kernel, with the scratch memory it works in.
+class TileFilter {
+ public:
+  virtual ~TileFilter() = default;
+  /// Writes the output pixels of a tile.
+  virtual void filter(const Tile& tile) = 0;
+};
+
+/// A filter kernel set up for one request. The geometry is filterable (isFilterable) and the
+/// buffers are of its sizes; both outlive the kernel. Any number of its tile filters may work at
+/// the same time on different tiles.
+class FilterKernel {
+ public:
+  virtual ~FilterKernel() = default;
+  /// How wide and how tall a tile is that suits the kernel.
+  virtual int tileWidth() const = 0;
+  virtual int tileHeight() const = 0;
+  /// Null if the memory is not to be had.
+  virtual std::unique_ptr<TileFilter> makeTileFilter() const = 0;
+};
+
+}  // namespace velmara

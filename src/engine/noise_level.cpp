@@ -1,0 +1,77 @@
+#include "engine/noise_level.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "base/alpha.h"
+#include "engine/median_filter.h"
+#include "engine/tiff_length.h"
+
+namespace velmara {
+namespace {
+
+// Rows that hold the first `count` bytes of a picture.
+std::int64_t rowsHolding(std::int64_t count, std::int64_t width, std::int64_t samples) {
+  const std::int64_t rowBytes = width * samples;
+  return (count + rowBytes - 1) / rowBytes;
+}
+
+// Rows to encode so that the decoded bytes that are compared come out as if the whole picture had
+// been encoded: JPEG works in blocks of 8 or 16 rows, and smoothing between blocks looks one block
+// further.
+std::int64_t rowsToEncode(std::int64_t rowsCompared) {
+  constexpr std::int64_t kTallestBlock = 16;
+  return (rowsCompared + kTallestBlock - 1) / kTallestBlock * kTallestBlock + kTallestBlock;
+}
+
+// The length of the median-filtered copy as TIFF; its canvas need not be there for that.
+std::uint64_t tiffLengthOfCanvas(const Bitmap& bitmap) {
+  return tiffLength(Bitmap(bitmap.storage(), bitmap.width(), bitmap.height(), 4));
+}
+
+// The top of the filtered copy, at least as much as is compared.
+Bitmap filteredCopy(const Image& image, std::int64_t compared,
+                    const EngineEnvironment& environment) {
+  const Bitmap& bitmap = image.bitmap();
+  const std::uint64_t ratio = tiffLength(image) / tiffLengthOfCanvas(bitmap);
+  if (ratio == 1) {
+    const std::int64_t rows = rowsHolding(compared, bitmap.width(), 4);
+    return asRgba(medianFiltered(bitmap, static_cast<int>(rows)));
+  }
+  constexpr std::int64_t kSamplesOfJpeg = 3;
+  const std::int64_t rows = rowsToEncode(rowsHolding(compared, bitmap.width(), kSamplesOfJpeg));
+  const Bitmap top = asRgba(
+      medianFiltered(bitmap, static_cast<int>(std::min<std::int64_t>(rows, bitmap.height()))));
+  if (!top.isValid() || !environment.recompressJpeg) return {};
+  return environment.recompressJpeg(Image(top, image.profile()), static_cast<float>(ratio))
+      .bitmap();
+}
+
+}  // namespace
+
+double noiseLevel(const Image& image, const EngineEnvironment& environment) {
+  constexpr std::int64_t kFewestPixels = 10000;
+  const Bitmap& bitmap = image.bitmap();
+  const std::int64_t compared = std::int64_t{bitmap.height()} * bitmap.width();
+  if (compared < kFewestPixels) return 0.0;
+  const Bitmap copy = filteredCopy(image, compared, environment);
+  const auto count = static_cast<std::size_t>(compared);
+  if (!copy.isValid() || copy.byteCount() < count) {
+    if (environment.log) environment.log("getPSNRofImage: no filtered copy to compare with");
+    return 0.0;
+  }
+  return peakSignalToNoiseRatio(bitmap.bytes().first(count), copy.bytes().first(count));
+}
+
+double peakSignalToNoiseRatio(std::span<const std::uint8_t> a, std::span<const std::uint8_t> b) {
+  float sum = 0.0F;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    const int difference = a[i] - b[i];
+    sum += static_cast<float>(difference * difference);
+  }
+  const float mean = sum / static_cast<float>(a.size());
+  return static_cast<double>(20.0F * std::log10(255.0F / std::sqrt(mean)));
+}
+
+}  // namespace velmara

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "base/image.h"
+#include "engine/engine_environment.h"
+
+namespace velmara {
+
+/// The noise level of an image: the peak signal-to-noise ratio in dB between it and its
+/// median-filtered copy. Low for a noisy photo, high for a clean one; infinite if the compared
+/// samples do not differ, 0.0 for a picture under 10,000 pixels or one that cannot be measured
+/// (with a log line).
+///
+/// The measure looks at the first N bytes of the interleaved samples, N being the number of pixels.
+/// The copy is an opaque colour canvas of 4 samples, as filters render their output; when the
+/// lengths of the two as TIFF files have not the ratio 1, it goes through a JPEG encoding whose
+/// factor is that ratio.
+double noiseLevel(const Image& image, const EngineEnvironment& environment);
+
+/// 20 log10(255 / sqrt(mean squared difference)) of two rows of bytes of the same length, in single
+/// precision, the squares added one after another.
+double peakSignalToNoiseRatio(std::span<const std::uint8_t> a, std::span<const std::uint8_t> b);
+
+}  // namespace velmara

@@ -1,0 +1,208 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <limits>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "base/alpha.h"
+#include "engine/brute_force.h"
+#include "engine/denoise_algo_implementation.h"
+#include "engine/pictures.h"
+#include "engine/thread_queue.h"
+
+namespace velmara {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class DenoiseRequestTest : public ::testing::Test {
+ protected:
+  EngineEnvironment environment() {
+    EngineEnvironment environment;
+    environment.workers = &workers_;
+    environment.mainQueue = &mainQueue_;
+    environment.log = [this](const std::string& line) {
+      const std::lock_guard lock(mutex_);
+      lines_.push_back(line);
+    };
+    return environment;
+  }
+  std::vector<std::string> takeLines() {
+    const std::lock_guard lock(mutex_);
+    return std::exchange(lines_, {});
+  }
+
+  ThreadQueue workers_{3};
+  ThreadQueue mainQueue_{1};
+  std::mutex mutex_;
+  std::vector<std::string> lines_;
+  DenoiseAlgoImplementation engine_{environment()};
+};
+
+Bytes packedRgb(const Bitmap& bitmap) {
+  return bytesOf(withoutAlpha(bitmap));
+}
+
+TEST_F(DenoiseRequestTest, FiltersColourPicturesLikeTheTextbook) {
+  struct Case {
+    int width, height, t, s, sigma;
+    Content content;
+  };
+  const Case cases[] = {
+      {13, 11, 3, 7, 5, Content::kPhoto},   {9, 17, 2, 4, 12, Content::kPhoto},
+      {1, 12, 3, 5, 8, Content::kRandom},   {12, 1, 4, 4, 40, Content::kRandom},
+      {7, 3, 0, 3, 5, Content::kPhoto},     {5, 5, 1, 1, 5, Content::kRandom},
+      {3, 2, 5, 9, 3, Content::kSaturated}, {10, 9, 7, 7, 5, Content::kCheckerboard},
+      {11, 8, 3, 6, 200, Content::kRandom}, {11, 8, 3, 5, 0, Content::kCheckerboard},
+  };
+  for (const Case& c : cases) {
+    const Bitmap picture = makePicture(c.content, c.width, c.height, 3, 1);
+    const Image result =
+        engine_.denoiseImageUsingCustomFastNLMeans(Image(picture), c.t, c.s, c.sigma);
+    ASSERT_TRUE(result.isValid());
+    EXPECT_EQ(packedRgb(result.bitmap()), bruteForce(picture, c.t, c.s, c.sigma))
+        << c.width << " x " << c.height << ", " << c.t << ", " << c.s << ", " << c.sigma;
+  }
+}
+
+// One sample a pixel: the averaged rows slide to the left, and the result's colours are three
+// output samples each, as it is built from three bytes a pixel.
+TEST_F(DenoiseRequestTest, OneChannelByHand) {
+  const Bitmap picture = Bitmap::copyOf(Bytes{10, 20, 31}, 3, 1, 1);
+  // Padded rows 10 10 20 31 31; all weights 1. Pixel 0: 10 10 20, then one byte to the left
+  // 0 10 10, then 0 0 10: 70 / 9. Pixel 1: 121 / 9. Pixel 2: 183 / 9.
+  const Image result = engine_.denoiseImageUsingCustomFastNLMeans(Image(picture), 1, 3, 200);
+  EXPECT_EQ(bytesOf(result.bitmap()), (Bytes{7, 13, 20, 255, 0, 0, 0, 255, 0, 0, 0, 255}));
+}
+
+TEST_F(DenoiseRequestTest, FiltersOneChannelWithItsShearedRows) {
+  struct Case {
+    int width, height, t, s, sigma;
+  };
+  const Case cases[] = {{30, 9, 3, 7, 5}, {1, 9, 3, 3, 5},  {2, 5, 5, 9, 20},
+                        {17, 4, 2, 6, 3}, {5, 40, 4, 5, 9}, {40, 3, 0, 2, 9}};
+  for (const Case& c : cases) {
+    const Bitmap picture = makePicture(Content::kPhoto, c.width, c.height, 1, 2);
+    const Image result =
+        engine_.denoiseImageUsingCustomFastNLMeans(Image(picture), c.t, c.s, c.sigma);
+    ASSERT_TRUE(result.isValid());
+    Bytes expected = bruteForce(picture, c.t, c.s, c.sigma);
+    expected.resize(3 * expected.size(), 0);
+    EXPECT_EQ(packedRgb(result.bitmap()), expected) << c.width << " x " << c.height;
+  }
+}
+
+TEST_F(DenoiseRequestTest, AlphaIsDrawnOverBlackAndTheResultIsOpaque) {
+  const Bitmap picture = makePicture(Content::kRandom, 12, 10, 4, 3);
+  const auto profile = std::make_shared<const std::vector<std::uint8_t>>(5, std::uint8_t{1});
+  const Image input({picture}, {120.0, 100.0}, profile);
+  const Image result = engine_.denoiseImageUsingCustomFastNLMeans(input, 3, 5, 40);
+  ASSERT_TRUE(result.isValid());
+  EXPECT_EQ(packedRgb(result.bitmap()), bruteForce(withoutAlpha(picture), 3, 5, 40));
+  EXPECT_EQ(result.bitmap().samplesPerPixel(), 4);
+  EXPECT_EQ(result.bitmap().pixel(11, 9)[3], 255);
+  EXPECT_EQ(result.profile(), profile);
+  EXPECT_EQ(result.size(), (Size{12.0, 10.0}));
+  EXPECT_THAT(takeLines(), ElementsAre("Threads Processed = 8"));
+}
+
+TEST_F(DenoiseRequestTest, GrayWithAlphaComesBackBlack) {
+  const Image input(makePicture(Content::kRandom, 6, 5, 2, 4));
+  for (const bool testSpeed : {false, true}) {
+    const Image result = engine_.applyFastNLMeansAlgorithmOnImage(input, 3, 5, 5.0, testSpeed);
+    ASSERT_TRUE(result.isValid());
+    EXPECT_EQ(packedRgb(result.bitmap()), Bytes(90, 0));
+  }
+}
+
+TEST_F(DenoiseRequestTest, TemplateLargerThanSearchWritesItsMessage) {
+  const Image input(makePicture(Content::kRandom, 6, 5, 3, 4));
+  ::testing::internal::CaptureStdout();
+  const Image larger = engine_.denoiseImageUsingCustomFastNLMeans(input, 4, 3, 5);
+  const Image equal = engine_.denoiseImageUsingCustomFastNLMeans(input, 3, 3, 5);
+  EXPECT_EQ(::testing::internal::GetCapturedStdout(),
+            "searchWindowSize should be larger than templeteWindowSize\n");
+  EXPECT_FALSE(larger.isValid());
+  EXPECT_TRUE(equal.isValid());
+}
+
+TEST_F(DenoiseRequestTest, RefusesWhatItCannotDoWithOneLine) {
+  const Image input(makePicture(Content::kRandom, 6, 5, 3, 4));
+  const auto refused = [&](const DenoiseAlgoImplementation& engine, int t, int s) {
+    EXPECT_FALSE(engine.denoiseImageUsingCustomFastNLMeans(input, t, s, 5).isValid());
+    EXPECT_EQ(takeLines().size(), 1U) << t << ", " << s;
+  };
+  refused(engine_, -3, 7);
+  refused(engine_, -3, -3);
+  refused(engine_, 1, std::numeric_limits<int>::max());  // A border beyond any picture.
+  refused(engine_, std::numeric_limits<int>::max(), std::numeric_limits<int>::max());
+  EngineEnvironment lonely = environment();
+  lonely.workers = nullptr;
+  refused(DenoiseAlgoImplementation(lonely), 3, 7);
+}
+
+TEST_F(DenoiseRequestTest, RefusesToWaitOnTheMainThreadForTheMainThread) {
+  const Image input(makePicture(Content::kRandom, 6, 5, 3, 4));
+  Image parallel = input;
+  Image alone;
+  std::binary_semaphore done(0);
+  mainQueue_.async([&] {
+    parallel = engine_.denoiseImageUsingCustomFastNLMeans(input, 3, 5, 5);
+    alone = engine_.applyFastNLMeansAlgorithmOnImage(input, 3, 5, 5.0, true);
+    done.release();
+  });
+  done.acquire();
+  EXPECT_FALSE(parallel.isValid());
+  EXPECT_TRUE(alone.isValid());
+  EXPECT_EQ(takeLines().size(), 1U);
+}
+
+TEST_F(DenoiseRequestTest, AnImageThatIsNotValidComesBackItself) {
+  const Image nothing({}, {30.0, 20.0}, nullptr);
+  const Image result = engine_.denoiseImageUsingCustomFastNLMeans(nothing, 3, 7, 5);
+  EXPECT_FALSE(result.isValid());
+  EXPECT_EQ(result.size(), (Size{30.0, 20.0}));
+  EXPECT_THAT(takeLines(), IsEmpty());
+}
+
+TEST_F(DenoiseRequestTest, RequestsAtTheSameTimeDoNotMeet) {
+  const Image inputs[] = {Image(makePicture(Content::kPhoto, 40, 33, 3, 5)),
+                          Image(makePicture(Content::kRandom, 64, 5, 3, 6))};
+  Image alone[2];
+  for (int i = 0; i < 2; ++i) {
+    alone[i] = engine_.applyFastNLMeansAlgorithmOnImage(inputs[i], 3, 7, 8.0, true);
+  }
+  std::atomic<int> same{0};
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i) {
+    threads.emplace_back([&, i] {
+      const Image result = engine_.denoiseImageUsingCustomFastNLMeans(inputs[i % 2], 3, 7, 8);
+      if (bytesOf(result.bitmap()) == bytesOf(alone[i % 2].bitmap())) ++same;
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(same, 4);
+}
+
+TEST_F(DenoiseRequestTest, ReportsProgressUpToTheLastRow) {
+  EngineEnvironment watched = environment();
+  std::atomic<std::int64_t> most{0};
+  std::atomic<bool> sane{true};
+  watched.progress = [&](std::int64_t done, std::int64_t total) {
+    if (total != 50 || done < 0 || done > total) sane = false;
+    std::int64_t seen = most;
+    while (seen < done && !most.compare_exchange_weak(seen, done)) {
+    }
+  };
+  const Image input(makePicture(Content::kPhoto, 40, 50, 3, 7));
+  DenoiseAlgoImplementation(watched).denoiseImageUsingCustomFastNLMeans(input, 3, 5, 5);
+  EXPECT_TRUE(sane);
+  EXPECT_EQ(most, 50);
+}
+
+}  // namespace
+}  // namespace velmara
