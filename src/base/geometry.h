@@ -28,4 +28,16 @@ struct Rect {
   friend bool operator==(const Rect&, const Rect&) = default;
 };
 
+/// A rectangle of whole pixels named by its top-left corner, as rows of samples are counted.
+struct PixelRect {
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+
+  bool isEmpty() const { return width <= 0 || height <= 0; }
+
+  friend bool operator==(const PixelRect&, const PixelRect&) = default;
+};
+
 }  // namespace velmara

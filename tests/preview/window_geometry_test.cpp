@@ -1,0 +1,47 @@
+#include "preview/window_geometry.h"
+
+#include <gtest/gtest.h>
+
+#include "preview/geometry_printing.h"
+
+namespace velmara {
+namespace {
+
+void expectNear(Rect got, Rect expected) {
+  EXPECT_NEAR(got.x, expected.x, 1e-3);
+  EXPECT_NEAR(got.y, expected.y, 1e-3);
+  EXPECT_NEAR(got.width, expected.width, 1e-3);
+  EXPECT_NEAR(got.height, expected.height, 1e-3);
+}
+
+TEST(MainWindowTest, TakesNineTenthsButNeverLessThanItsMinimum) {
+  struct Case {
+    Size screen;
+    Rect frame;
+  };
+  const Case cases[] = {
+      {{1920, 1080}, {96, 54, 1728, 972}},
+      {{1280, 1000}, {64, 50, 1220, 900}},   // only the width at its minimum
+      {{1024, 600}, {51.2, 30, 1220, 700}},  // a screen smaller than the window
+      {{3000, 700}, {150, 35, 2700, 700}},
+  };
+  for (const Case& c : cases) {
+    const MainWindowGeometry window = mainWindowGeometry(c.screen);
+    expectNear(window.frame, c.frame);
+    EXPECT_EQ(window.minimumSize, (Size{1220, 700}));
+    EXPECT_EQ(window.maximumSize, c.screen);
+  }
+}
+
+TEST(MainWindowTest, SizesAreSinglePrecision) {
+  const double width = mainWindowGeometry({1921, 1080}).frame.width;
+  EXPECT_EQ(width, double{static_cast<float>(width)});
+}
+
+TEST(MainScreenTest, ThePreviewOverlapsTheCaptionsByOnePoint) {
+  EXPECT_EQ(previewContainerFrame({1220, 560}, 34), (Rect{0, 0, 1220, 527}));
+  EXPECT_EQ(titleBarFrame(1220), (Rect{0, 0, 1220, 70}));
+}
+
+}  // namespace
+}  // namespace velmara
