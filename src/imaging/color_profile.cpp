@@ -1,0 +1,116 @@
+#include "imaging/color_profile.h"
+
+#include <string_view>
+
+namespace velmara {
+namespace {
+
+constexpr std::size_t kHeaderBytes = 128;
+constexpr std::size_t kTagEntryBytes = 12;
+
+std::uint32_t bigEndian(std::span<const std::uint8_t> bytes, std::size_t at, std::size_t count) {
+  std::uint32_t value = 0;
+  for (std::size_t i = 0; i < count; ++i) value = value << 8U | bytes[at + i];
+  return value;
+}
+
+bool hasSignature(std::span<const std::uint8_t> bytes, std::size_t at, std::string_view text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (bytes[at + i] != static_cast<std::uint8_t>(text[i])) return false;
+  }
+  return true;
+}
+
+/// The bytes of a tag; empty if there is none or it leaves the profile.
+std::span<const std::uint8_t> tagOf(std::span<const std::uint8_t> profile, std::string_view name) {
+  if (profile.size() < kHeaderBytes + 4) return {};
+  const std::size_t count = bigEndian(profile, kHeaderBytes, 4);
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t at = kHeaderBytes + 4 + i * kTagEntryBytes;
+    if (at + kTagEntryBytes > profile.size()) return {};
+    if (!hasSignature(profile, at, name)) continue;
+    const std::size_t offset = bigEndian(profile, at + 4, 4);
+    const std::size_t size = bigEndian(profile, at + 8, 4);
+    if (offset > profile.size() || size > profile.size() - offset) return {};
+    return profile.subspan(offset, size);
+  }
+  return {};
+}
+
+void appendUtf8(std::string& text, std::uint32_t code) {
+  const auto put = [&text](std::uint32_t byte) { text.push_back(static_cast<char>(byte)); };
+  if (code < 0x80) {
+    put(code);
+  } else if (code < 0x800) {
+    put(0xC0U | code >> 6U);
+    put(0x80U | (code & 0x3FU));
+  } else if (code < 0x10000) {
+    put(0xE0U | code >> 12U);
+    put(0x80U | (code >> 6U & 0x3FU));
+    put(0x80U | (code & 0x3FU));
+  } else {
+    put(0xF0U | code >> 18U);
+    put(0x80U | (code >> 12U & 0x3FU));
+    put(0x80U | (code >> 6U & 0x3FU));
+    put(0x80U | (code & 0x3FU));
+  }
+}
+
+std::string utf8OfUtf16(std::span<const std::uint8_t> bytes) {
+  std::string text;
+  for (std::size_t at = 0; at + 2 <= bytes.size(); at += 2) {
+    std::uint32_t code = bigEndian(bytes, at, 2);
+    if (code == 0) break;
+    const bool leads = code >= 0xD800 && code < 0xDC00;
+    const std::uint32_t next = leads && at + 4 <= bytes.size() ? bigEndian(bytes, at + 2, 2) : 0;
+    if (leads && next >= 0xDC00 && next < 0xE000) {
+      code = 0x10000 + ((code - 0xD800) << 10U) + (next - 0xDC00);
+      at += 2;
+    } else if (code >= 0xD800 && code < 0xE000) {
+      code = 0xFFFD;
+    }
+    appendUtf8(text, code);
+  }
+  return text;
+}
+
+// textDescriptionType of version 2 profiles: a counted ASCII text.
+std::string plainDescription(std::span<const std::uint8_t> tag) {
+  if (tag.size() < 12) return {};
+  std::string text;
+  const std::size_t count = bigEndian(tag, 8, 4);
+  for (std::size_t i = 0; i < count && 12 + i < tag.size() && tag[12 + i] != 0; ++i) {
+    if (tag[12 + i] < 0x80) text.push_back(static_cast<char>(tag[12 + i]));
+  }
+  return text;
+}
+
+// multiLocalizedUnicodeType of version 4 profiles: the first of its languages.
+std::string localizedDescription(std::span<const std::uint8_t> tag) {
+  if (tag.size() < 28 || bigEndian(tag, 8, 4) == 0) return {};
+  const std::size_t length = bigEndian(tag, 20, 4);
+  const std::size_t offset = bigEndian(tag, 24, 4);
+  if (offset > tag.size() || length > tag.size() - offset) return {};
+  return utf8OfUtf16(tag.subspan(offset, length));
+}
+
+}  // namespace
+
+std::optional<ProfileColors> profileColors(std::span<const std::uint8_t> profile) {
+  if (profile.size() < kHeaderBytes + 4 || !hasSignature(profile, 36, "acsp") ||
+      bigEndian(profile, 0, 4) > profile.size()) {
+    return std::nullopt;
+  }
+  if (hasSignature(profile, 16, "RGB ")) return ProfileColors::rgb;
+  if (hasSignature(profile, 16, "GRAY")) return ProfileColors::gray;
+  if (hasSignature(profile, 16, "CMYK")) return ProfileColors::cmyk;
+  return std::nullopt;
+}
+
+std::string profileName(std::span<const std::uint8_t> profile) {
+  const std::span<const std::uint8_t> tag = tagOf(profile, "desc");
+  if (tag.size() < 12) return {};
+  return hasSignature(tag, 0, "mluc") ? localizedDescription(tag) : plainDescription(tag);
+}
+
+}  // namespace velmara

@@ -1,0 +1,182 @@
+#include "imaging/eight_bit.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <utility>
+
+#include "imaging/color_profile.h"
+
+namespace velmara {
+namespace {
+
+enum class Colors { gray, rgb, cmyk, lab };
+
+constexpr int kStripRows = 64;
+
+std::optional<Colors> colorsOf(VipsImage* image) {
+  const int bands = vips_image_get_bands(image);
+  switch (vips_image_guess_interpretation(image)) {
+    case VIPS_INTERPRETATION_B_W:
+    case VIPS_INTERPRETATION_GREY16:
+      return Colors::gray;
+    case VIPS_INTERPRETATION_sRGB:
+    case VIPS_INTERPRETATION_RGB:
+    case VIPS_INTERPRETATION_RGB16:
+      return bands >= 3 ? Colors::rgb : Colors::gray;
+    case VIPS_INTERPRETATION_CMYK:
+      return bands >= 4 ? std::optional(Colors::cmyk) : std::nullopt;
+    case VIPS_INTERPRETATION_LAB:
+    case VIPS_INTERPRETATION_LABS:
+      return bands >= 3 ? std::optional(Colors::lab) : std::nullopt;
+    default:
+      return std::nullopt;
+  }
+}
+
+int sampleCount(Colors colors) {
+  switch (colors) {
+    case Colors::gray:
+      return 1;
+    case Colors::cmyk:
+      return 4;
+    case Colors::rgb:
+    case Colors::lab:
+      break;
+  }
+  return 3;
+}
+
+/// The embedded profile if it is one for these colours.
+ColorProfile matchingProfile(const VipsImage* image, Colors colors) {
+  ColorProfile profile = embeddedProfile(image);
+  if (profile == nullptr) return nullptr;
+  const auto meant = profileColors(*profile);
+  const bool matches = (colors == Colors::gray && meant == ProfileColors::gray) ||
+                       (colors == Colors::rgb && meant == ProfileColors::rgb) ||
+                       (colors == Colors::cmyk && meant == ProfileColors::cmyk);
+  return matches ? profile : nullptr;
+}
+
+/// Takes the place of an image with the result of an operation on it; false if that failed.
+bool replace(VipsImagePtr& image, int failed, VipsImage* result) {
+  if (failed != 0) return false;
+  image.reset(result);
+  return true;
+}
+
+bool extractBands(VipsImagePtr& image, int first, int count) {
+  if (first == 0 && count == vips_image_get_bands(image.get())) return true;
+  VipsImage* part = nullptr;
+  const int failed = vips_extract_band(image.get(), &part, first, "n", count, nullptr);
+  return replace(image, failed, part);
+}
+
+bool throughProfile(VipsImagePtr& image, Colors colors, bool hasProfile) {
+  VipsImage* out = nullptr;
+  const char* fallback = colors == Colors::cmyk ? "cmyk" : "srgb";
+  const int failed =
+      vips_icc_transform(image.get(), &out, "srgb", "embedded", static_cast<gboolean>(hasProfile),
+                         "input_profile", fallback, "intent", VIPS_INTENT_RELATIVE,
+                         "black_point_compensation", TRUE, "depth", 8, nullptr);
+  if (!replace(image, failed, out)) return false;
+  return colors != Colors::gray || extractBands(image, 1, 1);
+}
+
+bool labToRgb(VipsImagePtr& image) {
+  VipsImage* out = nullptr;
+  const int failed = vips_colourspace(image.get(), &out, VIPS_INTERPRETATION_sRGB, nullptr);
+  return replace(image, failed, out);
+}
+
+/// Puts an alpha sample of 8 or 16 bits behind 8-bit colours.
+bool joinAlpha(VipsImagePtr& image, VipsImagePtr alpha) {
+  if (vips_image_get_format(alpha.get()) == VIPS_FORMAT_USHORT) {
+    VipsImage* narrow = nullptr;
+    if (!replace(alpha, vips_msb(alpha.get(), &narrow, nullptr), narrow)) return false;
+  }
+  VipsImage* joined = nullptr;
+  const int failed = vips_bandjoin2(image.get(), alpha.get(), &joined, nullptr);
+  return replace(image, failed, joined);
+}
+
+/// Converts what has to go through a profile, alpha kept aside meanwhile.
+bool convertColors(VipsImagePtr& image, Colors colors, bool hasProfile) {
+  const int samples = sampleCount(colors);
+  VipsImagePtr alpha;
+  if (vips_image_get_bands(image.get()) > samples) {
+    g_object_ref(image.get());
+    alpha.reset(image.get());
+    if (!extractBands(alpha, samples, 1) || !extractBands(image, 0, samples)) return false;
+  }
+  const bool converted =
+      colors == Colors::lab ? labToRgb(image) : throughProfile(image, colors, hasProfile);
+  return converted && (alpha == nullptr || joinAlpha(image, std::move(alpha)));
+}
+
+void copyRow(const VipsPel* from, VipsBandFormat format, std::size_t samples, std::uint8_t* to) {
+  if (format == VIPS_FORMAT_UCHAR) {
+    std::memcpy(to, from, samples);
+    return;
+  }
+  const auto* wide = reinterpret_cast<const std::uint16_t*>(from);
+  for (std::size_t i = 0; i < samples; ++i) {
+    to[i] = static_cast<std::uint8_t>((wide[i] * 255U + 32767U) / 65535U);
+  }
+}
+
+}  // namespace
+
+ColorProfile embeddedProfile(const VipsImage* image) {
+  if (vips_image_get_typeof(image, VIPS_META_ICC_NAME) == 0) return nullptr;
+  const void* data = nullptr;
+  std::size_t size = 0;
+  if (vips_image_get_blob(image, VIPS_META_ICC_NAME, &data, &size) != 0) return nullptr;
+  const auto* bytes = static_cast<const std::uint8_t*>(data);
+  if (!profileColors({bytes, size})) return nullptr;
+  return std::make_shared<const std::vector<std::uint8_t>>(bytes, bytes + size);
+}
+
+Result<PlainPicture> toPlainPicture(VipsImagePtr image) {
+  const std::optional<Colors> colors = colorsOf(image.get());
+  const VipsBandFormat format = vips_image_get_format(image.get());
+  const bool isPlain = format == VIPS_FORMAT_UCHAR || format == VIPS_FORMAT_USHORT;
+  if (!colors || vips_image_get_coding(image.get()) != VIPS_CODING_NONE ||
+      (!isPlain && colors != Colors::lab)) {
+    return Error{"pictures with " + std::to_string(vips_image_get_bands(image.get())) +
+                 " samples of this kind a pixel cannot be read"};
+  }
+  // Samples beyond colours and alpha belong to programs that made them.
+  const int wanted = std::min(vips_image_get_bands(image.get()), sampleCount(*colors) + 1);
+  ColorProfile profile = matchingProfile(image.get(), *colors);
+  if (!extractBands(image, 0, wanted)) return Error{};
+
+  const bool isPalette = vips_image_get_typeof(image.get(), "palette-bit-depth") != 0;
+  const bool isDeep = format != VIPS_FORMAT_UCHAR;
+  const bool convert = *colors == Colors::cmyk || *colors == Colors::lab ||
+                       (profile != nullptr && (*colors == Colors::gray || isDeep || isPalette));
+  if (convert) {
+    if (!convertColors(image, *colors, profile != nullptr)) return Error{};
+    profile = nullptr;
+  }
+  return PlainPicture{std::move(image), std::move(profile)};
+}
+
+Result<Bitmap> toBitmap(VipsImage* image) {
+  const int width = vips_image_get_width(image);
+  const int height = vips_image_get_height(image);
+  auto bitmap = BitmapBuilder::allocate(width, height, vips_image_get_bands(image));
+  if (!bitmap) return Error{"not enough memory for the picture"};
+  const VipsBandFormat format = vips_image_get_format(image);
+  const VipsRegionPtr region(vips_region_new(image));
+  for (int top = 0; top < height; top += kStripRows) {
+    const VipsRect strip = {0, top, width, std::min(kStripRows, height - top)};
+    if (vips_region_prepare(region.get(), &strip) != 0) return Error{};
+    for (int y = top; y < top + strip.height; ++y) {
+      copyRow(VIPS_REGION_ADDR(region.get(), 0, y), format, bitmap->rowBytes(), bitmap->row(y));
+    }
+  }
+  return std::move(*bitmap).finish();
+}
+
+}  // namespace velmara

@@ -1,0 +1,77 @@
+#include "imaging/image_reader.h"
+
+#include <utility>
+
+#include "imaging/eight_bit.h"
+#include "imaging/memory_budget.h"
+#include "imaging/open_picture.h"
+
+namespace velmara {
+namespace {
+
+struct Page {
+  Bitmap bitmap;
+  ColorProfile profile;
+};
+
+// An empty message from below means that libvips has the words for it.
+Error explained(const std::string& message, FileKind kind) {
+  return message.empty() ? damagedFile(kind) : Error{message};
+}
+
+Result<Page> readPage(const PictureFile& file, int number) {
+  auto opened = openPicture(file, number);
+  if (!opened) return Error{opened.error()};
+  auto plain = toPlainPicture(std::move(opened.value().image));
+  if (!plain) return explained(plain.error(), file.kind);
+  auto bitmap = toBitmap(plain->image.get());
+  if (!bitmap) return explained(bitmap.error(), file.kind);
+  return Page{std::move(bitmap).value(), std::move(plain).value().profile};
+}
+
+Status checkTotal(const std::vector<RepresentationSize>& pages) {
+  std::int64_t pixels = 0;
+  for (const RepresentationSize& page : pages) {
+    if (!isAllowedBitmapSize(page.width, page.height, 4)) continue;  // openPicture has the words
+    pixels += page.width * page.height;
+    if (pixels > Bitmap::kMaxPixels || !fitsInMemory(static_cast<std::uint64_t>(pixels) * 4U)) {
+      return Error{"the " + std::to_string(pages.size()) +
+                   " pictures of the file are too large together"};
+    }
+  }
+  return Done{};
+}
+
+}  // namespace
+
+Result<Image> readImage(const std::string& path, const ReadOptions& options) {
+  auto file = openPictureFile(path);
+  if (!file) return Error{file.error()};
+  if (options.representations == Representations::first) file.value().pages.resize(1);
+  if (const Status allowed = checkTotal(file->pages); !allowed) return Error{allowed.error()};
+
+  std::vector<Bitmap> representations;
+  ColorProfile profile;
+  for (std::size_t i = 0; i < file->pages.size(); ++i) {
+    auto page = readPage(*file, static_cast<int>(i));
+    if (!page && i > 0) return Error{"page " + std::to_string(i + 1) + ": " + page.error()};
+    if (!page) return Error{page.error()};
+    if (i == 0) profile = page->profile;
+    representations.push_back(std::move(page).value().bitmap);
+  }
+  const Size size = {static_cast<double>(representations[0].width()),
+                     static_cast<double>(representations[0].height())};
+  return Image(std::move(representations), size, std::move(profile));
+}
+
+Result<std::vector<RepresentationSize>> readRepresentationSizes(const std::string& path) {
+  const auto file = openPictureFile(path);
+  if (!file) return Error{file.error()};
+  const auto first = openPicture(*file, 0);
+  if (!first) return Error{first.error()};
+  std::vector<RepresentationSize> sizes = file->pages;
+  sizes[0] = {vips_image_get_width(first->image.get()), vips_image_get_height(first->image.get())};
+  return sizes;
+}
+
+}  // namespace velmara

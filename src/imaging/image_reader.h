@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/image.h"
+#include "base/result.h"
+
+namespace velmara {
+
+/// Width and height of one of the pictures inside a file, in pixels as stored.
+struct RepresentationSize {
+  std::int64_t width = 0;
+  std::int64_t height = 0;
+
+  friend bool operator==(const RepresentationSize&, const RepresentationSize&) = default;
+};
+
+enum class Representations {
+  /// The first picture of a file only.
+  first,
+  /// All of them, the pages of a TIFF.
+  all,
+};
+
+struct ReadOptions {
+  Representations representations = Representations::all;
+};
+
+/// Decodes a file: JPEG, PNG, TIFF, BMP, GIF, WebP, JPEG 2000, HEIC, AVIF or PNM (P1 to P6), told
+/// apart by its contents, never by its name.
+///
+/// Pixels come as they are stored, not turned by any orientation tag (HEIC and AVIF keep the turn
+/// in the container, so theirs come upright). 8-bit RGB keeps its numbers, and the embedded profile
+/// travels in Image::profile(). What is 16-bit, palette or CMYK becomes 8-bit sRGB through the
+/// embedded profile (CMYK without one through a usual press profile) and has no profile; gray stays
+/// gray, through its profile where it has one. Alpha is straight. The logical size is the pixel
+/// size of the first picture.
+///
+/// Of GIF and WebP animations the first frame counts, of HEIC and AVIF the primary picture; only
+/// TIFF has several representations, its pages in order.
+///
+/// Nothing the file claims is believed: pictures beyond Bitmap::kMaxPixels or beyond the memory of
+/// the machine are refused before anything is allocated for them, and a file that is cut short or
+/// damaged gives an error, not half a picture. Folders, sockets, pipes and devices are refused
+/// without being read, and so are camera RAW files. The error does not repeat the path.
+///
+/// `path` is in the file system's own bytes. Any thread.
+Result<Image> readImage(const std::string& path, const ReadOptions& options = {});
+
+/// The pixel sizes of all representations readImage would give, from the file's headers alone.
+/// Any thread.
+Result<std::vector<RepresentationSize>> readRepresentationSizes(const std::string& path);
+
+}  // namespace velmara

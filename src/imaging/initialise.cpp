@@ -1,0 +1,46 @@
+#include "imaging/initialise.h"
+
+#include <exiv2/exiv2.hpp>
+#include <vips/vips.h>
+
+#include "imaging/exiv2_session.h"
+
+namespace velmara {
+namespace {
+
+// The decoders in use, by the names of their classes in libvips. Everything else it could open (SVG
+// and PDF run whole interpreters, others are untested or never seen in photographs) stays blocked.
+constexpr const char* kDecoders[] = {
+    "VipsForeignLoadJpeg",  "VipsForeignLoadPng",  "VipsForeignLoadTiff",
+    "VipsForeignLoadNsgif", "VipsForeignLoadWebp", "VipsForeignLoadJp2k",
+    "VipsForeignLoadHeif",  "VipsForeignLoadPpm",  "VipsForeignLoadMagick",
+};
+
+void dropLogMessage(const char* /*domain*/, GLogLevelFlags /*level*/, const char* /*message*/,
+                    void* /*data*/) {}
+
+bool start() {
+  // Warnings go to the callers as errors, or are no concern of theirs.
+  constexpr auto kSilenced =
+      static_cast<GLogLevelFlags>(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE |
+                                  G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG | G_LOG_FLAG_RECURSION);
+  g_log_set_handler("VIPS", kSilenced, dropLogMessage, nullptr);
+  if (vips_init("velmara") != 0) return false;
+  vips_cache_set_max(0);
+  vips_cache_set_max_mem(0);
+  vips_cache_set_max_files(0);
+  vips_operation_block_set("VipsForeignLoad", TRUE);
+  for (const char* decoder : kDecoders) vips_operation_block_set(decoder, FALSE);
+
+  Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
+  return Exiv2::XmpParser::initialize(lockXmpToolkit, nullptr);
+}
+
+}  // namespace
+
+bool initialiseImaging() {
+  static const bool started = start();
+  return started;
+}
+
+}  // namespace velmara

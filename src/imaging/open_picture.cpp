@@ -1,0 +1,102 @@
+#include "imaging/open_picture.h"
+
+#include <utility>
+
+#include "imaging/initialise.h"
+#include "imaging/memory_budget.h"
+#include "imaging/tiff_directories.h"
+
+namespace velmara {
+namespace {
+
+int load(FileKind kind, VipsSource* source, int page, VipsImage** image) {
+  constexpr auto kAccess = VIPS_ACCESS_SEQUENTIAL;
+  constexpr auto kFailOn = VIPS_FAIL_ON_TRUNCATED;
+  switch (kind) {
+    case FileKind::jpeg:
+      return vips_jpegload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+    case FileKind::png:
+      return vips_pngload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+    case FileKind::tiff:
+      return vips_tiffload_source(source, image, "access", kAccess, "fail_on", kFailOn, "page",
+                                  page, nullptr);
+    case FileKind::gif:
+      return vips_gifload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+    case FileKind::webp:
+      return vips_webpload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+    case FileKind::jpeg2000:
+      return vips_jp2kload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+    case FileKind::heif:
+      return vips_heifload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+    case FileKind::pnm:
+      return vips_ppmload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+    case FileKind::bmp:
+      break;
+  }
+  return -1;
+}
+
+int loadBmp(const std::vector<std::uint8_t>& bytes, VipsImage** image) {
+  // libvips takes the buffer as void* but does not write to it.
+  return vips_magickload_buffer(const_cast<std::uint8_t*>(bytes.data()), bytes.size(), image,
+                                "access", VIPS_ACCESS_SEQUENTIAL, "fail_on", VIPS_FAIL_ON_TRUNCATED,
+                                nullptr);
+}
+
+Status checkSize(const VipsImage* image) {
+  const std::int64_t width = vips_image_get_width(image);
+  const std::int64_t height = vips_image_get_height(image);
+  const std::string size = std::to_string(width) + " x " + std::to_string(height) + " pixels";
+  if (!isAllowedBitmapSize(width, height, 4)) return Error{"the picture is too large: " + size};
+  if (!fitsInMemory(static_cast<std::uint64_t>(width * height) * 4U)) {
+    return Error{"not enough memory for a picture of " + size};
+  }
+  return Done{};
+}
+
+}  // namespace
+
+Result<PictureFile> openPictureFile(const std::string& path) {
+  if (!initialiseImaging()) return Error{"the picture libraries cannot be started"};
+  auto file = InputFile::open(path);
+  if (!file) return Error{file.error()};
+  const auto head = file->read(0, kSignatureBytes);
+  if (looksLikeCameraRaw(head)) return Error{"camera RAW files are not supported yet"};
+  const std::optional<FileKind> kind = fileKindOf(head);
+  if (!kind) return Error{"it is not a picture of a kind that can be read"};
+
+  std::vector<RepresentationSize> pages(1);
+  if (*kind == FileKind::tiff) {
+    TiffDirectories directories = readTiffDirectories(*file);
+    if (directories.isCameraRaw) return Error{"camera RAW files are not supported yet"};
+    if (directories.sizes.empty()) return Error{"the TIFF file is damaged or cut short"};
+    pages = std::move(directories.sizes);
+  }
+  return PictureFile{std::move(file).value(), *kind, std::move(pages)};
+}
+
+Result<OpenedPicture> openPicture(const PictureFile& file, int page) {
+  OpenedPicture picture;
+  VipsImage* image = nullptr;
+  int failed = 0;
+  if (file.kind == FileKind::bmp) {
+    picture.bytes = file.file.read(0, static_cast<std::size_t>(file.file.size()));
+    failed = loadBmp(picture.bytes, &image);
+  } else {
+    const VipsSourcePtr source(vips_source_new_from_descriptor(file.file.descriptor()));
+    if (source == nullptr || vips_source_rewind(source.get()) != 0) return damagedFile(file.kind);
+    failed = load(file.kind, source.get(), page, &image);
+  }
+  if (failed != 0) return damagedFile(file.kind);
+  picture.image.reset(image);
+  if (const Status allowed = checkSize(image); !allowed) return Error{allowed.error()};
+  return picture;
+}
+
+Error damagedFile(FileKind kind) {
+  const std::string detail = takeVipsError();
+  return {"the " + nameOf(kind) + " file is damaged or cut short" +
+          (detail.empty() ? "" : " (" + detail + ")")};
+}
+
+}  // namespace velmara
