@@ -1,0 +1,72 @@
+#include "imaging/rotate_with_exif.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <utility>
+
+namespace velmara {
+namespace {
+
+/// Where the upright picture's pixels come from: pixel (x, y) is at byte
+/// start + x * alongX + y * alongY of the stored one.
+struct Walk {
+  std::ptrdiff_t start = 0;
+  std::ptrdiff_t alongX = 0;
+  std::ptrdiff_t alongY = 0;
+};
+
+Walk walkFor(const Bitmap& bitmap, int orientation) {
+  const std::ptrdiff_t pixel = bitmap.samplesPerPixel();
+  const auto row = static_cast<std::ptrdiff_t>(bitmap.rowBytes());
+  const std::ptrdiff_t right = (bitmap.width() - 1) * pixel;
+  const std::ptrdiff_t bottom = (bitmap.height() - 1) * row;
+  switch (orientation) {
+    case 2:
+      return {right, -pixel, row};
+    case 3:
+      return {right + bottom, -pixel, -row};
+    case 4:
+      return {bottom, pixel, -row};
+    case 5:
+      return {0, row, pixel};
+    case 6:
+      return {bottom, -row, pixel};
+    case 7:
+      return {right + bottom, -row, -pixel};
+    default:
+      return {right, row, -pixel};
+  }
+}
+
+}  // namespace
+
+Bitmap RotateWithEXIF(const Bitmap& bitmap, int orientation) {
+  if (!bitmap.isValid() || orientation < 2 || orientation > 8) return bitmap;
+  const bool turned = exchangesSides(orientation);
+  auto upright =
+      BitmapBuilder::allocate(turned ? bitmap.height() : bitmap.width(),
+                              turned ? bitmap.width() : bitmap.height(), bitmap.samplesPerPixel());
+  if (!upright) return {};
+  const Walk walk = walkFor(bitmap, orientation);
+  const auto samples = static_cast<std::size_t>(bitmap.samplesPerPixel());
+  const std::uint8_t* stored = bitmap.bytes().data();
+  // In squares, since a turned picture walks down the columns of the stored one.
+  constexpr int kSquare = 64;
+  for (int top = 0; top < upright->height(); top += kSquare) {
+    const int bottom = std::min(top + kSquare, upright->height());
+    for (int left = 0; left < upright->width(); left += kSquare) {
+      const int right = std::min(left + kSquare, upright->width());
+      for (int y = top; y < bottom; ++y) {
+        std::uint8_t* out = upright->row(y) + static_cast<std::size_t>(left) * samples;
+        const std::uint8_t* in = stored + walk.start + y * walk.alongY + left * walk.alongX;
+        for (int x = left; x < right; ++x, in += walk.alongX, out += samples) {
+          for (std::size_t c = 0; c < samples; ++c) out[c] = in[c];
+        }
+      }
+    }
+  }
+  return std::move(*upright).finish();
+}
+
+}  // namespace velmara

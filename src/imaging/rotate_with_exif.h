@@ -1,0 +1,20 @@
+#pragma once
+
+#include "base/bitmap.h"
+
+namespace velmara {
+
+/// The upright picture of stored pixels under an Exif orientation (tag 274 of Exif 2.32): 2 is
+/// mirrored left to right, 3 turned by 180 degrees, 4 mirrored top to bottom, 5 mirrored about the
+/// main diagonal, 6 turned by 90 degrees clockwise, 7 mirrored about the other diagonal, 8 turned
+/// by 90 degrees anticlockwise. Pixels only change places; 5 to 8 exchange width and height. Any
+/// other orientation gives the bitmap unchanged. Not valid if the input is not or the memory is not
+/// to be had.
+Bitmap RotateWithEXIF(const Bitmap& bitmap, int orientation);
+
+/// Whether an orientation exchanges width and height.
+constexpr bool exchangesSides(int orientation) {
+  return orientation >= 5 && orientation <= 8;
+}
+
+}  // namespace velmara
