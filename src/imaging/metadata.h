@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "imaging/metadata_value.h"
+
+namespace velmara {
+
+struct MetadataCarrier;
+
+/// The properties of a picture: an ordinary dictionary to look things up in, and with it, not to be
+/// seen, all that is needed to write the same metadata into another file. A value, cheap to copy;
+/// any thread may read it.
+///
+/// Keys at the top: "PixelWidth", "PixelHeight" (integers), "Depth" (integer, bits a sample),
+/// "ColorModel" ("Gray", "RGB", "CMYK" or "Lab"), "HasAlpha" (truth value), "DPIWidth", "DPIHeight"
+/// (reals), "Orientation" (integer), "ProfileName" (text), each where the file has it, and the
+/// groups "{Exif}", "{TIFF}", "{GPS}", "{IPTC}", "{XMP}", where there is anything in them. The keys
+/// in a group are the standards' own tag names: "FNumber", "Make", "Latitude", "Keywords".
+class ImageMetadata {
+ public:
+  ImageMetadata() = default;
+  ImageMetadata(MetadataDictionary dictionary, std::shared_ptr<const MetadataCarrier> carrier)
+      : dictionary_(std::move(dictionary)), carrier_(std::move(carrier)) {}
+
+  const MetadataDictionary& dictionary() const { return dictionary_; }
+  /// The value of a key at the top, or null.
+  const MetadataValue* find(const std::string& key) const;
+  /// The value of a key in a group such as "{Exif}", or null.
+  const MetadataValue* find(const std::string& group, const std::string& key) const;
+
+  /// "Orientation" as the file states it, whatever number that is; nothing if it does not say.
+  std::optional<int> orientation() const;
+
+  /// What the writer of metadata takes over; null if there is nothing to take over.
+  const std::shared_ptr<const MetadataCarrier>& carrier() const { return carrier_; }
+
+ private:
+  MetadataDictionary dictionary_;
+  std::shared_ptr<const MetadataCarrier> carrier_;
+};
+
+/// The properties of the first picture of a file; nothing if it is none of the kinds that can be
+/// read (see readImage) or its headers are damaged. Metadata that is damaged is left out where it
+/// cannot be understood. Pixels are not decoded. Any thread.
+std::optional<ImageMetadata> readMetadata(const std::string& path);
+
+}  // namespace velmara

@@ -1,0 +1,150 @@
+#include <cmath>
+#include <exception>
+#include <utility>
+
+#include "imaging/color_profile.h"
+#include "imaging/eight_bit.h"
+#include "imaging/exiv2_session.h"
+#include "imaging/metadata.h"
+#include "imaging/metadata_carrier.h"
+#include "imaging/metadata_dictionary.h"
+#include "imaging/open_picture.h"
+
+namespace velmara {
+namespace {
+
+std::string colorModelOf(VipsImage* image) {
+  switch (vips_image_guess_interpretation(image)) {
+    case VIPS_INTERPRETATION_B_W:
+    case VIPS_INTERPRETATION_GREY16:
+      return "Gray";
+    case VIPS_INTERPRETATION_CMYK:
+      return "CMYK";
+    case VIPS_INTERPRETATION_LAB:
+    case VIPS_INTERPRETATION_LABS:
+      return "Lab";
+    default:
+      return vips_image_get_bands(image) < 3 ? "Gray" : "RGB";
+  }
+}
+
+// Pixels an inch; a value that differs from a whole number by the rounding of a unit is that
+// number.
+double dotsPerInch(double pixelsPerMillimetre) {
+  const double dpi = pixelsPerMillimetre * 25.4;
+  return std::abs(dpi - std::round(dpi)) < 0.01 ? std::round(dpi) : dpi;
+}
+
+void addHeader(VipsImage* image, MetadataDictionary& dictionary) {
+  dictionary.emplace("PixelWidth", vips_image_get_width(image));
+  dictionary.emplace("PixelHeight", vips_image_get_height(image));
+  dictionary.emplace("ColorModel", colorModelOf(image));
+  dictionary.emplace("HasAlpha", vips_image_hasalpha(image) != 0);
+  dictionary.emplace("Depth", static_cast<int>(8 * vips_format_sizeof(image->BandFmt)));
+  const double across = vips_image_get_xres(image);
+  const double down = vips_image_get_yres(image);
+  // 1 pixel a millimetre is what libvips says when the file says nothing.
+  if (across > 0.0 && down > 0.0 && (across != 1.0 || down != 1.0)) {
+    dictionary.emplace("DPIWidth", dotsPerInch(across));
+    dictionary.emplace("DPIHeight", dotsPerInch(down));
+  }
+  if (const ColorProfile profile = embeddedProfile(image)) {
+    std::string name = profileName(*profile);
+    if (!name.empty()) dictionary.emplace("ProfileName", std::move(name));
+  }
+}
+
+std::span<const std::uint8_t> blobOf(const VipsImage* image, const char* name) {
+  const void* data = nullptr;
+  std::size_t size = 0;
+  if (vips_image_get_typeof(image, name) == 0 ||
+      vips_image_get_blob(image, name, &data, &size) != 0) {
+    return {};
+  }
+  return {static_cast<const std::uint8_t*>(data), size};
+}
+
+// The containers Exiv2 cannot open: libvips hands out the packets. The turn is in the container and
+// has been applied, so the tag, if it is there at all, has nothing to say any more.
+void readPackets(const VipsImage* image, MetadataCarrier& carrier) {
+  auto exif = blobOf(image, VIPS_META_EXIF_NAME);
+  constexpr std::size_t kExifMark = 6;  // "Exif\0\0"
+  if (exif.size() > kExifMark && exif[0] == 'E') exif = exif.subspan(kExifMark);
+  if (!exif.empty()) {
+    carrier.byteOrder = Exiv2::ExifParser::decode(carrier.exif, exif.data(),
+                                                  static_cast<std::uint32_t>(exif.size()));
+    if (carrier.exif.findKey(Exiv2::ExifKey("Exif.Image.Orientation")) != carrier.exif.end()) {
+      carrier.exif["Exif.Image.Orientation"] = std::uint16_t{1};
+    }
+  }
+  const auto xmp = blobOf(image, VIPS_META_XMP_NAME);
+  if (!xmp.empty()) {
+    const std::string packet(reinterpret_cast<const char*>(xmp.data()), xmp.size());
+    Exiv2::XmpParser::decode(carrier.xmp, packet);
+  }
+}
+
+void readFile(const std::string& path, MetadataCarrier& carrier) {
+  // Given the file and not its name, Exiv2 does not take names for addresses to fetch.
+  Exiv2::BasicIo::AutoPtr io(new Exiv2::FileIo(path));
+  const Exiv2::Image::AutoPtr image = Exiv2::ImageFactory::open(io);
+  if (image.get() == nullptr) return;
+  image->readMetadata();
+  carrier.exif = image->exifData();
+  carrier.iptc = image->iptcData();
+  carrier.xmp = image->xmpData();
+  carrier.comment = image->comment();
+  carrier.byteOrder = image->byteOrder();
+}
+
+std::shared_ptr<const MetadataCarrier> readCarrier(const std::string& path, FileKind kind,
+                                                   const VipsImage* image) {
+  const auto lock = lockExiv2();
+  auto carrier = std::make_shared<MetadataCarrier>();
+  try {
+    switch (kind) {
+      case FileKind::jpeg:
+      case FileKind::png:
+      case FileKind::tiff:
+      case FileKind::webp:
+      case FileKind::jpeg2000:
+        readFile(path, *carrier);
+        break;
+      case FileKind::heif:
+        readPackets(image, *carrier);
+        break;
+      case FileKind::bmp:
+      case FileKind::gif:
+      case FileKind::pnm:
+        break;
+    }
+  } catch (const std::exception&) {
+    // What was understood before stays.
+  }
+  return carrier;
+}
+
+}  // namespace
+
+std::optional<ImageMetadata> readMetadata(const std::string& path) {
+  try {
+    const auto file = openPictureFile(path);
+    if (!file) return std::nullopt;
+    const auto picture = openPicture(*file, 0);
+    if (!picture) return std::nullopt;
+    MetadataDictionary dictionary;
+    addHeader(picture->image.get(), dictionary);
+    auto carrier = readCarrier(path, file->kind, picture->image.get());
+    const auto lock = lockExiv2();
+    try {
+      addMetadataGroups(*carrier, dictionary);
+    } catch (const Exiv2::AnyError&) {
+      // The groups filled before stay.
+    }
+    return ImageMetadata(std::move(dictionary), std::move(carrier));
+  } catch (const std::exception&) {
+    return std::nullopt;
+  }
+}
+
+}  // namespace velmara
