@@ -1,0 +1,147 @@
+#include "imaging/image_writer.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+#include "base/alpha.h"
+#include "imaging/initialise.h"
+#include "imaging/vips_handle.h"
+
+namespace velmara {
+namespace {
+
+constexpr double kMillimetresPerInch = 25.4;
+constexpr int kLeastQualityOfFullColours = 90;
+
+bool isOpaque(const Bitmap& bitmap) {
+  const auto step = static_cast<std::size_t>(bitmap.samplesPerPixel());
+  const auto bytes = bitmap.bytes();
+  for (std::size_t i = step - 1; i < bytes.size(); i += step) {
+    if (bytes[i] != 255) return false;
+  }
+  return true;
+}
+
+bool carriesProfile(FileFormat format) {
+  return format != FileFormat::gif && format != FileFormat::jpeg2000;
+}
+
+/// The bitmap as libvips sees it, its samples shared and not copied.
+VipsImagePtr wrapped(const Bitmap& bitmap, const ColorProfile& profile,
+                     const EncodeOptions& options) {
+  const VipsImagePtr samples(
+      vips_image_new_from_memory(bitmap.bytes().data(), bitmap.byteCount(), bitmap.width(),
+                                 bitmap.height(), bitmap.samplesPerPixel(), VIPS_FORMAT_UCHAR));
+  const Resolution resolution = options.resolution.value_or(Resolution{});
+  VipsImage* described = nullptr;
+  if (samples == nullptr ||
+      vips_copy(samples.get(), &described, "interpretation",
+                bitmap.samplesPerPixel() <= 2 ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB,
+                "xres", resolution.width / kMillimetresPerInch, "yres",
+                resolution.height / kMillimetresPerInch, nullptr) != 0) {
+    return nullptr;
+  }
+  if (profile != nullptr) {
+    vips_image_set_blob_copy(described, VIPS_META_ICC_NAME, profile->data(), profile->size());
+  }
+  return VipsImagePtr(described);
+}
+
+VipsImagePtr withoutLastBand(const VipsImagePtr& image) {
+  VipsImage* colours = nullptr;
+  const int bands = vips_image_get_bands(image.get());
+  vips_extract_band(image.get(), &colours, 0, "n", bands - 1, nullptr);
+  return VipsImagePtr(colours);
+}
+
+int saveBmp(VipsImage* image, VipsTarget* target) {
+  void* bytes = nullptr;
+  std::size_t size = 0;
+  if (vips_magicksave_buffer(image, &bytes, &size, "format", "BMP", nullptr) != 0) return -1;
+  const int failed = vips_target_write(target, bytes, size);
+  g_free(bytes);
+  return failed != 0 ? failed : vips_target_end(target);
+}
+
+int save(VipsImage* image, FileFormat format, int quality, VipsTarget* target) {
+  switch (format) {
+    case FileFormat::jpeg:
+      return vips_jpegsave_target(image, target, "Q", quality, "subsample_mode",
+                                  quality >= kLeastQualityOfFullColours ? VIPS_FOREIGN_SUBSAMPLE_OFF
+                                                                        : VIPS_FOREIGN_SUBSAMPLE_ON,
+                                  nullptr);
+    case FileFormat::tiff:
+      return vips_tiffsave_target(image, target, "compression", VIPS_FOREIGN_TIFF_COMPRESSION_LZW,
+                                  "predictor", VIPS_FOREIGN_TIFF_PREDICTOR_HORIZONTAL, "resunit",
+                                  VIPS_FOREIGN_TIFF_RESUNIT_INCH, nullptr);
+    case FileFormat::gif:
+      return vips_gifsave_target(image, target, nullptr);
+    case FileFormat::png:
+      return vips_pngsave_target(image, target, nullptr);
+    case FileFormat::jpeg2000:
+      return vips_jp2ksave_target(image, target, "lossless", TRUE, nullptr);
+    case FileFormat::bmp:
+      break;
+  }
+  return saveBmp(image, target);
+}
+
+Result<std::vector<std::uint8_t>> encode(const Bitmap& bitmap, const ColorProfile& profile,
+                                         FileFormat format, const EncodeOptions& options) {
+  const bool dropsAlpha = bitmap.hasAlpha() && isOpaque(bitmap);
+  const bool flattens = bitmap.hasAlpha() && !dropsAlpha && format == FileFormat::jpeg;
+  const Bitmap flat = flattens ? withoutAlpha(bitmap) : bitmap;
+  if (!flat.isValid()) return Error{"not enough memory for the picture"};
+  VipsImagePtr image = wrapped(flat, carriesProfile(format) ? profile : nullptr, options);
+  if (image != nullptr && dropsAlpha) image = withoutLastBand(image);
+  const VipsTargetPtr target(vips_target_new_to_memory());
+  if (image == nullptr || target == nullptr ||
+      save(image.get(), format, std::clamp(options.quality, 1, 100), target.get()) != 0) {
+    return Error{"the picture cannot be encoded (" + takeVipsError() + ")"};
+  }
+  std::size_t size = 0;
+  unsigned char* bytes = vips_target_steal(target.get(), &size);
+  std::vector<std::uint8_t> file(bytes, bytes + size);
+  g_free(bytes);
+  return file;
+}
+
+}  // namespace
+
+std::optional<FileFormat> fileFormatOfIndex(unsigned index) {
+  if (index > static_cast<unsigned>(FileFormat::jpeg2000)) return std::nullopt;
+  return static_cast<FileFormat>(index);
+}
+
+Result<std::vector<std::uint8_t>> encodeImage(const Bitmap& bitmap, const ColorProfile& profile,
+                                              FileFormat format, const EncodeOptions& options) {
+  if (!bitmap.isValid()) return Error{"there is no picture to encode"};
+  if (!initialiseImaging()) return Error{"the picture libraries cannot be started"};
+  try {
+    return encode(bitmap, profile, format, options);
+  } catch (const std::bad_alloc&) {
+    return Error{"not enough memory for the picture"};
+  }
+}
+
+Result<std::vector<std::uint8_t>> encodeImageWithMetadata(const Bitmap& bitmap,
+                                                          const ColorProfile& profile,
+                                                          FileFormat format,
+                                                          const ImageMetadata& metadata) {
+  EncodeOptions options;
+  const auto dpi = [&metadata](const char* key) {
+    const MetadataValue* value = metadata.find(key);
+    return value != nullptr && value->real() != nullptr ? *value->real() : 0.0;
+  };
+  const double across = dpi("DPIWidth");
+  const double down = dpi("DPIHeight");
+  if (across > 0.0 && down > 0.0) {
+    const bool turned = isTurned(metadata, bitmap.width(), bitmap.height());
+    options.resolution = turned ? Resolution{down, across} : Resolution{across, down};
+  }
+  auto bytes = encodeImage(bitmap, profile, format, options);
+  return bytes ? withMetadata(std::move(bytes).value(), format, metadata) : std::move(bytes);
+}
+
+}  // namespace velmara

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/image.h"
+#include "base/result.h"
+#include "imaging/metadata.h"
+
+namespace velmara {
+
+/// The formats pictures are written in, by their indices.
+enum class FileFormat { jpeg = 0, tiff = 1, bmp = 2, gif = 3, png = 4, jpeg2000 = 5 };
+
+/// The format of an index; nothing for 6 and above.
+std::optional<FileFormat> fileFormatOfIndex(unsigned index);
+
+/// Pixels an inch.
+struct Resolution {
+  double width = 72.0;
+  double height = 72.0;
+};
+
+struct EncodeOptions {
+  /// Of JPEG, 1 to 100; at 90 and more the colours are kept at full resolution.
+  int quality = 95;
+  std::optional<Resolution> resolution;
+};
+
+/// A picture as the bytes of a file: JPEG, TIFF with LZW compression, BMP, GIF of at most 256
+/// colours, PNG or lossless JPEG 2000. The profile goes along where the format has a place for it
+/// (all but GIF and JPEG 2000). Alpha that is opaque throughout is left out; JPEG, which has none,
+/// shows the picture over black. 1 and 2 samples are written as gray.
+Result<std::vector<std::uint8_t>> encodeImage(const Bitmap& bitmap, const ColorProfile& profile,
+                                              FileFormat format, const EncodeOptions& options = {});
+
+/// Puts a picture's metadata into the bytes of a file just encoded: Exif with its maker notes, XMP
+/// and IPTC, with the orientation given instead of its own, true pixel dimensions, and without the
+/// embedded thumbnail, which no longer shows the picture. GIF and BMP have no place for metadata
+/// and come back as they are. What a JPEG's segments of 64 KB cannot hold is left out, the largest
+/// pieces first. The pixels and the profile are not touched.
+Result<std::vector<std::uint8_t>> withMetadata(std::vector<std::uint8_t> bytes, FileFormat format,
+                                               const ImageMetadata& metadata, int orientation = 1);
+
+/// Whether a picture of this size is the one the metadata was read from with its sides exchanged.
+bool isTurned(const ImageMetadata& metadata, int width, int height);
+
+/// encodeImage and withMetadata in one, at the resolution the metadata states (its width and height
+/// exchanged, if those of the picture were), for pixels that have been turned upright.
+Result<std::vector<std::uint8_t>> encodeImageWithMetadata(const Bitmap& bitmap,
+                                                          const ColorProfile& profile,
+                                                          FileFormat format,
+                                                          const ImageMetadata& metadata);
+
+}  // namespace velmara

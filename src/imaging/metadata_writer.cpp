@@ -1,0 +1,175 @@
+#include <exception>
+#include <utility>
+
+#include "imaging/exiv2_session.h"
+#include "imaging/image_writer.h"
+#include "imaging/initialise.h"
+#include "imaging/metadata_carrier.h"
+#include "imaging/metadata_dictionary.h"
+
+namespace velmara {
+namespace {
+
+/// The metadata to write, changed to be true of the new picture.
+struct Content {
+  Exiv2::ExifData exif;
+  Exiv2::IptcData iptc;
+  Exiv2::XmpData xmp;
+};
+
+template <typename Data, typename Predicate>
+void eraseWhere(Data& data, Predicate predicate) {
+  for (auto entry = data.begin(); entry != data.end();) {
+    entry = predicate(*entry) ? data.erase(entry) : std::next(entry);
+  }
+}
+
+void exchange(Exiv2::ExifData& exif, const char* first, const char* second) {
+  const auto a = exif.findKey(Exiv2::ExifKey(first));
+  const auto b = exif.findKey(Exiv2::ExifKey(second));
+  if (a == exif.end() || b == exif.end()) return;
+  const Exiv2::Value::AutoPtr kept = a->getValue();
+  a->setValue(&b->value());
+  b->setValue(kept.get());
+}
+
+void setIfThere(Exiv2::XmpData& xmp, const char* key, int value) {
+  const auto entry = xmp.findKey(Exiv2::XmpKey(key));
+  if (entry != xmp.end()) entry->setValue(std::to_string(value));
+}
+
+Content contentFor(const ImageMetadata& metadata, int orientation, int width, int height) {
+  const MetadataCarrier& carrier = *metadata.carrier();
+  Content content{carrier.exif, carrier.iptc, carrier.xmp};
+  eraseWhere(content.exif, describesStorage);
+  if (!content.exif.empty() || orientation != 1) {
+    // A short by its standard; readers take other types for no orientation.
+    content.exif["Exif.Image.Orientation"] = static_cast<std::uint16_t>(orientation);
+    content.exif["Exif.Photo.PixelXDimension"] = static_cast<std::uint32_t>(width);
+    content.exif["Exif.Photo.PixelYDimension"] = static_cast<std::uint32_t>(height);
+  }
+  if (isTurned(metadata, width, height)) {
+    exchange(content.exif, "Exif.Image.XResolution", "Exif.Image.YResolution");
+    exchange(content.exif, "Exif.Photo.FocalPlaneXResolution", "Exif.Photo.FocalPlaneYResolution");
+  }
+  eraseWhere(content.xmp, [](const Exiv2::Xmpdatum& entry) {
+    return entry.key().starts_with("Xmp.xmp.Thumbnails");
+  });
+  setIfThere(content.xmp, "Xmp.tiff.Orientation", orientation);
+  setIfThere(content.xmp, "Xmp.tiff.ImageWidth", width);
+  setIfThere(content.xmp, "Xmp.tiff.ImageLength", height);
+  setIfThere(content.xmp, "Xmp.exif.PixelXDimension", width);
+  setIfThere(content.xmp, "Xmp.exif.PixelYDimension", height);
+  return content;
+}
+
+/// Leaves out the largest entry; false if there is none worth leaving out.
+bool dropLargest(Content& content) {
+  constexpr long kWorthDropping = 512;
+  long largest = kWorthDropping;
+  const auto exif = [&] {
+    auto found = content.exif.end();
+    for (auto entry = content.exif.begin(); entry != content.exif.end(); ++entry) {
+      if (entry->size() <= largest) continue;
+      largest = entry->size();
+      found = entry;
+    }
+    return found;
+  }();
+  const auto xmp = [&] {
+    auto found = content.xmp.end();
+    for (auto entry = content.xmp.begin(); entry != content.xmp.end(); ++entry) {
+      if (entry->size() <= largest) continue;
+      largest = entry->size();
+      found = entry;
+    }
+    return found;
+  }();
+  if (xmp != content.xmp.end()) {
+    content.xmp.erase(xmp);
+    return true;
+  }
+  if (exif == content.exif.end()) return false;
+  const bool isMakerNote =
+      exif->tagName() == "MakerNote" || Exiv2::ExifTags::isMakerGroup(exif->groupName());
+  content.exif.erase(exif);
+  if (isMakerNote) {
+    eraseWhere(content.exif, [](const Exiv2::Exifdatum& entry) {
+      return entry.tagName() == "MakerNote" || Exiv2::ExifTags::isMakerGroup(entry.groupName());
+    });
+  }
+  return true;
+}
+
+Exiv2::Image::AutoPtr opened(const std::vector<std::uint8_t>& bytes) {
+  Exiv2::Image::AutoPtr image =
+      Exiv2::ImageFactory::open(bytes.data(), static_cast<long>(bytes.size()));
+  image->readMetadata();
+  return image;
+}
+
+std::vector<std::uint8_t> written(const std::vector<std::uint8_t>& bytes, FileFormat format,
+                                  const Content& content, const MetadataCarrier& carrier) {
+  const Exiv2::Image::AutoPtr image = opened(bytes);
+  Exiv2::ExifData exif = content.exif;
+  if (format == FileFormat::tiff) {
+    // How the new file's pixels are stored stands among its entries.
+    for (const Exiv2::Exifdatum& entry : image->exifData()) {
+      if (describesStorage(entry)) exif.add(entry);
+    }
+  } else if (carrier.byteOrder != Exiv2::invalidByteOrder) {
+    image->setByteOrder(carrier.byteOrder);
+  }
+  image->setExifData(exif);
+  image->setIptcData(content.iptc);
+  image->setXmpData(content.xmp);
+  if (format == FileFormat::jpeg && !carrier.comment.empty()) image->setComment(carrier.comment);
+  image->writeMetadata();
+
+  Exiv2::BasicIo& io = image->io();
+  io.open();
+  std::vector<std::uint8_t> result(io.size());
+  if (io.read(result.data(), static_cast<long>(result.size())) !=
+      static_cast<long>(result.size())) {
+    throw Exiv2::Error(Exiv2::kerFailedToReadImageData);
+  }
+  return result;
+}
+
+}  // namespace
+
+bool isTurned(const ImageMetadata& metadata, int width, int height) {
+  const MetadataValue* oldWidth = metadata.find("PixelWidth");
+  const MetadataValue* oldHeight = metadata.find("PixelHeight");
+  return width != height && oldWidth != nullptr && oldHeight != nullptr &&
+         oldWidth->integer() != nullptr && oldHeight->integer() != nullptr &&
+         *oldWidth->integer() == height && *oldHeight->integer() == width;
+}
+
+Result<std::vector<std::uint8_t>> withMetadata(std::vector<std::uint8_t> bytes, FileFormat format,
+                                               const ImageMetadata& metadata, int orientation) {
+  if (format == FileFormat::gif || format == FileFormat::bmp || metadata.carrier() == nullptr) {
+    return bytes;
+  }
+  if (!initialiseImaging()) return Error{"the picture libraries cannot be started"};
+  const auto lock = lockExiv2();
+  try {
+    const MetadataCarrier& carrier = *metadata.carrier();
+    Content content;
+    {
+      const Exiv2::Image::AutoPtr image = opened(bytes);
+      content = contentFor(metadata, orientation, image->pixelWidth(), image->pixelHeight());
+    }
+    for (;;) {
+      try {
+        return written(bytes, format, content, carrier);
+      } catch (const Exiv2::AnyError&) {
+        if (!dropLargest(content)) throw;
+      }
+    }
+  } catch (const std::exception& failure) {
+    return Error{std::string("the metadata cannot be written (") + failure.what() + ")"};
+  }
+}
+
+}  // namespace velmara

@@ -1,0 +1,161 @@
+#include "imaging/utils.h"
+
+#include <filesystem>
+#include <new>
+#include <system_error>
+#include <utility>
+
+#include "base/alpha.h"
+#include "base/mirror.h"
+#include "imaging/crop.h"
+#include "imaging/image_reader.h"
+#include "imaging/image_writer.h"
+#include "imaging/recompress_jpeg.h"
+#include "imaging/tiling.h"
+#include "platform/atomic_file.h"
+#include "platform/log.h"
+#include "platform/temporary_directory.h"
+
+namespace velmara {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kToolkitJpegQuality = 70;
+
+Status writePicture(const std::string& path, const Bitmap& bitmap, const ColorProfile& profile,
+                    FileFormat format) {
+  EncodeOptions options;
+  options.quality = kToolkitJpegQuality;
+  const auto bytes = encodeImage(bitmap, profile, format, options);
+  return bytes ? replaceFile(path, *bytes) : Status(Error{bytes.error()});
+}
+
+}  // namespace
+
+Utils& Utils::sharedUtils() {
+  static Utils shared;
+  return shared;
+}
+
+Bitmap Utils::getCgiImageRef(const Image& image) const {
+  return image.bitmap();
+}
+
+std::vector<std::uint8_t> Utils::NSImageToCharByteArray(const Image& image) const {
+  const auto bytes = getCgiImageRef(image).bytes();
+  return {bytes.begin(), bytes.end()};
+}
+
+Image Utils::convertBitmapRGBA8ToNSImage(const std::uint8_t* bytes, int withWidth,
+                                         int withHeight) const {
+  auto canvas = BitmapBuilder::allocate(withWidth, withHeight, 4);
+  if (bytes == nullptr || !canvas) {
+    logLine("Error: Memory not allocated for bitmap");
+    return {};
+  }
+  std::uint8_t* out = canvas->bytes().data();
+  const std::uint8_t* const end = out + canvas->bytes().size();
+  for (; out != end; out += 4, bytes += 3) {
+    out[0] = bytes[0];
+    out[1] = bytes[1];
+    out[2] = bytes[2];
+    out[3] = 255;
+  }
+  return Image(std::move(*canvas).finish());
+}
+
+Image Utils::removeAlphaChannelFromImage(const Image& image, Size size) const {
+  logLine("Utils removeAlphaChannelFromImage");
+  const Bitmap opaque = withoutAlpha(getCgiImageRef(image));
+  if (!opaque.isValid()) {
+    logLine("Error in removeAlphaChannelFromImage");
+    return {};
+  }
+  return Image({opaque}, size, image.profile());
+}
+
+Image Utils::addBorderToImage(const Image& image, int borderWidth) const {
+  logLine("Utils addBorderToImage");
+  if (!image.isValid()) {
+    logLine("not valid image");
+    return image;
+  }
+  const Bitmap decoded = getCgiImageRef(image);
+  logFormat("input Image Size {%d, %d}", decoded.width(), decoded.height());
+  const Bitmap framed = withMirroredBorder(decoded, borderWidth);
+  if (framed.samplesPerPixel() == 1) return Image(framed, image.profile());
+  return Image(asRgba(framed), image.profile());
+}
+
+std::vector<Image> Utils::splitImagesIntoSubImagesWithImage(const Image& image,
+                                                            unsigned numberOfRows,
+                                                            unsigned numberOfColumns) const {
+  return splitIntoTiles(image, numberOfRows, numberOfColumns);
+}
+
+Image Utils::constructImageWithPatchArray(const std::vector<Image>& tiles, int rows, int columns,
+                                          const Image& /*originalImage*/) const {
+  return joinTiles(tiles, rows, columns);
+}
+
+Image Utils::scaleImage(const Image& image, Size newSize) const {
+  return scaledImage(image, newSize);
+}
+
+Image Utils::cropImage(const Image& image, Rect toRect) const {
+  return croppedImage(image, toRect);
+}
+
+Image Utils::compressImage(const Image& image, float byFactor) const {
+  return recompressJpeg(image, byFactor);
+}
+
+void Utils::saveImageInSelectedFormat(unsigned format, const std::string& FilePath,
+                                      const Bitmap& ImageRef, const ColorProfile& profile) const {
+  const auto known = fileFormatOfIndex(format);
+  if (!known) return;
+  const Status written = writePicture(FilePath, ImageRef, profile, *known);
+  if (!written) logLine(FilePath + ": the picture was not saved: " + written.error());
+}
+
+Image Utils::getConvertedImageFromImageAtFilePath(const std::string& filePath,
+                                                  unsigned outputRepType) const {
+  const auto image = readImage(filePath);
+  if (!image || temporaryDirectory().empty()) return {};
+  const std::string temporary =
+      temporaryDirectory() + fs::path(filePath).stem().string() + "InputImage.png";
+  saveImageInSelectedFormat(outputRepType, temporary, getCgiImageRef(*image), image->profile());
+  const auto converted = readImage(temporary);
+  deleteFileAtPath(temporary);
+  return converted ? *converted : Image{};
+}
+
+void Utils::deleteFileAtPath(const std::string& path) const {
+  std::error_code ignored;
+  fs::remove_all(path, ignored);
+}
+
+void Utils::cleanAllFilesFromTempDirectory() const {
+  std::error_code failure;
+  std::vector<fs::path> items;
+  for (fs::directory_iterator item(temporaryDirectory(), failure), end; !failure && item != end;
+       item.increment(failure)) {
+    items.push_back(item->path());
+  }
+  if (failure) logLine("Error: " + failure.message());
+  for (const fs::path& item : items) {
+    failure.clear();
+    fs::remove_all(item, failure);
+    if (failure) logLine("Error: " + item.string() + ": " + failure.message());
+  }
+}
+
+Image Utils::screenShotOfImageView(CapturableView& view) const {
+  const Rect bounds = view.bounds();
+  const Size size = {bounds.width, bounds.height};
+  Image image({view.captureBounds()}, size);
+  return image.isValid() ? image : Image({view.renderBounds()}, size);
+}
+
+}  // namespace velmara
