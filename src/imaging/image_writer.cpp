@@ -1,6 +1,7 @@
 #include "imaging/image_writer.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
 #include <utility>
 
@@ -87,6 +88,18 @@ int save(VipsImage* image, FileFormat format, int quality, VipsTarget* target) {
   return saveBmp(image, target);
 }
 
+// What was written to a target in memory. Savers end their target, after which its bytes are to be
+// had as its blob only.
+std::vector<std::uint8_t> contentsOf(VipsTarget* target) {
+  VipsBlob* blob = nullptr;
+  g_object_get(target, "blob", &blob, nullptr);
+  const std::unique_ptr<VipsBlob, void (*)(VipsBlob*)> held(
+      blob, [](VipsBlob* area) { vips_area_unref(VIPS_AREA(area)); });
+  std::size_t size = 0;
+  const auto* bytes = static_cast<const std::uint8_t*>(vips_blob_get(blob, &size));
+  return {bytes, bytes + size};
+}
+
 Result<std::vector<std::uint8_t>> encode(const Bitmap& bitmap, const ColorProfile& profile,
                                          FileFormat format, const EncodeOptions& options) {
   const bool dropsAlpha = bitmap.hasAlpha() && isOpaque(bitmap);
@@ -100,11 +113,7 @@ Result<std::vector<std::uint8_t>> encode(const Bitmap& bitmap, const ColorProfil
       save(image.get(), format, std::clamp(options.quality, 1, 100), target.get()) != 0) {
     return Error{"the picture cannot be encoded (" + takeVipsError() + ")"};
   }
-  std::size_t size = 0;
-  unsigned char* bytes = vips_target_steal(target.get(), &size);
-  std::vector<std::uint8_t> file(bytes, bytes + size);
-  g_free(bytes);
-  return file;
+  return contentsOf(target.get());
 }
 
 }  // namespace
