@@ -1,0 +1,86 @@
+#include "engine/fast/fast_kernel.h"
+
+#include <atomic>
+#include <limits>
+#include <utility>
+
+#include "engine/fast/decision_bound.h"
+#include "engine/fast/fast_tile.h"
+#include "engine/fast/instruction_sets.h"
+
+namespace velmara {
+namespace {
+
+std::atomic<std::int64_t> fastPixels{0};
+std::atomic<std::int64_t> undecidedPixels{0};
+std::atomic<std::int64_t> referencePixels{0};
+
+class FastTileFilter final : public TileFilter {
+ public:
+  FastTileFilter(std::shared_ptr<const FastPlan> plan, std::unique_ptr<FastScratch> scratch)
+      : plan_(std::move(plan)), scratch_(std::move(scratch)) {}
+
+  void filter(const Tile& tile) override {
+    undecidedPixels += filterTile(*plan_, *scratch_, tile);
+    fastPixels += std::int64_t{tile.xEnd - tile.xBegin} * (tile.yEnd - tile.yBegin);
+  }
+
+ private:
+  std::shared_ptr<const FastPlan> plan_;
+  std::unique_ptr<FastScratch> scratch_;
+};
+
+class FastKernel final : public FilterKernel {
+ public:
+  explicit FastKernel(FastPlan plan) : plan_(std::make_shared<FastPlan>(std::move(plan))) {}
+
+  int tileWidth() const override { return plan_->tileWidth; }
+  int tileHeight() const override { return plan_->tileHeight; }
+  std::unique_ptr<TileFilter> makeTileFilter() const override try {
+    auto scratch = FastScratch::allocate(*plan_);
+    if (scratch == nullptr) return nullptr;
+    return std::make_unique<FastTileFilter>(plan_, std::move(scratch));
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+
+ private:
+  std::shared_ptr<const FastPlan> plan_;
+};
+
+std::optional<FastPlan> boundedPlan(const FilterGeometry& geometry, FilterBuffers& buffers) {
+  constexpr double kLargestWeightError = 1e-5;
+  useInstructionSetOfEnvironment();
+  auto plan = makeFastPlan(geometry, buffers);
+  if (!plan) return std::nullopt;
+  const double error = weightErrorOf(plan->weight, plan->table.data(), buffers.weightTable.cutOff);
+  if (!(error <= kLargestWeightError)) return std::nullopt;
+  plan->bound = decisionBound(plan->s, error);
+  return plan;
+}
+
+}  // namespace
+
+std::unique_ptr<FilterKernel> makeFastKernel(const FilterGeometry& geometry,
+                                             FilterBuffers& buffers) {
+  auto plan = boundedPlan(geometry, buffers);
+  return plan ? std::make_unique<FastKernel>(std::move(*plan)) : nullptr;
+}
+
+std::unique_ptr<FilterKernel> makeUndecidedKernel(const FilterGeometry& geometry,
+                                                  FilterBuffers& buffers) {
+  auto plan = boundedPlan(geometry, buffers);
+  if (!plan) return nullptr;
+  plan->bound = 1.0F;
+  return std::make_unique<FastKernel>(std::move(*plan));
+}
+
+KernelStatistics kernelStatistics() {
+  return {fastPixels, undecidedPixels, referencePixels};
+}
+
+void countReferencePixels(std::int64_t pixels) {
+  referencePixels += pixels;
+}
+
+}  // namespace velmara

@@ -1,0 +1,151 @@
+#include "engine/fast/fast_plan.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace velmara {
+namespace {
+
+constexpr int kLargestWindow = 31;
+constexpr std::uint32_t kLargestNarrow = 65535;
+
+bool isTheFormula(const WeightTable& table, int channels) {
+  return table.entries.size() == static_cast<std::size_t>(channels) * 65536 && table.cutOff >= 1 &&
+         table.cutOff < static_cast<std::int64_t>(table.entries.size()) &&
+         std::isfinite(table.offset);
+}
+
+WeightFunction weightFunctionOf(const WeightTable& table) {
+  constexpr double kLog2OfE = 1.4426950408889634;
+  WeightFunction weight;
+  const double scale = table.coefficient * kLog2OfE;
+  if (std::isfinite(scale) && std::abs(scale) < 1e6) {
+    weight.scale = static_cast<float>(scale);
+    weight.bias = static_cast<float>(-table.offset * scale);
+  } else {
+    weight.scale = -1.0F;  // The table ends at once; only distance 0 is ever asked for.
+  }
+  weight.cut = static_cast<float>(table.cutOff);
+  return weight;
+}
+
+// The shifts downward and, within the row, to the right serve two candidates each; those at the
+// left and upper edge of an even window have no opposite and serve themselves alone.
+void planShifts(FastPlan& plan) {
+  const int first = -plan.sr;
+  const int last = plan.s - 1 - plan.sr;
+  const auto isInside = [&](int dx, int dy) {
+    return dx >= first && dx <= last && dy >= first && dy <= last;
+  };
+  const auto slotOf = [&](int dx, int dy) -> CandidateSlot& {
+    return plan.slots[static_cast<std::size_t>((dy + plan.sr) * plan.s + dx + plan.sr)];
+  };
+  plan.slots.assign(static_cast<std::size_t>(plan.s) * static_cast<std::size_t>(plan.s), {});
+  for (int dy = first; dy <= last; ++dy) {
+    for (int dx = first; dx <= last; ++dx) {
+      const bool hasOpposite = isInside(-dx, -dy);
+      const bool isForward = dy > 0 || (dy == 0 && dx > 0);
+      if ((dx == 0 && dy == 0) || (hasOpposite && !isForward)) continue;
+      SearchShift shift;
+      shift.dx = dx;
+      shift.dy = dy;
+      shift.reversed = hasOpposite;
+      shift.rows = hasOpposite ? dy + 1 : 1;
+      shift.firstRow = plan.weightRows;
+      const int index = static_cast<int>(plan.shifts.size());
+      slotOf(dx, dy) = {index, false};
+      if (hasOpposite) slotOf(-dx, -dy) = {index, true};
+      plan.lead = std::max(plan.lead, shift.lead());
+      plan.weightRows += static_cast<std::size_t>(shift.rows);
+      plan.shifts.push_back(shift);
+    }
+  }
+}
+
+// Tiles are as wide as keeps their rows near the processor, and so that the rows of distances,
+// up to sr wider, fill whole vectors.
+void planTiles(FastPlan& plan) {
+  const int vectors = plan.s <= 16 ? 128 : 64;
+  plan.tileWidth = std::min(plan.geometry.widthSrc, vectors - (plan.s - 1) / 2);
+  plan.tileHeight = 256;
+  plan.margin = plan.channels == 1 ? std::max(plan.patchSlip * std::max(plan.t - 1, 0),
+                                              plan.averageSlip * (plan.s - 1))
+                                   : 0;
+  const auto width = static_cast<std::size_t>(plan.tileWidth);
+  const auto reach = static_cast<std::size_t>(plan.sr);
+  plan.sourceColumns = static_cast<std::size_t>(plan.margin) + width + 2 * reach +
+                       static_cast<std::size_t>(plan.t) + kRowSlack;
+  plan.distanceColumns = width + 2 * reach + static_cast<std::size_t>(plan.t) + kRowSlack;
+  plan.sourceRows = 2 * plan.sr + std::max(plan.t, 1) + 1;
+}
+
+template <class IndexOf>
+bool agrees(const IndexDivider& divider, const IndexOf& indexOf, std::int64_t cutOff) {
+  for (std::uint32_t e = 0; e <= kLargestNarrow; ++e) {
+    const std::uint32_t sum = std::min(e + divider.increment, kLargestNarrow);
+    const std::uint32_t index = sum * divider.multiplier >> 16 >> divider.shift;
+    const std::uint32_t wanted = indexOf(e);
+    if (wanted < cutOff ? index != wanted : index < cutOff) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+std::optional<IndexDivider> exactDivider(int t, std::int64_t cutOff) {
+  if (t == 0) return IndexDivider{};
+  const auto area = static_cast<std::uint32_t>(t * t);
+  const double reciprocal = 1.0 / static_cast<double>(area);
+  const auto indexOf = [&](std::uint32_t e) {
+    return static_cast<std::uint32_t>(static_cast<double>(e) * reciprocal);
+  };
+  if (indexOf(kLargestNarrow) < cutOff) return std::nullopt;
+  if (t == 1) return IndexDivider{0, 0, 0, true};
+  // A multiplier rounded up, or one rounded down with a distance one larger.
+  for (int shift = 15; shift >= 0; --shift) {
+    const std::uint64_t power = std::uint64_t{1} << (16 + shift);
+    for (const std::uint32_t increment : {0U, 1U}) {
+      const std::uint64_t multiplier = (power + (increment == 0 ? area - 1 : 0)) / area;
+      if (multiplier > kLargestNarrow) continue;
+      const IndexDivider divider{static_cast<std::uint16_t>(increment),
+                                 static_cast<std::uint16_t>(multiplier), shift, false};
+      if (agrees(divider, indexOf, cutOff)) return divider;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<FastPlan> makeFastPlan(const FilterGeometry& geometry, FilterBuffers& buffers) {
+  if (geometry.searchWinSize < 1 || geometry.searchWinSize > kLargestWindow ||
+      geometry.templateWinSize > kLargestWindow || geometry.widthSrc < 1 ||
+      !isTheFormula(buffers.weightTable, geometry.channelsSrc)) {
+    return std::nullopt;
+  }
+  FastPlan plan;
+  plan.geometry = geometry;
+  plan.source = buffers.sourceBytes.first(
+      static_cast<std::size_t>(geometry.sourceStride() * geometry.heightIm));
+  plan.dest = buffers.destBytes;
+  plan.table = buffers.weightTable.entries;
+  plan.channels = geometry.channelsSrc;
+  plan.t = geometry.templateWinSize;
+  plan.s = geometry.searchWinSize;
+  plan.sr = geometry.sr;
+  plan.tr = geometry.tr;
+  plan.tdiv = plan.t == 0 ? 0.0 : geometry.tdiv;
+  plan.patchSlip = static_cast<int>(geometry.sourceStride() - geometry.patchRowStep());
+  plan.averageSlip = static_cast<int>(geometry.sourceStride() - geometry.averageRowStep());
+  plan.weight = weightFunctionOf(buffers.weightTable);
+
+  const auto divider = exactDivider(plan.t, buffers.weightTable.cutOff);
+  plan.narrow = divider.has_value();
+  if (plan.narrow) plan.divider = *divider;
+  constexpr int kMostRowsKept = 6;
+  plan.keepsSquares = plan.channels == 3 && plan.t >= 2 && plan.t <= kMostRowsKept;
+
+  planShifts(plan);
+  planTiles(plan);
+  return plan;
+}
+
+}  // namespace velmara

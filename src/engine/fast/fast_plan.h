@@ -1,0 +1,96 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "engine/filter_kernel.h"
+
+namespace velmara {
+
+/// One shift of the search window, (dx, dy) from a pixel to its candidate. The distance of two
+/// patches is the same seen from either, so one shift serves two candidates: pixel p at p + shift,
+/// and pixel p + shift at p, which is its candidate -shift.
+struct SearchShift {
+  int dx = 0, dy = 0;
+  bool reversed = false;     ///< Whether -shift is a candidate as well.
+  int rows = 1;              ///< Rows of its weights that are kept: dy + 1 if reversed.
+  std::size_t firstRow = 0;  ///< Its first row in the scratch's rows of weights.
+  int lead() const { return reversed ? dy : 0; }
+  /// The columns, counted from a tile's first pixel, whose distance some pixel of the tile needs.
+  int begin() const { return reversed && dx > 0 ? -dx : 0; }
+  int end(int tileWidth) const { return tileWidth + (reversed && dx < 0 ? -dx : 0); }
+};
+
+/// Where the weight of one candidate comes from.
+struct CandidateSlot {
+  static constexpr int kSelf = -1;  ///< The pixel itself: distance 0, weight 1.
+  int shift = kSelf;
+  bool reversed = false;
+};
+
+/// A weight in single precision: 2^min(0, d * scale + bias) for d < cut, else 0.
+struct WeightFunction {
+  float scale = 0.0F;
+  float bias = 0.0F;
+  float cut = 0.0F;
+};
+
+/// How a 16-bit patch distance becomes an index: ((distance + increment) * multiplier / 2^16) >>
+/// shift, the sum stopping at 65535.
+struct IndexDivider {
+  std::uint16_t increment = 0;
+  std::uint16_t multiplier = 0;
+  int shift = 0;
+  bool identity = false;  ///< A patch of one pixel: the distance is the index.
+};
+
+/// Everything the fast kernel knows of a request before the first pixel.
+struct FastPlan {
+  FilterGeometry geometry;
+  std::span<const std::uint8_t> source;
+  std::span<std::uint8_t> dest;
+  std::span<const double> table;
+
+  int channels = 0, t = 0, s = 0, sr = 0, tr = 0;
+  double tdiv = 0.0;  ///< 0 for a patch without area, so that every distance gives index 0.
+  /// Columns that a row of a one-channel patch, or of its averaged pixels, slips to the left.
+  int patchSlip = 0, averageSlip = 0;
+  /// Distances fit into 16 bits: sums that reach the largest value belong to weight zero.
+  bool narrow = false;
+  /// Rows of squared differences are kept for the next rows rather than computed again.
+  bool keepsSquares = false;
+  IndexDivider divider;
+  WeightFunction weight;
+  /// How far a mean in single precision may be from the one that defines the result.
+  float bound = 0.0F;
+
+  std::vector<SearchShift> shifts;
+  std::vector<CandidateSlot> slots;  ///< D of them, candidate (l, k) at l * s + k.
+  int lead = 0;                      ///< Rows above a tile whose distances it needs.
+  std::size_t weightRows = 0;        ///< Sum of the shifts' rows.
+
+  int tileWidth = 0, tileHeight = 0;
+  /// Layout of a tile's rows: the source from `margin` columns left of the tile's first candidate
+  /// on, and the distances and weights from sr pixels left of the tile's first pixel on.
+  int margin = 0;
+  std::size_t sourceColumns = 0, distanceColumns = 0;
+  int sourceRows = 0;
+};
+
+/// Elements that vector code may read and write beyond the end of a row.
+inline constexpr std::size_t kRowSlack = 128;
+
+/// The plan for a request, or nothing if the fast kernel does not take it: no candidates, windows
+/// beyond 31, an unusual weight table. The weight function and the bound are not set yet. Throws
+/// std::bad_alloc.
+std::optional<FastPlan> makeFastPlan(const FilterGeometry& geometry, FilterBuffers& buffers);
+
+/// The divider that gives the truncated product distance * 1 / (t * t) for every 16-bit distance
+/// whose index is below cutOff, and no index below it for any other. Nothing if there is none, as
+/// for t = 7, which is found out by trying them all.
+std::optional<IndexDivider> exactDivider(int t, std::int64_t cutOff);
+
+}  // namespace velmara
