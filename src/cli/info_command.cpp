@@ -1,0 +1,140 @@
+#include "cli/info_command.h"
+
+#include <QByteArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cmath>
+#include <cstdio>
+#include <exception>
+#include <string>
+
+#include "cli/engine_setup.h"
+#include "cli/summary.h"
+#include "engine/denoise_algo_implementation.h"
+#include "imaging/image_reader.h"
+#include "platform/bundle.h"
+#include "session/photo_file.h"
+#include "session/photo_labels.h"
+#include "session/whole_photo.h"
+
+namespace velmara::cli {
+namespace {
+
+struct PhotoInfo {
+  PhotoFile photo;
+  int orientation = 1;
+  double psnr = 0.0;
+  FilterParameters parameters;
+  bool isFiltered = true;
+};
+
+QString text(const std::string& bytes) {
+  return QString::fromStdString(bytes);
+}
+
+void printLine(const QJsonObject& object) {
+  std::puts(QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
+}
+
+QJsonObject parametersAsJson(const FilterParameters& parameters) {
+  return {{"sigma", parameters.sigmaVal},
+          {"template", parameters.templateWinSize},
+          {"search", parameters.searchWinSize}};
+}
+
+Result<PhotoInfo> measure(const std::string& input) {
+  PhotoInfo info;
+  info.photo = PhotoFile::initWithFileUrl(input);
+  auto image = loadWholePhoto(info.photo);
+  if (!image) return Error{image.error()};
+  if (info.photo.metaInfoDict) {
+    info.orientation = info.photo.metaInfoDict->orientation().value_or(1);
+  }
+  info.psnr = DenoiseAlgoImplementation(measuringEngine()).getPSNRofImage(*image);
+  info.isFiltered = isLargeEnoughToFilter(info.photo);
+  info.parameters = exportParameters(info.psnr, DenoiseMode::automatic());
+  return info;
+}
+
+void printJson(const PhotoInfo& info) {
+  const PhotoFile& photo = info.photo;
+  QJsonObject object{{"path", text(photo.filePath)},
+                     {"name", text(photo.fileName)},
+                     {"folder", text(photo.fileContainerFolderName)},
+                     {"bytes", text(photo.fileSize).toLongLong()},
+                     {"width", static_cast<qint64>(photo.width)},
+                     {"height", static_cast<qint64>(photo.height)},
+                     {"orientation", info.orientation},
+                     {"filtered", info.isFiltered},
+                     {"auto", parametersAsJson(info.parameters)}};
+  object["psnr"] = std::isinf(info.psnr) ? QJsonValue("inf") : QJsonValue(info.psnr);
+  if (photo.fileCreationDate) object["created"] = text(*photo.fileCreationDate);
+  printLine(object);
+}
+
+void printText(const PhotoInfo& info) {
+  const PhotoFile& photo = info.photo;
+  const FilterParameters& p = info.parameters;
+  std::printf("%s: %s, %s, orientation %d, created %s, noise %s, ", photo.filePath.c_str(),
+              dimensionsLabel(photo.width, photo.height).c_str(), sizeLabel(photo.fileSize).c_str(),
+              info.orientation, photo.fileCreationDate.value_or("at an unknown time").c_str(),
+              noiseText(info.psnr).c_str());
+  if (info.isFiltered) {
+    std::printf("auto: sigma %d, template %d, search %d\n", p.sigmaVal, p.templateWinSize,
+                p.searchWinSize);
+  } else {
+    std::puts("too small to filter");
+  }
+}
+
+}  // namespace
+
+int runInfo(const InfoOptions& options) {
+  int exitCode = 0;
+  for (const std::string& input : options.inputs) {
+    std::string fault;
+    try {
+      const auto info = measure(input);
+      if (info) {
+        options.json ? printJson(*info) : printText(*info);
+        std::fflush(stdout);
+      } else {
+        fault = info.error();
+      }
+    } catch (const std::exception& exception) {
+      fault = exception.what();
+    }
+    if (!fault.empty()) {
+      std::fprintf(stderr, "velmara: %s: %s\n", input.c_str(), fault.c_str());
+      exitCode = 1;
+    }
+  }
+  return exitCode;
+}
+
+int runCalibrate(const CalibrateOptions& options) {
+  const std::string path = mainBundle().pathForResource("noisy.png");
+  const auto picture = readImage(path);
+  if (!picture) {
+    std::fprintf(stderr, "velmara: %s: %s\n", path.c_str(), picture.error().c_str());
+    return 1;
+  }
+  const FilterParameters& p = kFirstCalibration;
+  const auto rate = DenoiseAlgoImplementation(measuringEngine())
+                        .calculateProcessingSpeedForTestImage(*picture, p.templateWinSize,
+                                                              p.searchWinSize, p.sigmaVal);
+  if (options.json) {
+    QJsonObject object = parametersAsJson(p);
+    object["pixelsPerSecond"] = static_cast<qint64>(rate);
+    object["width"] = picture->bitmap().width();
+    object["height"] = picture->bitmap().height();
+    printLine(object);
+  } else {
+    std::printf("%lld pixels per second on one thread (template %d, search %d, sigma %d)\n",
+                static_cast<long long>(rate), p.templateWinSize, p.searchWinSize, p.sigmaVal);
+  }
+  return 0;
+}
+
+}  // namespace velmara::cli

@@ -1,0 +1,161 @@
+#include "cli/options.h"
+
+#include <CLI/CLI.hpp>
+
+#include <map>
+#include <memory>
+#include <set>
+#include <sstream>
+
+#include "cli/output_paths.h"
+#include "platform/bundle.h"
+
+namespace velmara::cli {
+namespace {
+
+constexpr int kWrongUsage = 2;
+
+const char* const kDescription =
+    "Velmara removes noise from photographs.\n"
+    "Without a command it opens its window.";
+
+struct Parser {
+  CLI::App app{kDescription, "velmara"};
+  DenoiseOptions denoise;
+  InfoOptions info;
+  CalibrateOptions calibrate;
+  CLI::App* denoiseCommand = nullptr;
+  CLI::App* infoCommand = nullptr;
+  CLI::App* calibrateCommand = nullptr;
+  bool isAuto = false;
+  int level = 0;
+  FilterParameters parameters;
+  std::string format;
+  std::string engine = "fast";
+  std::string output;
+  std::string folder;
+  std::string comparison;
+
+  Parser() {
+    app.set_version_flag("--version", "velmara " + mainBundle().CFBundleVersion);
+    app.require_subcommand(1);
+    app.failure_message(CLI::FailureMessage::simple);
+    addDenoise();
+    addInfo();
+    addCalibrate();
+  }
+
+  void addDenoise() {
+    auto* command = denoiseCommand = app.add_subcommand(
+        "denoise", "Remove the noise of photos and write the results beside them");
+    command->add_option("INPUT", denoise.inputs, "The photos")->required();
+    auto* automatic = command->add_flag(
+        "--auto", isAuto, "Choose the strength by the photo's noise (this is the default)");
+    auto* levelOption = command->add_option("--level", level, "Choose a strength of 1 to 10")
+                            ->check(CLI::Range(1, 10))
+                            ->excludes(automatic);
+    auto* templateOption =
+        command->add_option("--template", parameters.templateWinSize, "Side of the compared patch")
+            ->excludes(automatic, levelOption);
+    auto* searchOption =
+        command->add_option("--search", parameters.searchWinSize, "Side of the search window")
+            ->excludes(automatic, levelOption);
+    auto* sigmaOption =
+        command->add_option("--sigma", parameters.sigmaVal, "Strength of the filter")
+            ->excludes(automatic, levelOption)
+            ->needs(templateOption, searchOption);
+    templateOption->needs(searchOption, sigmaOption);
+    searchOption->needs(templateOption, sigmaOption);
+    auto* outputOption =
+        command->add_option("-o,--output", output, "The file to write; - is standard output");
+    command->add_option("--output-dir", folder, "The folder to write into")->excludes(outputOption);
+    command->add_option("--format", format, "jpeg, tiff, bmp, gif or png")
+        ->check(CLI::IsMember({"jpeg", "tiff", "bmp", "gif", "png"}));
+    command->add_option("--compare", comparison,
+                        "Write a PNG with the photo left and the result right of a line");
+    command->add_flag("--force", denoise.force, "Replace output files that are there already");
+    command->add_flag("--quiet", denoise.quiet, "Print nothing but errors");
+    command->add_flag("--details", denoise.details, "Print five lines a photo instead of one");
+    command->add_option("--engine", engine, "fast or reference; both give the same pixels")
+        ->check(CLI::IsMember({"fast", "reference"}));
+    command->footer(
+        "Without -o or --output-dir the result is NAME-denoised.EXT beside the photo, in the\n"
+        "photo's own format where it is one of the five, else PNG. An existing file is replaced\n"
+        "only with --force, an input never.\n"
+        "--template, --search and --sigma go together: the decoded file goes to the filter as it\n"
+        "is, and the result is written as it comes, not turned and without the photo's metadata.\n"
+        "Exit code: 0 all well, 1 some photos failed, 2 wrong usage.");
+  }
+
+  void addInfo() {
+    infoCommand =
+        app.add_subcommand("info", "Print size, noise level and automatic parameters of photos");
+    infoCommand->add_option("INPUT", info.inputs, "The photos")->required();
+    infoCommand->add_flag("--json", info.json, "Print one JSON object a line and photo");
+    infoCommand->footer(
+        "JSON: \"path\", \"name\", \"folder\", \"bytes\", \"created\", \"width\", \"height\" (as "
+        "stored),\n"
+        "\"orientation\" (1 to 8), \"psnr\" (dB, or \"inf\"), \"auto\" with \"sigma\", "
+        "\"template\" and\n"
+        "\"search\" as exporting would use, and \"filtered\" (false for photos too small to "
+        "filter).");
+  }
+
+  void addCalibrate() {
+    calibrateCommand =
+        app.add_subcommand("calibrate", "Measure how many pixels a second this machine filters");
+    calibrateCommand->add_flag("--json", calibrate.json, "Print one JSON object");
+    calibrateCommand->footer(
+        "JSON: \"pixelsPerSecond\" (one thread), \"width\" and \"height\" of the test picture,\n"
+        "\"template\", \"search\" and \"sigma\".");
+  }
+
+  Command wrongUsage(const std::string& reason) const {
+    return PrintAndExit{"velmara denoise: " + reason + "\n", kWrongUsage};
+  }
+
+  Command finishDenoise() {
+    DenoiseOptions& options = denoise;
+    const auto given = [&](const char* name) { return denoiseCommand->count(name) > 0; };
+    if (given("--level")) options.mode = DenoiseMode::manual(level);
+    if (given("--sigma")) options.explicitParameters = parameters;
+    if (given("--output")) options.output = output;
+    if (given("--output-dir")) options.outputFolder = folder;
+    if (given("--compare")) options.comparison = comparison;
+    if (given("--format")) options.format = formatNamed(format);
+    options.referenceEngine = engine == "reference";
+
+    if (options.inputs.size() > 1 && (options.output || options.comparison)) {
+      return wrongUsage("-o and --compare take one photo; use --output-dir for several");
+    }
+    const bool needsExtension = options.output && *options.output != "-" && !options.format;
+    if (needsExtension && !formatForPath(*options.output)) {
+      return wrongUsage("no format goes by the name of " + *options.output + "; say --format");
+    }
+    if (options.quiet && options.details)
+      return wrongUsage("--quiet and --details exclude each other");
+    return options;
+  }
+
+  Command finish() {
+    if (denoiseCommand->parsed()) return finishDenoise();
+    if (infoCommand->parsed()) return info;
+    return calibrate;
+  }
+};
+
+}  // namespace
+
+Command parseCommandLine(int argc, const char* const* argv) {
+  Parser parser;
+  try {
+    parser.app.parse(argc, argv);
+    return parser.finish();
+  } catch (const CLI::ParseError& reason) {
+    std::ostringstream text;
+    const int code = parser.app.exit(reason, text, text);
+    return PrintAndExit{text.str(), code == 0 ? 0 : kWrongUsage};
+  }
+}
+
+}  // namespace velmara::cli

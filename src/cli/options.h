@@ -1,0 +1,52 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "imaging/image_writer.h"
+#include "session/denoise_parameters.h"
+
+namespace velmara::cli {
+
+/// `velmara denoise`.
+struct DenoiseOptions {
+  std::vector<std::string> inputs;
+  DenoiseMode mode = DenoiseMode::automatic();
+  /// Given by --template, --search and --sigma together; then the file goes to the filter as it is.
+  std::optional<FilterParameters> explicitParameters;
+  /// "-" is standard output.
+  std::optional<std::string> output;
+  std::optional<std::string> outputFolder;
+  std::optional<FileFormat> format;
+  std::optional<std::string> comparison;
+  bool force = false;
+  bool quiet = false;
+  bool details = false;
+  bool referenceEngine = false;
+};
+
+/// `velmara info`.
+struct InfoOptions {
+  std::vector<std::string> inputs;
+  bool json = false;
+};
+
+/// `velmara calibrate`.
+struct CalibrateOptions {
+  bool json = false;
+};
+
+/// Nothing to do but to print and end: help, version or wrong usage.
+struct PrintAndExit {
+  std::string text;
+  int exitCode = 0;
+};
+
+using Command = std::variant<DenoiseOptions, InfoOptions, CalibrateOptions, PrintAndExit>;
+
+/// What the words after the program's name ask for. Wrong usage gives exit code 2 and the reason.
+Command parseCommandLine(int argc, const char* const* argv);
+
+}  // namespace velmara::cli

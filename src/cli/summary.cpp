@@ -1,0 +1,49 @@
+#include "cli/summary.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace velmara::cli {
+namespace {
+
+std::string sizeText(const Summary& summary) {
+  return std::to_string(summary.width) + " x " + std::to_string(summary.height) + " px";
+}
+
+std::string parameterText(const Summary& summary) {
+  if (!summary.parameters) return "too small to filter, kept as it is";
+  const FilterParameters& p = *summary.parameters;
+  return "sigma " + std::to_string(p.sigmaVal) + ", template " + std::to_string(p.templateWinSize) +
+         ", search " + std::to_string(p.searchWinSize);
+}
+
+}  // namespace
+
+std::string fixedText(double value, int decimals) {
+  std::array<char, 400> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                 std::chars_format::fixed, decimals);
+  return {text.data(), end.ptr};
+}
+
+std::string noiseText(double psnr) {
+  return std::isinf(psnr) ? "no noise found" : fixedText(psnr, 2) + " dB";
+}
+
+std::string describe(const Summary& summary, bool details) {
+  const std::string time = fixedText(summary.seconds, 2) + " s";
+  if (!details) {
+    std::string line = summary.input + " -> " + summary.output + ": " + sizeText(summary);
+    if (summary.psnr) line += ", " + noiseText(*summary.psnr);
+    return line + ", " + parameterText(summary) + ", " + time + "\n";
+  }
+  const std::string noise = summary.psnr ? noiseText(*summary.psnr) : "not measured";
+  return "Photo:      " + summary.input + "\n" +  //
+         "Noise:      " + noise + "\n" +          //
+         "Filter:     " + parameterText(summary) + ", " + time + "\n" +
+         "Result:     " + summary.output + ", " + sizeText(summary) + "\n" +
+         "Comparison: " + summary.comparison.value_or("none (--compare FILE.png)") + "\n";
+}
+
+}  // namespace velmara::cli

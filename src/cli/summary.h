@@ -1,0 +1,34 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "session/denoise_parameters.h"
+
+namespace velmara::cli {
+
+/// What became of one photo.
+struct Summary {
+  std::string input;
+  std::string output;
+  std::optional<std::string> comparison;
+  /// Of the picture written.
+  int width = 0;
+  int height = 0;
+  /// The measured noise level in dB; not measured where the parameters were given.
+  std::optional<double> psnr;
+  /// Nothing for a photo too small to be filtered.
+  std::optional<FilterParameters> parameters;
+  double seconds = 0.0;
+};
+
+/// One line, or five with the details, each ending in a line end.
+std::string describe(const Summary& summary, bool details);
+
+/// "27.94 dB", or "no noise found" for an infinite level.
+std::string noiseText(double psnr);
+
+/// A number with a fixed count of decimals and a point, whatever the locale.
+std::string fixedText(double value, int decimals);
+
+}  // namespace velmara::cli

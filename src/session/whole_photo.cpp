@@ -1,0 +1,83 @@
+#include "session/whole_photo.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "imaging/image_reader.h"
+#include "imaging/rotate_with_exif.h"
+#include "imaging/utils.h"
+#include "platform/log.h"
+
+namespace velmara {
+namespace {
+
+Size pixelSize(const Bitmap& bitmap) {
+  return {static_cast<double>(bitmap.width()), static_cast<double>(bitmap.height())};
+}
+
+// An empty canvas of the largest width and height, with every representation in it.
+Image onLargestCanvas(const Image& image) {
+  Size largest;
+  for (const Bitmap& representation : image.representations()) {
+    largest.width = std::max(largest.width, pixelSize(representation).width);
+    largest.height = std::max(largest.height, pixelSize(representation).height);
+  }
+  return image.withSize(largest);
+}
+
+// What a photo without the tag is: upright, and the number that is logged for it is 0.
+int orientationOf(const PhotoFile& photo) {
+  return photo.metaInfoDict ? photo.metaInfoDict->orientation().value_or(0) : 0;
+}
+
+}  // namespace
+
+Result<Image> loadWholePhoto(const PhotoFile& photo) {
+  auto loaded = readImage(photo.filePath);
+  if (!loaded) return loaded;
+  Image image = std::move(loaded).value();
+  const Size size = image.size();
+  if (size.width != static_cast<double>(photo.width) ||
+      size.height != static_cast<double>(photo.height)) {
+    image = onLargestCanvas(image);
+  }
+  image = Utils::sharedUtils().scaleImage(image, image.size());
+  if (!image.isValid()) return Error{"not enough memory for the picture"};
+  return image;
+}
+
+bool isLargeEnoughToFilter(const PhotoFile& photo) {
+  return photo.width * photo.height > kLargestUnfilteredPhoto;
+}
+
+FilterParameters exportParameters(double psnr, const DenoiseMode& mode) {
+  const double effective = effectivePsnr(static_cast<float>(psnr), true, 1.0F);
+  return filterParameters(mapNoiseToParameters(effective, mode, true, {}).parameters, mode);
+}
+
+Result<Image> uprightAtFullSize(const PhotoFile& photo, const Image& filtered) {
+  const auto sizes = readRepresentationSizes(photo.filePath);
+  if (!sizes) return Error{sizes.error()};
+  Size largest;
+  for (const RepresentationSize& size : sizes.value()) {
+    largest.width = std::max(largest.width, static_cast<double>(size.width));
+    largest.height = std::max(largest.height, static_cast<double>(size.height));
+  }
+  Image image = filtered;
+  if (image.size() != largest) image = Utils::sharedUtils().scaleImage(image, largest);
+  Bitmap bitmap = Utils::sharedUtils().getCgiImageRef(image);
+  if (photo.metaInfoDict) {
+    logFormat("Image orentation : %d", orientationOf(photo));
+    bitmap = RotateWithEXIF(bitmap, orientationOf(photo));
+  }
+  if (!bitmap.isValid()) return Error{"not enough memory for the picture"};
+  return Image(std::move(bitmap), filtered.profile());
+}
+
+Result<std::vector<std::uint8_t>> encodeExport(const PhotoFile& photo, const Image& upright,
+                                               FileFormat format) {
+  if (!photo.metaInfoDict) return encodeImage(upright.bitmap(), upright.profile(), format);
+  return encodeImageWithMetadata(upright.bitmap(), upright.profile(), format, *photo.metaInfoDict);
+}
+
+}  // namespace velmara

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "base/image.h"
+#include "base/result.h"
+#include "engine/denoise_algo_implementation.h"
+#include "imaging/image_writer.h"
+#include "session/denoise_parameters.h"
+#include "session/photo_file.h"
+
+namespace velmara {
+
+/// The steps of exporting a whole photo, each a plain function: load, measure, filter, turn
+/// upright, write. None may run on the main thread, which filtering waits for.
+
+/// The photo at its full pixel size (the largest of its representations) on a plain 4-sample
+/// canvas, pixels as stored.
+Result<Image> loadWholePhoto(const PhotoFile& photo);
+
+/// A whole photo after the filter.
+struct FilteredPhoto {
+  Image image;
+  FilterParameters parameters;
+  /// Photos too small for the filter are passed through as they are.
+  bool isFiltered = true;
+};
+
+/// Whether the record's photo has enough pixels to be filtered at all.
+bool isLargeEnoughToFilter(const PhotoFile& photo);
+
+/// The parameters an export uses for a photo of a measured noise level.
+FilterParameters exportParameters(double psnr, const DenoiseMode& mode);
+
+/// The photo at the size of its largest representation, turned upright as its orientation says:
+/// what goes into the file.
+Result<Image> uprightAtFullSize(const PhotoFile& photo, const Image& filtered);
+
+/// The file's bytes: the upright picture in a format, with the photo's own metadata and colour
+/// profile as far as the format holds them, orientation 1.
+Result<std::vector<std::uint8_t>> encodeExport(const PhotoFile& photo, const Image& upright,
+                                               FileFormat format);
+
+}  // namespace velmara

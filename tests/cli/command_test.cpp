@@ -1,0 +1,239 @@
+// The program as a user calls it: real files, real processes.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <signal.h>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+#include "imaging/image_reader.h"
+#include "imaging/initialise.h"
+#include "imaging/metadata.h"
+#include "support/run_program.h"
+#include "support/scratch_folder.h"
+
+namespace velmara {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::UnorderedElementsAre;
+using testing_support::contentsOf;
+using testing_support::ProgramResult;
+using testing_support::runProgram;
+using testing_support::ScratchFolder;
+using testing_support::writeFile;
+
+const std::string kTestPicture = VELMARA_DATA "/noisy.png";
+
+ProgramResult velmara(std::vector<std::string> words, const ScratchFolder& folder) {
+  words.insert(words.begin(), VELMARA_PROGRAM);
+  return runProgram(words, folder.path().string());
+}
+
+/// A small noisy photo, stored on its side.
+std::string photoIn(const ScratchFolder& folder, const std::string& name, int orientation = 1) {
+  const std::string path = folder.file(name);
+  const auto made =
+      runProgram({"convert", kTestPicture, "-crop", "160x120+40+40", "+repage", path});
+  EXPECT_EQ(made.exitCode, 0) << made.errors;
+  runProgram({"exiv2", "-Mset Exif.Image.Orientation Short " + std::to_string(orientation), path});
+  return path;
+}
+
+class CommandTest : public testing::Test {
+ protected:
+  void SetUp() override { initialiseImaging(); }
+  ScratchFolder folder;
+};
+
+TEST_F(CommandTest, DenoisesBesideThePhotoUpright) {
+  photoIn(folder, "in.jpg", 6);
+  const ProgramResult result = velmara({"denoise", "in.jpg"}, folder);
+  ASSERT_EQ(result.exitCode, 0) << result.errors;
+  EXPECT_THAT(result.output, testing::StartsWith("in.jpg -> in-denoised.jpg: 120 x 160 px, "));
+  EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 1);
+  EXPECT_EQ(result.errors, "");
+  const auto image = readImage(folder.file("in-denoised.jpg"));
+  ASSERT_TRUE(image) << image.error();
+  EXPECT_EQ(image->bitmap().width(), 120);
+  EXPECT_EQ(readMetadata(folder.file("in-denoised.jpg"))->orientation().value_or(1), 1);
+}
+
+TEST_F(CommandTest, BothEnginesWriteTheSameFile) {
+  photoIn(folder, "in.png");
+  for (const std::string level : {"1", "10"}) {
+    for (const std::string engine : {"fast", "reference"}) {
+      const auto result = velmara({"denoise", "--level", level, "--engine", engine, "-o",
+                                   engine + level + ".bmp", "in.png"},
+                                  folder);
+      ASSERT_EQ(result.exitCode, 0) << result.errors;
+    }
+    EXPECT_EQ(contentsOf(folder.file("fast" + level + ".bmp")),
+              contentsOf(folder.file("reference" + level + ".bmp")));
+  }
+  EXPECT_NE(contentsOf(folder.file("fast1.bmp")), contentsOf(folder.file("fast10.bmp")));
+}
+
+TEST_F(CommandTest, WritesEveryFormatAndAComparison) {
+  photoIn(folder, "in.png", 1);
+  for (const std::string format : {"jpeg", "tiff", "bmp", "gif", "png"}) {
+    const std::string output = "out." + format;
+    const auto result = velmara({"denoise", "-o", output, "--format", format, "--compare", "c.png",
+                                 "--force", "--details", "in.png"},
+                                folder);
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 5) << result.output;
+    EXPECT_THAT(runProgram({"identify", "-format", "%m %wx%h", folder.file(output)}).output,
+                testing::StrCaseEq(format + " 160x120"));
+  }
+  EXPECT_EQ(readImage(folder.file("c.png"))->bitmap().width(), 160);
+}
+
+TEST_F(CommandTest, StandardOutputCarriesThePictureAlone) {
+  photoIn(folder, "in.png");
+  const auto piped = velmara({"denoise", "-o", "-", "in.png"}, folder);
+  ASSERT_EQ(piped.exitCode, 0) << piped.errors;
+  const auto filed = velmara({"denoise", "-o", "file.png", "--quiet", "in.png"}, folder);
+  ASSERT_EQ(filed.exitCode, 0);
+  EXPECT_EQ(filed.output + filed.errors, "");
+  EXPECT_EQ(piped.output, contentsOf(folder.file("file.png")));
+}
+
+TEST_F(CommandTest, ExplicitNumbersFilterTheFileAsItIs) {
+  photoIn(folder, "in.jpg", 6);
+  const auto result = velmara(
+      {"denoise", "--template", "3", "--search", "7", "--sigma", "9", "-o", "out.png", "in.jpg"},
+      folder);
+  ASSERT_EQ(result.exitCode, 0) << result.errors;
+  EXPECT_EQ(readImage(folder.file("out.png"))->bitmap().width(), 160);
+  const auto refused = velmara(
+      {"denoise", "--template", "8", "--search", "7", "--sigma", "9", "-o", "none.png", "in.jpg"},
+      folder);
+  EXPECT_EQ(refused.exitCode, 1);
+  EXPECT_THAT(refused.errors, HasSubstr("must not be larger"));
+  EXPECT_THAT(folder.names(), UnorderedElementsAre("in.jpg", "out.png"));
+}
+
+TEST_F(CommandTest, OneBadFileDoesNotStopTheOthers) {
+  photoIn(folder, "good.png");
+  photoIn(folder, "good too.png");
+  writeFile(folder.file("bad.jpg"), contentsOf(folder.file("good.png")).substr(0, 900));
+  writeFile(folder.file("empty.png"), "");
+  const auto result = velmara(
+      {"denoise", "bad.jpg", "good.png", "missing.png", "empty.png", ".", "good too.png"}, folder);
+  EXPECT_EQ(result.exitCode, 1);
+  for (const char* name :
+       {"velmara: bad.jpg: ", "velmara: missing.png: ", "velmara: empty.png: ", "velmara: .: "}) {
+    EXPECT_THAT(result.errors, HasSubstr(name));
+  }
+  EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 4) << result.errors;
+  EXPECT_THAT(folder.names(),
+              UnorderedElementsAre("good.png", "good too.png", "bad.jpg", "empty.png",
+                                   "good-denoised.png", "good too-denoised.png"));
+}
+
+TEST_F(CommandTest, NeverReplacesWhatItMustNot) {
+  photoIn(folder, "in.png");
+  const std::string before = contentsOf(folder.file("in.png"));
+  std::filesystem::create_symlink("in.png", folder.path() / "alias.png");
+  writeFile(folder.file("there.png"), "precious");
+  struct Case {
+    std::vector<std::string> words;
+    const char* reason;
+  };
+  const Case cases[] = {
+      {{"denoise", "--force", "-o", "in.png", "in.png"}, "an input is never replaced"},
+      {{"denoise", "--force", "-o", "alias.png", "in.png"}, "an input is never replaced"},
+      {{"denoise", "--force", "--compare", "./in.png", "-o", "x.png", "in.png"},
+       "an input is never replaced"},
+      {{"denoise", "-o", "there.png", "in.png"}, "is there already"},
+      {{"denoise", "--compare", "there.png", "-o", "x.png", "in.png"}, "is there already"},
+      {{"denoise", "-o", "missing/x.png", "in.png"}, "cannot write"},
+  };
+  for (const Case& c : cases) {
+    const auto result = velmara(c.words, folder);
+    EXPECT_EQ(result.exitCode, 1) << testing::PrintToString(c.words);
+    EXPECT_THAT(result.errors, HasSubstr(c.reason));
+  }
+  EXPECT_EQ(contentsOf(folder.file("in.png")), before);
+  EXPECT_EQ(contentsOf(folder.file("there.png")), "precious");
+  EXPECT_THAT(folder.names(), UnorderedElementsAre("in.png", "alias.png", "there.png"));
+}
+
+TEST_F(CommandTest, TwoPhotosOfOneNameDoNotOverwriteEachOther) {
+  std::filesystem::create_directory(folder.path() / "a");
+  std::filesystem::create_directory(folder.path() / "b");
+  std::filesystem::create_directory(folder.path() / "out");
+  photoIn(folder, "a/in.png");
+  photoIn(folder, "b/in.png");
+  const auto result =
+      velmara({"denoise", "--force", "--output-dir", "out", "a/in.png", "b/in.png"}, folder);
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.errors, HasSubstr("velmara: b/in.png: two photos would be written to"));
+}
+
+TEST_F(CommandTest, OddNamesAreJustNames) {
+  for (const std::string name : {"with space.png", "quote\"'s.png", "line\nend.png",
+                                 "b\xff\xfe.png", "-dash.png", "bracket[1].png", "p%ercent.png"}) {
+    const std::string path = photoIn(folder, "plain.png");
+    std::filesystem::rename(path, folder.path() / name);
+    const auto result = velmara({"denoise", "--quiet", folder.file(name)}, folder);
+    EXPECT_EQ(result.exitCode, 0) << name << result.errors;
+    const std::string stem = name.substr(0, name.size() - 4);
+    EXPECT_TRUE(std::filesystem::exists(folder.path() / (stem + "-denoised.png"))) << name;
+    const auto info = velmara({"info", "--json", folder.file(name)}, folder);
+    EXPECT_EQ(std::count(info.output.begin(), info.output.end(), '\n'), 1) << info.output;
+  }
+}
+
+TEST_F(CommandTest, InfoPrintsOneDocumentedObjectALine) {
+  photoIn(folder, "in.jpg", 8);
+  runProgram({"convert", "-size", "120x100", "xc:orange", folder.file("flat.png")});
+  runProgram({"convert", "-size", "20x20", "xc:orange", folder.file("tiny.png")});
+  const auto result = velmara({"info", "--json", "in.jpg", "flat.png", "tiny.png"}, folder);
+  ASSERT_EQ(result.exitCode, 0) << result.errors;
+  const auto script = runProgram(
+      {"python3", "-c",
+       "import json,sys\n"
+       "a,b,c=[json.loads(l) for l in sys.argv[1].splitlines()]\n"
+       "assert (a['path'],a['width'],a['height'],a['orientation'])==('in.jpg',160,120,8), a\n"
+       "assert 15<a['psnr']<35 and a['filtered'], a\n"
+       "assert set(a['auto'])=={'sigma','template','search'} and a['auto']['template']==3, a\n"
+       "assert b['psnr']=='inf' and b['auto']=={'sigma':10,'template':3,'search':8}, b\n"
+       "assert c['psnr']==0 and not c['filtered'], c\n",
+       result.output});
+  EXPECT_EQ(script.exitCode, 0) << script.errors << result.output;
+}
+
+TEST_F(CommandTest, CalibrateMeasures) {
+  const auto result = velmara({"calibrate", "--json"}, folder);
+  ASSERT_EQ(result.exitCode, 0) << result.errors;
+  EXPECT_THAT(result.output, testing::ContainsRegex("\"pixelsPerSecond\":[1-9][0-9]+[,}]"));
+  EXPECT_THAT(result.output, HasSubstr("\"template\":5"));
+}
+
+TEST_F(CommandTest, AnInterruptLeavesNoPartialFile) {
+  runProgram({"convert", kTestPicture, "-resize", "3000x3000!", folder.file("big.png")});
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::close(STDOUT_FILENO);
+    ::execl(VELMARA_PROGRAM, "velmara", "denoise", "--engine", "reference",
+            folder.file("big.png").c_str(), nullptr);
+    ::_exit(127);
+  }
+  // Any moment will do: whatever it was at, nothing may be left of it.
+  ::usleep(400'000);
+  ::kill(child, SIGINT);
+  int status = 0;
+  ::waitpid(child, &status, 0);
+  ASSERT_TRUE(WIFEXITED(status));
+  EXPECT_EQ(WEXITSTATUS(status), 130);
+  EXPECT_THAT(folder.names(), ElementsAre("big.png"));
+}
+
+}  // namespace
+}  // namespace velmara

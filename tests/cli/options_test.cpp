@@ -1,0 +1,139 @@
+#include "cli/options.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/bitmap.h"
+#include "cli/comparison.h"
+#include "cli/output_paths.h"
+#include "cli/progress_line.h"
+
+namespace velmara::cli {
+namespace {
+
+using Words = std::vector<const char*>;
+
+Command parse(Words words) {
+  words.insert(words.begin(), "velmara");
+  return parseCommandLine(static_cast<int>(words.size()), words.data());
+}
+
+TEST(OptionsTest, RefusesWrongUsageWithCodeTwo) {
+  const Words cases[] = {
+      {},
+      {"dance"},
+      {"denoise"},
+      {"denoise", "--level", "0", "a.jpg"},
+      {"denoise", "--level", "11", "a.jpg"},
+      {"denoise", "--level", "3", "--auto", "a.jpg"},
+      {"denoise", "--template", "3", "a.jpg"},
+      {"denoise", "--template", "3", "--search", "7", "a.jpg"},
+      {"denoise", "--template", "3", "--search", "7", "--sigma", "5", "--level", "2", "a.jpg"},
+      {"denoise", "--sigma", "many", "--template", "3", "--search", "7", "a.jpg"},
+      {"denoise", "--format", "webp", "a.jpg"},
+      {"denoise", "-o", "out.xyz", "a.jpg"},
+      {"denoise", "-o", "out.png", "a.jpg", "b.jpg"},
+      {"denoise", "-o", "out.png", "--output-dir", "d", "a.jpg"},
+      {"denoise", "--compare", "c.png", "a.jpg", "b.jpg"},
+      {"denoise", "--quiet", "--details", "a.jpg"},
+      {"info"},
+      {"calibrate", "a.jpg"},
+  };
+  for (const Words& words : cases) {
+    const Command command = parse(words);
+    const auto* answer = std::get_if<PrintAndExit>(&command);
+    ASSERT_NE(answer, nullptr) << testing::PrintToString(words);
+    EXPECT_EQ(answer->exitCode, 2) << testing::PrintToString(words);
+    EXPECT_FALSE(answer->text.empty());
+  }
+}
+
+TEST(OptionsTest, HelpAndVersionEndWell) {
+  for (const Words& words : {Words{"--help"}, Words{"denoise", "--help"}, Words{"info", "--help"},
+                             Words{"calibrate", "--help"}, Words{"--version"}}) {
+    const Command command = parse(words);
+    const auto* answer = std::get_if<PrintAndExit>(&command);
+    ASSERT_NE(answer, nullptr) << testing::PrintToString(words);
+    EXPECT_EQ(answer->exitCode, 0) << answer->text;
+  }
+}
+
+TEST(OptionsTest, UnderstandsTheCommands) {
+  const Command level =
+      parse({"denoise", "--level", "10", "--output-dir", "out", "a.jpg", "b.png"});
+  const auto& denoise = std::get<DenoiseOptions>(level);
+  EXPECT_FALSE(denoise.mode.isAutoMode);
+  EXPECT_EQ(denoise.mode.denoiseLevelValue, 10);
+  EXPECT_THAT(denoise.inputs, testing::ElementsAre("a.jpg", "b.png"));
+  EXPECT_EQ(denoise.outputFolder, "out");
+  EXPECT_FALSE(denoise.explicitParameters.has_value());
+
+  const Command numbers = parse({"denoise", "--sigma", "-4", "--template", "3", "--search", "7",
+                                 "-o", "-", "--format", "tiff", "a.jpg"});
+  const auto& raw = std::get<DenoiseOptions>(numbers);
+  EXPECT_EQ(raw.explicitParameters, (FilterParameters{-4, 3, 7}));
+  EXPECT_EQ(raw.format, FileFormat::tiff);
+  EXPECT_TRUE(std::get<InfoOptions>(parse({"info", "--json", "x"})).json);
+  EXPECT_TRUE(std::holds_alternative<CalibrateOptions>(parse({"calibrate"})));
+}
+
+TEST(OutputPathsTest, NamesTheResultAfterThePhoto) {
+  struct Case {
+    std::string input;
+    std::optional<FileFormat> inputFormat;
+    std::optional<FileFormat> wanted;
+    std::optional<std::string> folder;
+    std::string path;
+    FileFormat format;
+  };
+  const Case cases[] = {
+      {"d/a.JPG", FileFormat::jpeg, {}, {}, "d/a-denoised.JPG", FileFormat::jpeg},
+      {"a.jpeg", FileFormat::jpeg, {}, "out", "out/a-denoised.jpeg", FileFormat::jpeg},
+      {"a.tif", FileFormat::tiff, {}, {}, "a-denoised.tif", FileFormat::tiff},
+      {"/x/a.webp", {}, {}, {}, "/x/a-denoised.png", FileFormat::png},
+      {"a.jpg", FileFormat::png, {}, {}, "a-denoised.png", FileFormat::png},
+      {"a.b.jpg", FileFormat::jpeg, FileFormat::gif, {}, "a.b-denoised.gif", FileFormat::gif},
+      {"noextension", FileFormat::jpeg, {}, {}, "noextension-denoised.jpg", FileFormat::jpeg},
+      {"a.jpg", FileFormat::jpeg, FileFormat::tiff, {}, "a-denoised.tiff", FileFormat::tiff},
+      {".hidden", FileFormat::bmp, {}, {}, ".hidden-denoised.bmp", FileFormat::bmp},
+  };
+  for (const Case& c : cases) {
+    DenoiseOptions options;
+    options.format = c.wanted;
+    options.outputFolder = c.folder;
+    const OutputTarget target = outputTarget(c.input, c.inputFormat, options);
+    EXPECT_EQ(target.path, c.path);
+    EXPECT_EQ(target.format, c.format) << c.input;
+  }
+}
+
+TEST(ProgressTextTest, CountsDownAndNeverOverflows) {
+  EXPECT_EQ(progressText(0.0, 3.0, 4), "[----]   0 %");
+  EXPECT_EQ(progressText(0.5, 3.0, 4), "[##--]  50 %, 3 s left");
+  EXPECT_EQ(progressText(1.0, 9.0, 4), "[####] 100 %, 0 s left");
+  EXPECT_EQ(progressText(7.0, 9.0, 4), "[####] 100 %, 0 s left");
+}
+
+TEST(ComparisonTest, ShowsBothSidesOfALine) {
+  const auto flat = [](int width, int height, int samples, std::uint8_t value) {
+    const std::vector<std::uint8_t> bytes(static_cast<std::size_t>(width * height * samples),
+                                          value);
+    return Bitmap::copyOf(bytes, width, height, samples);
+  };
+  const Bitmap picture = sideBySide(flat(100, 3, 4, 255), flat(100, 3, 1, 60));
+  ASSERT_EQ(picture.samplesPerPixel(), 3);
+  EXPECT_EQ(picture.pixel(47, 2)[0], 255);
+  EXPECT_EQ(picture.pixel(48, 2)[0], 0);
+  EXPECT_EQ(picture.pixel(50, 1)[1], 170);
+  EXPECT_EQ(picture.pixel(51, 0)[2], 0);
+  EXPECT_EQ(picture.pixel(52, 0)[2], 60);
+  EXPECT_TRUE(sideBySide(flat(1, 1, 3, 9), flat(1, 1, 3, 9)).isValid());
+  EXPECT_FALSE(sideBySide(flat(2, 1, 3, 9), flat(1, 2, 3, 9)).isValid());
+}
+
+}  // namespace
+}  // namespace velmara::cli

@@ -1,0 +1,37 @@
+# The Debian 12 packages this project needs, sourced by the scripts beside it.
+
+# To build and run the program.
+PACKAGES_RUN="
+  ca-certificates
+  cmake
+  fonts-dejavu-core
+  g++
+  libcli11-dev
+  libexiv2-dev
+  libhwy-dev
+  libvips-dev
+  ninja-build
+  pkg-config
+  qt6-base-dev
+"
+
+# To build and run the tests too: the test framework, and independent tools that make and judge
+# the tests' files.
+PACKAGES_TEST="
+  exiv2
+  imagemagick
+  libbenchmark-dev
+  libgmock-dev
+  libgtest-dev
+  libimage-exiftool-perl
+  libtiff-tools
+  libvips-tools
+  python3
+"
+
+# What guards main besides the tests.
+PACKAGES_CI="
+  clang-format
+  clang-tidy
+  git
+"
