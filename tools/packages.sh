@@ -9,6 +9,7 @@ PACKAGES_RUN="
   libcli11-dev
   libexiv2-dev
   libhwy-dev
+  librsvg2-bin
   libvips-dev
   ninja-build
   pkg-config
