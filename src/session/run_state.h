@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "base/task_queue.h"
+#include "platform/timer.h"
+#include "session/controls.h"
+
+namespace velmara {
+
+/// What the run state shows on the main screen. Main thread.
+class RunScreen {
+ public:
+  virtual ~RunScreen() = default;
+
+  virtual void applyControls(const ControlStates& states) = 0;
+  /// Shows the bar with its value at 0.
+  virtual void showProgressBar(double maximum) = 0;
+  /// May lie a little beyond the maximum.
+  virtual void setProgressBarValue(double value) = 0;
+  virtual void hideProgressBar() = 0;
+  /// A run has ended: lay its result over the preview, if there is a valid one.
+  virtual void setUpPreviewForDenoisedImage() = 0;
+  /// Zoom or pan have settled.
+  virtual void performDenoiseOperation() = 0;
+};
+
+enum class RunPhase { kIdle, kWaitingToSettle, kRunning, kFinishingTheBar };
+
+/// The running flag, what it takes away from the user, the progress bar, and the delay before the
+/// visible region is denoised. Main thread only.
+class RunState {
+ public:
+  /// Screen, timers and log must outlive this object.
+  RunState(RunScreen& screen, TimerScheduler& timers, LogSink log);
+  RunState(const RunState&) = delete;
+  RunState& operator=(const RunState&) = delete;
+  ~RunState();
+
+  /// The screen is built, or built anew with another photo: no run, nothing waiting, the controls
+  /// as they are without a photo.
+  void reset();
+
+  bool isRunningAlgorithm() const { return isRunningAlgorithm_; }
+  RunPhase phase() const;
+  const ControlStates& controls() const { return controls_; }
+  double estimatedProgressCompletionTime() const { return estimatedProgressCompletionTime_; }
+  double progressTimeCounter() const { return progressTimeCounter_; }
+
+  /// Set before every preview request, cleared when the controls change their mode.
+  bool isBeforeCallingAlgo = false;
+
+  /// Changes the controls by one of the functions of controls.h and has them applied.
+  void changeControls(ControlStates (*change)(ControlStates));
+
+  /// A run starts. What an earlier run still had to put back is given up: the new run will.
+  void denoisingProcessStarted();
+  /// Only the controls of a run, without one.
+  void disableActionsInRunningMode();
+  /// The run is over: the bar is walked to its end and hidden 0.3 s later, the controls come back
+  /// and the result is laid over the preview.
+  void enableActionsInDeafultMode();
+  /// The same 0.1 s from now.
+  void enableActionsInDeafultModeAfterDelay();
+
+  /// Shows the bar for a run of an estimated number of seconds and moves it in 50 steps.
+  void startProgress(double estimate);
+  /// One tick of the bar; the one after the end of the run hides it.
+  void updateProgress();
+  /// Walks the bar to its end at once.
+  void showProgressBarCompleted();
+
+  /// (Re)starts the 1.5 s until performDenoiseOperation and silences what must wait.
+  void startTimerEvent();
+  /// Cancels it and returns to the default mode.
+  void stopTimerEvent();
+  /// Forgets it, nothing else.
+  void invalidateTimer();
+
+ private:
+  RunScreen& screen_;
+  TimerScheduler& timers_;
+  LogSink log_;
+  ControlStates controls_ = controlsWithoutPhoto();
+  bool isRunningAlgorithm_ = false;
+  double estimatedProgressCompletionTime_ = 0.0;
+  double progressTimeCounter_ = 0.0;
+  std::unique_ptr<Timer> progressTimer_;
+  std::unique_ptr<Timer> timer_;
+};
+
+}  // namespace velmara

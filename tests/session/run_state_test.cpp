@@ -1,0 +1,156 @@
+#include "session/run_state.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "session/recording_screen.h"
+#include "support/manual_time.h"
+
+namespace velmara {
+namespace {
+
+using Events = std::vector<std::string>;
+
+class RunStateTest : public testing::Test {
+ protected:
+  RunStateTest() { state.reset(); }
+
+  // A letter a control: alive, inert (looks alive), disabled.
+  std::string letters() const {
+    std::string text;
+    for (unsigned i = 0; i < kControlCount; ++i) {
+      const auto control = static_cast<Control>(i);
+      const ControlStates& states = screen.controls;
+      text += states.isAlive(control) ? 'a' : states.disabled.contains(control) ? 'd' : 'i';
+    }
+    return text;
+  }
+
+  RecordingScreen screen;
+  testing_support::ManualTime time;
+  RunState state{screen, time, [this](const std::string& line) { screen.record(line); }};
+};
+
+// In the order of Control: add, export, fit, 100, 200, close, minimise, zoom window, zoom in, zoom
+// out, single, split, dual, auto, slider.
+TEST_F(RunStateTest, EachStateTakesItsControls) {
+  EXPECT_EQ(letters(), "addddaaaddddddd") << "no photo";
+  state.changeControls(controlsWithPhoto);
+  EXPECT_EQ(letters(), "aaaaaaaadaaaaaa") << "zoom in waits for the first result";
+  state.denoisingProcessStarted();
+  EXPECT_EQ(letters(), "iiiiiiiidiiiiid") << "running";
+  EXPECT_TRUE(screen.controls.isDropAreaHidden);
+  EXPECT_FALSE(screen.controls.isWindowResizable);
+  state.enableActionsInDeafultMode();
+  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaa") << "done";
+  EXPECT_FALSE(screen.controls.isDropAreaHidden);
+  EXPECT_TRUE(screen.controls.isWindowResizable);
+  state.startTimerEvent();
+  EXPECT_EQ(letters(), "aaaaaaaaiiaaaid") << "settling";
+  state.stopTimerEvent();
+  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaa");
+  state.changeControls(controlsAfterZoomIn);
+  EXPECT_EQ(letters(), "aaaaaaaadaaaaaa") << "zoomed in";
+  state.changeControls(controlsAfterZoomOut);
+  EXPECT_EQ(letters(), "aaaaaaaadiaaaaa") << "zoomed out";
+  state.enableActionsInDeafultMode();
+  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaa");
+}
+
+TEST_F(RunStateTest, ARunGoesThroughItsPhases) {
+  EXPECT_EQ(state.phase(), RunPhase::kIdle);
+  state.startTimerEvent();
+  EXPECT_EQ(state.phase(), RunPhase::kWaitingToSettle);
+  time.advance(1.5);
+  EXPECT_EQ(state.phase(), RunPhase::kIdle);
+  state.isBeforeCallingAlgo = true;
+  state.denoisingProcessStarted();
+  state.startProgress(2.0);
+  EXPECT_FALSE(state.isBeforeCallingAlgo);
+  EXPECT_EQ(state.phase(), RunPhase::kRunning);
+  state.enableActionsInDeafultModeAfterDelay();
+  time.advance(0.09);
+  EXPECT_EQ(state.phase(), RunPhase::kRunning);
+  time.advance(0.01);
+  EXPECT_EQ(state.phase(), RunPhase::kFinishingTheBar);
+  time.advance(0.3);
+  EXPECT_EQ(state.phase(), RunPhase::kIdle);
+  EXPECT_EQ(screen.takeEvents(),
+            (Events{"settled", "Denoising Started", "bar of 2", "set up preview",
+                    "Progress Completed", "Progress Completed"}));
+  EXPECT_FALSE(screen.isBarShown);
+}
+
+TEST_F(RunStateTest, TheBarTakesFiftyStepsAndWaitsBeforeTheEnd) {
+  state.denoisingProcessStarted();
+  state.startProgress(2.0);
+  time.advance(0.04);
+  EXPECT_EQ(screen.barValues.size(), 1U);
+  time.advance(0.96);
+  EXPECT_EQ(screen.barValues.size(), 25U);
+  EXPECT_NEAR(screen.barValues.back(), 1.0, 1e-9);
+  time.advance(5.0);
+  EXPECT_DOUBLE_EQ(screen.barValues.back(), 2.0 - 2.0 / 30.0);
+  EXPECT_TRUE(screen.isBarShown);
+  state.enableActionsInDeafultMode();
+  EXPECT_GE(screen.barValues.back(), 2.0);
+  EXPECT_EQ(state.progressTimeCounter(), 2.0);
+  EXPECT_TRUE(std::ranges::is_sorted(screen.barValues.end() - 2, screen.barValues.end()));
+}
+
+TEST_F(RunStateTest, ASecondEstimateStartsTheBarAnew) {
+  state.denoisingProcessStarted();
+  state.startProgress(2.0);
+  time.advance(1.0);
+  state.startProgress(10.0);
+  time.advance(1.0);
+  EXPECT_EQ(screen.barValues.size(), 5U) << "one timer, of the second run's step";
+}
+
+TEST_F(RunStateTest, OnlyTheLastOfSeveralZoomsSettles) {
+  state.startTimerEvent();
+  time.advance(1.0);
+  state.startTimerEvent();
+  time.advance(1.4);
+  EXPECT_EQ(screen.takeEvents(), Events{});
+  time.advance(0.2);
+  EXPECT_EQ(screen.takeEvents(), Events{"settled"});
+  time.advance(5.0);
+  EXPECT_EQ(screen.takeEvents(), Events{});
+}
+
+TEST_F(RunStateTest, StoppingTheTimerReturnsToTheDefaultMode) {
+  state.startTimerEvent();
+  state.stopTimerEvent();
+  EXPECT_EQ(screen.takeEvents(), Events{"set up preview"});
+  time.advance(5.0);
+  EXPECT_EQ(state.phase(), RunPhase::kIdle);
+  EXPECT_EQ(screen.takeEvents(), Events{"Progress Completed"});
+}
+
+// The end of a run whose result led to the next one at once must not end that one.
+TEST_F(RunStateTest, ANewRunOutlivesThePutBackOfTheOldOne) {
+  state.denoisingProcessStarted();
+  state.enableActionsInDeafultModeAfterDelay();
+  time.advance(0.05);
+  state.denoisingProcessStarted();
+  time.advance(10.0);
+  EXPECT_TRUE(state.isRunningAlgorithm());
+}
+
+TEST_F(RunStateTest, NothingFiresAfterItIsGone) {
+  {
+    RunState other(screen, time, [](const std::string&) {});
+    other.startProgress(1.0);
+    other.startTimerEvent();
+    other.enableActionsInDeafultModeAfterDelay();
+    other.enableActionsInDeafultMode();
+    screen.takeEvents();
+  }
+  EXPECT_EQ(time.pending(), 0U);
+}
+
+}  // namespace
+}  // namespace velmara
