@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+
+#include "base/image.h"
+#include "session/denoise_parameters.h"
+
+namespace velmara {
+
+class DenoiseAlgoImplementation;
+
+/// The denoising engine as the editing session uses it. Nothing throws; an image that is not valid
+/// stands for "no image". Any thread.
+class DenoiseEngine {
+ public:
+  virtual ~DenoiseEngine() = default;
+
+  /// The denoised image. Not on the main thread.
+  virtual Image denoise(const Image& image, const FilterParameters& parameters) const = 0;
+  /// How noisy the image is, in dB.
+  virtual double psnr(const Image& image) const = 0;
+  /// Pixels per second, measured by filtering the image once on the calling thread.
+  virtual std::int64_t processingSpeed(const Image& testImage,
+                                       const FilterParameters& parameters) const = 0;
+};
+
+/// The engine itself, which must outlive this.
+class AlgorithmEngine final : public DenoiseEngine {
+ public:
+  explicit AlgorithmEngine(const DenoiseAlgoImplementation& algorithm) : algorithm_(algorithm) {}
+
+  Image denoise(const Image& image, const FilterParameters& parameters) const override;
+  double psnr(const Image& image) const override;
+  std::int64_t processingSpeed(const Image& testImage,
+                               const FilterParameters& parameters) const override;
+
+ private:
+  const DenoiseAlgoImplementation& algorithm_;
+};
+
+}  // namespace velmara

@@ -1,0 +1,57 @@
+#include "session/denoise_job.h"
+
+#include <array>
+#include <charconv>
+
+#include "imaging/image_reader.h"
+#include "imaging/utils.h"
+#include "session/whole_photo.h"
+
+namespace velmara {
+namespace {
+
+// A picture as a plain canvas at its own size; not valid if the file cannot be read.
+Image loadAtOwnSize(const std::string& path) {
+  const auto loaded = readImage(path);
+  if (!loaded) return {};
+  return Utils::sharedUtils().scaleImage(*loaded, loaded->size());
+}
+
+Image loadForFilter(const DenoiseJob& job) {
+  if (!job.isExportingPhoto) return loadAtOwnSize(job.photo.filePath);
+  const auto whole = loadWholePhoto(job.photo);
+  return whole ? *whole : Image();
+}
+
+}  // namespace
+
+DenoiseOutcome runDenoiseJob(const DenoiseJob& job, const DenoiseEngine& engine,
+                             const LogSink& log) {
+  DenoiseOutcome outcome{{}, job.psnrOfRealImage, job.mapping};
+  const Image image = loadForFilter(job);
+  if (outcome.psnrOfRealImage == 0.0F) {
+    outcome.psnrOfRealImage = static_cast<float>(engine.psnr(loadAtOwnSize(job.wholePhotoPath)));
+  }
+  const double psnr =
+      effectivePsnr(outcome.psnrOfRealImage, job.isExportingPhoto, job.currentZooomFactor);
+  const MappedParameters mapped =
+      mapNoiseToParameters(psnr, job.mode, job.isExportingPhoto, job.mapping);
+  outcome.mapping = mapped.mapping;
+  const FilterParameters parameters = filterParameters(mapped.parameters, job.mode);
+  log(parametersLogLine(psnr, parameters));
+  outcome.image = engine.denoise(image, parameters);
+  return outcome;
+}
+
+// Not printf, whose decimal point follows the user's locale.
+std::string parametersLogLine(double psnr, const FilterParameters& parameters) {
+  std::array<char, 400> text{};
+  const auto end =
+      std::to_chars(text.data(), text.data() + text.size(), psnr, std::chars_format::fixed, 6);
+  return "psnrOfInputImage " + std::string(text.data(), end.ptr) + " sigma " +
+         std::to_string(parameters.sigmaVal) + " templateWindow " +
+         std::to_string(parameters.templateWinSize) + " searchWindow " +
+         std::to_string(parameters.searchWinSize);
+}
+
+}  // namespace velmara
