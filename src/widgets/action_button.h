@@ -1,0 +1,83 @@
+#pragma once
+
+#include <QAbstractButton>
+
+#include "widgets/click_state.h"
+#include "widgets/image_provider.h"
+
+class QMouseEvent;
+class QPainter;
+
+namespace velmara {
+
+/// What our buttons drawn from images share: a two-valued state, a tag, an action that can be
+/// switched off without a change of looks, the keyboard, and names for assistive tools. Space,
+/// Return and Enter, and assistive tools, operate a button by the same guards as the mouse.
+/// A button takes the focus by Tab only. The first line of its tool tip is its accessible name, the
+/// rest its description.
+class ActionButton : public QAbstractButton {
+  Q_OBJECT
+
+ public:
+  explicit ActionButton(QWidget* parent = nullptr, ImageProvider& images = bundleImages());
+
+  int state() const { return click_.state; }
+  void setState(int state);
+
+  int tag() const { return tag_; }
+  void setTag(int tag) { tag_ = tag; }
+
+  int actionMask() const { return click_.actionMask; }
+  void setActionMask(int mask);
+
+  /// Whether a click would be taken: a press in progress disables a button of the image kind.
+  bool isEnabled() const { return click_.enabled; }
+  void setEnabled(bool enabled);
+
+  bool isMouseDown() const { return click_.isMouseDown; }
+
+  /// Sends the action as a click would, without a click.
+  void sendAction() { Q_EMIT actionSent(this); }
+
+  ImageProvider& images() const { return *images_; }
+
+ Q_SIGNALS:
+  /// The action. The sender may be deleted by what is connected.
+  void actionSent(velmara::ActionButton* sender);
+
+ protected:
+  /// A release inside the button of a press that began: sends the action, and changes the state
+  /// before or after it as the kind of button does.
+  virtual void completeClick() = 0;
+
+  void press();
+  void release(bool inside);
+
+  bool event(QEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void nextCheckState() override {}
+
+  /// Draws the ring around a button that has the focus.
+  void drawFocusRing(QPainter& painter) const;
+
+  /// Makes the widget's own enabled flag follow the button's.
+  void applyEnabled();
+
+  ClickState click_;
+
+ private:
+  void operate();
+
+  ImageProvider* images_;
+  int tag_ = 0;
+  bool pressedByKey_ = false;
+  bool applyingEnabled_ = false;
+};
+
+}  // namespace velmara

@@ -1,0 +1,82 @@
+#include "widgets/style.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QPalette>
+#include <QStyleFactory>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <utility>
+
+#include "widgets/image_provider.h"
+
+namespace velmara::style {
+namespace {
+
+constexpr std::array kNames = std::to_array<std::pair<const char*, QColor>>({
+    {"@kWindow", kWindow},
+    {"@kRaised", kRaised},
+    {"@kPressed", kPressed},
+    {"@kBorder", kBorder},
+    {"@kTextDim", kTextDim},
+    {"@kTextDisabled", kTextDisabled},
+    {"@kText", kText},
+    {"@kDark", kDark},
+    {"@kAccentDark", kAccentDark},
+    {"@kAccent", kAccent},
+    {"@kSurround", kSurround},
+    {"@kFocusRing", kFocusRing},
+});
+
+QPalette lightPalette() {
+  QPalette palette;
+  palette.setColor(QPalette::Window, kWindow);
+  palette.setColor(QPalette::WindowText, kText);
+  palette.setColor(QPalette::Base, kRaised);
+  palette.setColor(QPalette::AlternateBase, kWindow);
+  palette.setColor(QPalette::ToolTipBase, kRaised);
+  palette.setColor(QPalette::ToolTipText, kText);
+  palette.setColor(QPalette::PlaceholderText, kTextDim);
+  palette.setColor(QPalette::Text, kText);
+  palette.setColor(QPalette::Button, kWindow);
+  palette.setColor(QPalette::ButtonText, kText);
+  palette.setColor(QPalette::BrightText, kRaised);
+  palette.setColor(QPalette::Highlight, kAccent);
+  palette.setColor(QPalette::HighlightedText, kText);
+  palette.setColor(QPalette::Link, kFocusRing);
+  palette.setColor(QPalette::Light, kRaised);
+  palette.setColor(QPalette::Midlight, kPressed);
+  palette.setColor(QPalette::Mid, kBorder);
+  palette.setColor(QPalette::Dark, kTextDim);
+  palette.setColor(QPalette::Shadow, kDark);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, kTextDisabled);
+  }
+  return palette;
+}
+
+}  // namespace
+
+QString resolved(const QString& sheet) {
+  QString result = sheet;
+  // Longer names first, since one name may begin with another.
+  auto names = kNames;
+  std::sort(names.begin(), names.end(),
+            [](const auto& a, const auto& b) { return qstrlen(a.first) > qstrlen(b.first); });
+  for (const auto& [name, color] : names) result.replace(QLatin1String(name), color.name());
+  return result;
+}
+
+void apply(QApplication& application) {
+  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setPalette(lightPalette());
+  bundleImages();  // The style sheet is packed with them.
+  QFile sheet(QStringLiteral(":/ui/velmara.qss"));
+  if (sheet.open(QIODevice::ReadOnly)) {
+    application.setStyleSheet(resolved(QString::fromUtf8(sheet.readAll())));
+  }
+}
+
+}  // namespace velmara::style

@@ -1,0 +1,101 @@
+#include "widgets/style.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QPalette>
+#include <QProgressBar>
+#include <QSet>
+
+#include <algorithm>
+#include <cmath>
+
+#include "support/painted_images.h"
+#include "widgets/image_provider.h"
+
+namespace velmara {
+namespace {
+
+// Contrast of two colours (WCAG 2.1, relative luminance).
+double contrast(const QColor& a, const QColor& b) {
+  const auto luminance = [](const QColor& color) {
+    const auto linear = [](double c) {
+      return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+  };
+  const double x = luminance(a);
+  const double y = luminance(b);
+  return (std::max(x, y) + 0.05) / (std::min(x, y) + 0.05);
+}
+
+int countOf(const QImage& image, const QColor& color) {
+  int count = 0;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) count += image.pixelColor(x, y) == color ? 1 : 0;
+  }
+  return count;
+}
+
+TEST(StyleTest, TextAndFocusAreReadable) {
+  EXPECT_GE(contrast(style::kText, style::kWindow), 7.0);
+  EXPECT_GE(contrast(style::kText, style::kAccent), 7.0);
+  EXPECT_GE(contrast(style::kTextDim, style::kWindow), 4.5);
+  EXPECT_GE(contrast(style::kFocusRing, style::kWindow), 3.0);
+  const QColor surround = style::kSurround;
+  EXPECT_LE(std::max({surround.red(), surround.green(), surround.blue()}) -
+                std::min({surround.red(), surround.green(), surround.blue()}),
+            4);
+}
+
+TEST(StyleTest, TheSheetIsAppliedAndEveryNameInItIsAColour) {
+  const QString sheet = qobject_cast<QApplication*>(QCoreApplication::instance())->styleSheet();
+  EXPECT_FALSE(sheet.isEmpty());
+  EXPECT_FALSE(sheet.contains(QLatin1Char('@')));
+  EXPECT_EQ(style::resolved(QStringLiteral("a:@kTextDim;b:@kText;c:@kAccentDark;d:@kAccent")),
+            QStringLiteral("a:#5a6067;b:#26292d;c:#d9a91e;d:#f6c945"));
+  EXPECT_GT(QApplication::palette().color(QPalette::Window).lightness(), 230);
+  QProgressBar bar;
+  bar.setTextVisible(false);
+  bar.resize(200, 6);
+  bar.setValue(50);
+  const int yellow = countOf(testing_support::rendered(bar), style::kAccent);
+  EXPECT_NEAR(yellow, 100 * 6, 60);
+}
+
+TEST(BundleImagesTest, EveryNamedPictureIsThereAtBothScales) {
+  QStringList names{QStringLiteral("footer_bg_mid"), QStringLiteral("before_noise_bg"),
+                    QStringLiteral("after_noise_bg")};
+  for (const char* glyph :
+       {"open_folder", "save", "batch", "zoom_in", "zoom_out", "actual_size", "double_size",
+        "fit_screen", "single_mode", "split_mode", "dual_mode", "auto_mode", "help"}) {
+    for (const char* state : {"", "_selected", "_yellow_selected", "_disabled"}) {
+      names.append(QString::fromLatin1(glyph) + QString::fromLatin1(state));
+    }
+  }
+  for (const char* button : {"close", "min", "max"}) {
+    for (const char* state : {"-normal", "-press", "-hover"}) {
+      names.append(QString::fromLatin1(button) + QString::fromLatin1(state));
+    }
+  }
+  QList<QImage> seen;
+  for (const QString& name : names) {
+    const QPixmap once = bundleImages().imageNamed(name, 1.0);
+    const QPixmap twice = bundleImages().imageNamed(name, 2.0);
+    ASSERT_FALSE(once.isNull()) << name.toStdString();
+    EXPECT_EQ(twice.devicePixelRatio(), 2.0) << name.toStdString();
+    EXPECT_EQ(twice.size(), once.size() * 2) << name.toStdString();
+    EXPECT_EQ(twice.deviceIndependentSize(), once.deviceIndependentSize()) << name.toStdString();
+    EXPECT_FALSE(seen.contains(once.toImage())) << name.toStdString() << " looks like another";
+    seen.append(once.toImage());
+  }
+  EXPECT_TRUE(bundleImages().imageNamed(QStringLiteral("missing"), 2.0).isNull());
+  EXPECT_TRUE(bundleImages().imageNamed({}, 1.0).isNull());
+  // A picture of one scale serves for all.
+  EXPECT_EQ(bundleImages().imageNamed(QStringLiteral("velmara-64"), 2.0).devicePixelRatio(), 1.0);
+}
+
+}  // namespace
+}  // namespace velmara
