@@ -134,13 +134,13 @@ void ActionButton::keyPressEvent(QKeyEvent* event) {
   } else if (event->key() == Qt::Key_Escape && pressedByKey_) {
     release(false);
   } else {
-    QWidget::keyPressEvent(event);
+    event->ignore();
   }
 }
 
 void ActionButton::keyReleaseEvent(QKeyEvent* event) {
   if (event->key() != Qt::Key_Space) {
-    QWidget::keyReleaseEvent(event);
+    event->ignore();
   } else if (pressedByKey_ && !event->isAutoRepeat()) {
     release(true);
   }
