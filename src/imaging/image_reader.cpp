@@ -1,10 +1,14 @@
 #include "imaging/image_reader.h"
 
+#include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "imaging/eight_bit.h"
+#include "imaging/gif_check.h"
 #include "imaging/memory_budget.h"
 #include "imaging/open_picture.h"
+#include "imaging/pnm_check.h"
 
 namespace velmara {
 namespace {
@@ -19,14 +23,55 @@ Error explained(const std::string& message, FileKind kind) {
   return message.empty() ? damagedFile(kind) : Error{message};
 }
 
-Result<Page> readPage(const PictureFile& file, int number) {
-  auto opened = openPicture(file, number);
+// The decoders of these fill up what is missing.
+Status checkSamples(const PictureFile& file) {
+  if (file.kind == FileKind::pnm) return checkPnmSamples(file.file);
+  if (file.kind == FileKind::gif) return checkGifFrame(file.file);
+  return Done{};
+}
+
+Result<Page> decodePage(const PictureFile& file, int number, bool tolerant) {
+  auto opened = openPicture(file, number, tolerant);
   if (!opened) return Error{opened.error()};
+  if (const Status whole = checkSamples(file); !whole) return Error{whole.error()};
   auto plain = toPlainPicture(std::move(opened.value().image));
   if (!plain) return explained(plain.error(), file.kind);
   auto bitmap = toBitmap(plain->image.get());
   if (!bitmap) return explained(bitmap.error(), file.kind);
   return Page{std::move(bitmap).value(), std::move(plain).value().profile};
+}
+
+// Faults of a JPEG's wrapping, which cameras and editors are known for; the picture is whole.
+bool isHarmless(const std::string& message) {
+  constexpr std::string_view kTexts[] = {"extraneous bytes before marker",
+                                         "Unknown Adobe color transform",
+                                         "Unknown JFIF revision",
+                                         "Warning: unknown JFIF revision",
+                                         "Invalid SOS parameters for sequential JPEG",
+                                         "Inconsistent progression sequence"};
+  return std::ranges::any_of(kTexts, [&message](std::string_view text) {
+    return message.find(text) != std::string::npos;
+  });
+}
+
+/// Decodes a JPEG. libjpeg goes on after any fault but one; a picture is whole if there was none,
+/// or one that does no harm (it tells only the first in words, so a second counts as damage).
+Result<Page> decodeJpeg(const PictureFile& file) {
+  for (const bool tolerant : {false, true}) {
+    const DecoderWarnings warnings;
+    auto page = decodePage(file, 0, tolerant);
+    if (!page && (tolerant || !isHarmless(page.error()))) return page;
+    if (!page) continue;
+    if (warnings.count() == 0 || (warnings.count() == 1 && isHarmless(warnings.first()))) {
+      return page;
+    }
+    return damagedFile(file.kind);
+  }
+  return damagedFile(file.kind);
+}
+
+Result<Page> readPage(const PictureFile& file, int number) {
+  return file.kind == FileKind::jpeg ? decodeJpeg(file) : decodePage(file, number, true);
 }
 
 Status checkTotal(const std::vector<RepresentationSize>& pages) {

@@ -4,6 +4,7 @@
 #include <vips/vips.h>
 
 #include "imaging/exiv2_session.h"
+#include "imaging/vips_handle.h"
 
 namespace velmara {
 namespace {
@@ -16,15 +17,19 @@ constexpr const char* kDecoders[] = {
     "VipsForeignLoadHeif",  "VipsForeignLoadPpm",  "VipsForeignLoadMagick",
 };
 
-void dropLogMessage(const char* /*domain*/, GLogLevelFlags /*level*/, const char* /*message*/,
-                    void* /*data*/) {}
+// Warnings are no concern of whoever reads standard error.
+void takeLogMessage(const char* /*domain*/, GLogLevelFlags /*level*/, const char* message,
+                    void* /*data*/) {
+  DecoderWarnings::note(message);
+}
 
 bool start() {
-  // Warnings go to the callers as errors, or are no concern of theirs.
   constexpr auto kSilenced =
       static_cast<GLogLevelFlags>(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE |
                                   G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG | G_LOG_FLAG_RECURSION);
-  g_log_set_handler("VIPS", kSilenced, dropLogMessage, nullptr);
+  g_log_set_handler("VIPS", kSilenced, takeLogMessage, nullptr);
+  // A size that a property of libvips does not take is a warning of the object system's.
+  g_log_set_handler("GLib-GObject", G_LOG_LEVEL_WARNING, takeLogMessage, nullptr);
   if (vips_init("velmara") != 0) return false;
   vips_cache_set_max(0);
   vips_cache_set_max_mem(0);

@@ -4,17 +4,21 @@
 
 #include "imaging/initialise.h"
 #include "imaging/memory_budget.h"
+#include "imaging/pnm_check.h"
 #include "imaging/tiff_directories.h"
 
 namespace velmara {
 namespace {
 
-int load(FileKind kind, VipsSource* source, int page, VipsImage** image) {
+int load(FileKind kind, VipsSource* source, int page, bool tolerant, VipsImage** image) {
   constexpr auto kAccess = VIPS_ACCESS_SEQUENTIAL;
   constexpr auto kFailOn = VIPS_FAIL_ON_TRUNCATED;
   switch (kind) {
     case FileKind::jpeg:
-      return vips_jpegload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+      // What libjpeg only warns of may be a picture of which the lower half is missing.
+      return vips_jpegload_source(source, image, "access", kAccess, "fail_on",
+                                  tolerant ? VIPS_FAIL_ON_TRUNCATED : VIPS_FAIL_ON_WARNING,
+                                  nullptr);
     case FileKind::png:
       return vips_pngload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
     case FileKind::tiff:
@@ -43,13 +47,20 @@ int loadBmp(const std::vector<std::uint8_t>& bytes, VipsImage** image) {
                                 nullptr);
 }
 
-Status checkSize(const VipsImage* image) {
+// The bitmap's own four bytes a pixel and as many that a decoder may need beside it.
+constexpr std::uint64_t kBytesWhileDecoding = 8;
+
+Status checkSize(const VipsImage* image, const PictureFile& file) {
   const std::int64_t width = vips_image_get_width(image);
   const std::int64_t height = vips_image_get_height(image);
   const std::string size = std::to_string(width) + " x " + std::to_string(height) + " pixels";
   if (!isAllowedBitmapSize(width, height, 4)) return Error{"the picture is too large: " + size};
-  if (!fitsInMemory(static_cast<std::uint64_t>(width * height) * 4U)) {
+  if (!fitsInMemory(static_cast<std::uint64_t>(width * height) * kBytesWhileDecoding)) {
     return Error{"not enough memory for a picture of " + size};
+  }
+  // Huffman's shortest code is one bit, and every block of 8 x 8 pixels has at least one.
+  if (file.kind == FileKind::jpeg && width * height / 64 > file.file.size() * 8) {
+    return damagedFile(file.kind);
   }
   return Done{};
 }
@@ -65,6 +76,9 @@ Result<PictureFile> openPictureFile(const std::string& path) {
   const std::optional<FileKind> kind = fileKindOf(head);
   if (!kind) return Error{"it is not a picture of a kind that can be read"};
 
+  if (*kind == FileKind::pnm) {
+    if (const Status header = checkPnmHeader(*file); !header) return Error{header.error()};
+  }
   std::vector<RepresentationSize> pages(1);
   if (*kind == FileKind::tiff) {
     TiffDirectories directories = readTiffDirectories(*file);
@@ -75,7 +89,7 @@ Result<PictureFile> openPictureFile(const std::string& path) {
   return PictureFile{std::move(file).value(), *kind, std::move(pages)};
 }
 
-Result<OpenedPicture> openPicture(const PictureFile& file, int page) {
+Result<OpenedPicture> openPicture(const PictureFile& file, int page, bool tolerant) {
   OpenedPicture picture;
   VipsImage* image = nullptr;
   int failed = 0;
@@ -85,11 +99,11 @@ Result<OpenedPicture> openPicture(const PictureFile& file, int page) {
   } else {
     const VipsSourcePtr source(vips_source_new_from_descriptor(file.file.descriptor()));
     if (source == nullptr || vips_source_rewind(source.get()) != 0) return damagedFile(file.kind);
-    failed = load(file.kind, source.get(), page, &image);
+    failed = load(file.kind, source.get(), page, tolerant, &image);
   }
   if (failed != 0) return damagedFile(file.kind);
   picture.image.reset(image);
-  if (const Status allowed = checkSize(image); !allowed) return Error{allowed.error()};
+  if (const Status allowed = checkSize(image, file); !allowed) return Error{allowed.error()};
   return picture;
 }
 

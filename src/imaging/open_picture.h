@@ -32,8 +32,9 @@ struct OpenedPicture {
 
 /// Opens the picture of a page, from 0, to be decoded from top to bottom. Checks that its size is
 /// allowed (isAllowedBitmapSize) and its decoded samples fit in memory. Two pictures of one file
-/// must not be decoded at the same time.
-Result<OpenedPicture> openPicture(const PictureFile& file, int page);
+/// must not be decoded at the same time. `tolerant` lets a JPEG's decoder pass over what it warns
+/// of.
+Result<OpenedPicture> openPicture(const PictureFile& file, int page, bool tolerant = true);
 
 /// The message for a file that a decoder gave up on, with libvips' own words.
 Error damagedFile(FileKind kind);

@@ -1,12 +1,16 @@
 #include "imaging/vips_handle.h"
 
-namespace velmara {
+#include <algorithm>
+#include <cstdio>
 
-std::string takeVipsError() {
-  char* buffer = vips_error_buffer_copy();
-  std::string text = buffer;
-  g_free(buffer);
-  text.resize(std::min(text.size(), text.find('\n')));
+namespace velmara {
+namespace {
+
+thread_local DecoderWarnings* listener = nullptr;
+
+// One line without the name of the operation in front and places in sources behind.
+std::string inWords(std::string text) {
+  text.resize(std::min({text.size(), text.find('\n'), text.find(" `"), text.find(" @ ")}));
   const std::size_t colon = text.find(": ");
   if (colon != std::string::npos) text.erase(0, colon + 2);
   for (char& c : text) {
@@ -14,6 +18,33 @@ std::string takeVipsError() {
   }
   while (!text.empty() && text.back() == ' ') text.pop_back();
   return text;
+}
+
+}  // namespace
+
+std::string takeVipsError() {
+  char* buffer = vips_error_buffer_copy();
+  std::string text = buffer;
+  g_free(buffer);
+  return inWords(std::move(text));
+}
+
+DecoderWarnings::DecoderWarnings() {
+  listener = this;
+}
+
+DecoderWarnings::~DecoderWarnings() {
+  listener = nullptr;
+}
+
+void DecoderWarnings::note(const char* message) {
+  if (listener == nullptr) return;
+  long count = 0;
+  if (std::sscanf(message, "read gave %ld warnings", &count) == 1) {
+    listener->count_ = std::max(listener->count_, count);
+  } else if (listener->first_.empty()) {
+    listener->first_ = inWords(message);
+  }
 }
 
 }  // namespace velmara

@@ -1,0 +1,122 @@
+#include "imaging/gif_check.h"
+
+#include <array>
+
+#include "imaging/byte_stream.h"
+
+namespace velmara {
+namespace {
+
+constexpr unsigned kMostCodes = 4096;
+constexpr unsigned kLongestCode = 12;
+
+/// The codes of a frame, least significant bit first, out of its chain of blocks.
+class CodeReader {
+ public:
+  explicit CodeReader(ByteStream& stream) : stream_(stream) {}
+
+  /// The next code of so many bits; nothing where the blocks end.
+  std::optional<unsigned> next(unsigned bits) {
+    while (have_ < bits) {
+      if (left_ == 0) {
+        left_ = stream_.next().value_or(0);
+        if (left_ == 0) return std::nullopt;
+      }
+      const auto byte = stream_.next();
+      if (!byte) return std::nullopt;
+      --left_;
+      pending_ |= unsigned{*byte} << have_;
+      have_ += 8;
+    }
+    const unsigned code = pending_ & ((1U << bits) - 1U);
+    pending_ >>= bits;
+    have_ -= bits;
+    return code;
+  }
+
+ private:
+  ByteStream& stream_;
+  unsigned left_ = 0;
+  unsigned pending_ = 0;
+  unsigned have_ = 0;
+};
+
+/// How many pixels a frame's codes stand for, up to `enough` of them.
+std::int64_t countPixels(ByteStream& stream, std::int64_t enough) {
+  const unsigned rootBits = stream.next().value_or(0);
+  if (rootBits < 1 || rootBits >= kLongestCode) return 0;
+  const unsigned clear = 1U << rootBits;
+  std::array<std::uint32_t, kMostCodes> length{};
+  for (unsigned code = 0; code < clear; ++code) length[code] = 1;
+
+  CodeReader codes(stream);
+  std::int64_t pixels = 0;
+  unsigned bits = rootBits + 1;
+  unsigned next = clear + 2;
+  std::uint32_t before = 0;  // pixels of the code before, 0 after a clear
+  while (pixels < enough) {
+    const auto code = codes.next(bits);
+    if (!code || *code == clear + 1) break;
+    if (*code == clear) {
+      bits = rootBits + 1;
+      next = clear + 2;
+      before = 0;
+      continue;
+    }
+    const bool isNew = before != 0 && *code == next;
+    if (*code > clear && *code >= next && !isNew) break;
+    const std::uint32_t count = isNew ? before + 1 : length[*code];
+    if (before != 0 && next < kMostCodes) {
+      length[next++] = before + 1;
+      if (next == 1U << bits && bits < kLongestCode) ++bits;
+    }
+    before = count;
+    pixels += count;
+  }
+  return pixels;
+}
+
+/// Passes over a chain of blocks.
+bool skipBlocks(ByteStream& stream) {
+  for (;;) {
+    const auto size = stream.next();
+    if (!size || !stream.skip(*size)) return false;
+    if (*size == 0) return true;
+  }
+}
+
+std::int64_t tableBytes(std::uint8_t flags) {
+  return (flags & 0x80U) != 0 ? std::int64_t{3} << ((flags & 7U) + 1U) : 0;
+}
+
+std::int64_t nextShort(ByteStream& stream) {
+  const std::int64_t low = stream.next().value_or(0);
+  return low + 256 * std::int64_t{stream.next().value_or(0)};
+}
+
+}  // namespace
+
+Status checkGifFrame(const InputFile& file) {
+  constexpr std::int64_t kBeforeFlags = 10;  // signature, width, height
+  const Error damaged{"the GIF file is damaged or cut short"};
+  ByteStream stream(file);
+  if (!stream.skip(kBeforeFlags)) return damaged;
+  const std::uint8_t flags = stream.next().value_or(0);
+  if (!stream.skip(2 + tableBytes(flags))) return damaged;
+  for (auto mark = stream.next(); mark; mark = stream.next()) {
+    if (*mark == 0x21) {  // an extension, its label and its blocks
+      if (!stream.skip(1) || !skipBlocks(stream)) return damaged;
+    } else if (*mark == 0x2c) {  // the frame
+      stream.skip(4);
+      const std::int64_t width = nextShort(stream);
+      const std::int64_t pixels = width * nextShort(stream);
+      stream.skip(tableBytes(stream.next().value_or(0)));
+      return pixels > 0 && countPixels(stream, pixels) >= pixels ? Done{} : Status(damaged);
+    } else if (*mark != 0) {
+      return damaged;
+    }
+  }
+  return damaged;
+}
+
+}  // namespace velmara

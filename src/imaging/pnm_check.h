@@ -1,0 +1,16 @@
+#pragma once
+
+#include "base/result.h"
+#include "imaging/input_file.h"
+
+namespace velmara {
+
+/// Whether a PNM file (P1 to P6) has a header that makes sense and, in the binary kinds, as many
+/// bytes of samples as it says. The decoder takes what is missing for black.
+Status checkPnmHeader(const InputFile& file);
+
+/// Whether a PNM file of a plain kind (P1 to P3) has as many numbers as its header says; reads the
+/// whole file. Well for the binary kinds.
+Status checkPnmSamples(const InputFile& file);
+
+}  // namespace velmara
