@@ -69,9 +69,9 @@ std::optional<MetadataValue> valueOf(const Exiv2::Exifdatum& entry) {
   if (entry.size() == 0) return std::nullopt;
   const Exiv2::Value& value = entry.value();
   const Exiv2::TypeId type = value.typeId();
-  if (type == Exiv2::asciiString || type == Exiv2::string || type == Exiv2::comment) {
+  const auto* comment = dynamic_cast<const Exiv2::CommentValue*>(&value);
+  if (type == Exiv2::asciiString || type == Exiv2::string || comment != nullptr) {
     if (static_cast<std::size_t>(value.size()) > kLongestText) return std::nullopt;
-    const auto* comment = dynamic_cast<const Exiv2::CommentValue*>(&value);
     return MetadataValue(readableText(comment != nullptr ? comment->comment() : value.toString()));
   }
   if (value.count() > kMostNumbers) return std::nullopt;
