@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 namespace velmara {
 
 /// Width and height in logical units (points), fractions allowed.
@@ -39,5 +41,14 @@ struct PixelRect {
 
   friend bool operator==(const PixelRect&, const PixelRect&) = default;
 };
+
+/// What two rectangles have in common; empty if that is nothing.
+constexpr PixelRect intersection(const PixelRect& a, const PixelRect& b) {
+  const int left = std::max(a.x, b.x);
+  const int top = std::max(a.y, b.y);
+  const int right = std::min(a.x + a.width, b.x + b.width);
+  const int bottom = std::min(a.y + a.height, b.y + b.height);
+  return {left, top, std::max(0, right - left), std::max(0, bottom - top)};
+}
 
 }  // namespace velmara

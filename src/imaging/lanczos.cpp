@@ -19,6 +19,11 @@ double lanczos(double x) {
 }  // namespace
 
 AxisTaps lanczosTaps(int sourceCount, double start, double length, int outCount) {
+  return lanczosTaps(sourceCount, start, length, outCount, {0, outCount});
+}
+
+AxisTaps lanczosTaps(int sourceCount, double start, double length, int outCount,
+                     SampleRange samples) {
   const double step = length / outCount;
   const double widening = std::max(1.0, step);
   const double reach = kLobes * widening;
@@ -26,11 +31,12 @@ AxisTaps lanczosTaps(int sourceCount, double start, double length, int outCount)
 
   AxisTaps taps;
   taps.count = static_cast<int>(count);
-  taps.first.reserve(static_cast<std::size_t>(outCount));
-  taps.coverage.reserve(static_cast<std::size_t>(outCount));
-  taps.weights.reserve(static_cast<std::size_t>(outCount) * static_cast<std::size_t>(taps.count));
+  taps.first.reserve(static_cast<std::size_t>(samples.count));
+  taps.coverage.reserve(static_cast<std::size_t>(samples.count));
+  taps.weights.reserve(static_cast<std::size_t>(samples.count) *
+                       static_cast<std::size_t>(taps.count));
   std::vector<double> weights(static_cast<std::size_t>(taps.count));
-  for (int i = 0; i < outCount; ++i) {
+  for (int i = samples.first; i < samples.first + samples.count; ++i) {
     const double low = start + step * i;
     const double covered = std::min<double>(low + step, sourceCount) - std::max(low, 0.0);
     taps.coverage.push_back(static_cast<float>(std::clamp(covered / step, 0.0, 1.0)));

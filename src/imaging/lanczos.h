@@ -21,4 +21,14 @@ struct AxisTaps {
 /// of a sample add up to 1, also at the ends, where those taps that would lie outside are left out.
 AxisTaps lanczosTaps(int sourceCount, double start, double length, int outCount);
 
+/// A stretch of the samples of a line.
+struct SampleRange {
+  int first = 0;
+  int count = 0;
+};
+
+/// The taps of some of these samples only, the very same.
+AxisTaps lanczosTaps(int sourceCount, double start, double length, int outCount,
+                     SampleRange samples);
+
 }  // namespace velmara

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <list>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "preview/scaled_picture.h"
+
+namespace velmara {
+
+/// A piece of a shown picture, in the picture's pixels.
+struct Tile {
+  PixelRect rect;
+  /// 4 samples a pixel.
+  Bitmap bitmap;
+};
+
+/// A shown picture with the pieces of it that were rendered lately, so that dragging it about
+/// renders only what comes into sight. Main thread.
+class TiledPicture {
+ public:
+  static constexpr int kTileSide = 256;
+  /// What is kept beyond the pieces in sight, in bytes.
+  static constexpr std::size_t kKept = std::size_t{32} << 20U;
+
+  TiledPicture() = default;
+  explicit TiledPicture(ScaledPicture picture) : picture_(std::move(picture)) {}
+  // Tiles know their place in the list of uses: moved along, but not copied.
+  TiledPicture(const TiledPicture&) = delete;
+  TiledPicture& operator=(const TiledPicture&) = delete;
+  TiledPicture(TiledPicture&&) = default;
+  TiledPicture& operator=(TiledPicture&&) = default;
+  ~TiledPicture() = default;
+
+  const ScaledPicture& picture() const { return picture_; }
+
+  /// The tiles that together cover a rectangle of the picture, row by row, rendered now if they are
+  /// not at hand. Tiles that cannot be rendered for lack of memory are left out.
+  std::vector<Tile> tilesOver(const PixelRect& visible);
+
+  std::size_t bytesHeld() const { return bytes_; }
+
+ private:
+  using Place = std::pair<int, int>;
+  struct Entry {
+    Tile tile;
+    /// Its place in the order of use.
+    std::list<Place>::iterator use;
+  };
+
+  /// Null if it cannot be rendered.
+  const Tile* tileAt(const Place& place);
+  void forgetBeyond(std::size_t inSight);
+
+  ScaledPicture picture_;
+  std::map<Place, Entry> tiles_;
+  /// Most lately used first.
+  std::list<Place> uses_;
+  std::size_t bytes_ = 0;
+};
+
+}  // namespace velmara
