@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <list>
 #include <map>
 #include <utility>
@@ -22,7 +21,7 @@ struct Tile {
 /// renders only what comes into sight. Main thread.
 class TiledPicture {
  public:
-  static constexpr int kTileSide = 256;
+  static constexpr int kTileSide = 128;
   /// What is kept beyond the pieces in sight, in bytes.
   static constexpr std::size_t kKept = std::size_t{32} << 20U;
 
@@ -44,6 +43,7 @@ class TiledPicture {
   std::size_t bytesHeld() const { return bytes_; }
 
  private:
+  /// Row and column; rectangles of places are counted in tiles.
   using Place = std::pair<int, int>;
   struct Entry {
     Tile tile;
@@ -51,8 +51,9 @@ class TiledPicture {
     std::list<Place>::iterator use;
   };
 
-  /// Null if it cannot be rendered.
-  const Tile* tileAt(const Place& place);
+  PixelRect rectOf(const PixelRect& places) const;
+  void renderMissing(const PixelRect& places);
+  void render(const PixelRect& places);
   void forgetBeyond(std::size_t inSight);
 
   ScaledPicture picture_;
