@@ -77,7 +77,8 @@ void AppStoreWindow::setContentView(QWidget* view) {
 }
 
 void AppStoreWindow::setMenuBar(QMenuBar* menuBar) {
-  layout_->setMenuBar(menuBar);
+  // As a view of the layout: as its menu bar it would stand over the border.
+  layout_->insertWidget(0, menuBar);
   layoutEdges();
 }
 
@@ -115,6 +116,13 @@ void AppStoreWindow::changeEvent(QEvent* event) {
     layoutEdges();
     update();
   }
+}
+
+void AppStoreWindow::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  // Otherwise the first button gets the focus, which for a window's own buttons is the close
+  // button.
+  if (focusWidget() == nullptr) setFocus();
 }
 
 void AppStoreWindow::closeEvent(QCloseEvent* event) {

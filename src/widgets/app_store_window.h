@@ -29,6 +29,7 @@ struct TitleBarAppearance {
 /// and a content view below it. It is moved by its background (whatever child does not take the
 /// mouse itself) and resized at all edges and corners, by the desktop where that can do it; a
 /// double click on the title bar maximises it or brings it back. Nothing of it needs a compositor.
+/// No control has the focus to begin with; Tab gives it to the first one.
 class AppStoreWindow : public QWidget {
   Q_OBJECT
 
@@ -46,7 +47,7 @@ class AppStoreWindow : public QWidget {
   QWidget* contentView() const { return contentView_; }
   void setContentView(QWidget* view);
 
-  /// Shows a menu bar above the title bar.
+  /// Shows a menu bar above the title bar; at most once.
   void setMenuBar(QMenuBar* menuBar);
 
   TitleBarAppearance titleBarAppearance;
@@ -78,6 +79,7 @@ class AppStoreWindow : public QWidget {
  protected:
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;

@@ -18,6 +18,11 @@ SaveDialog::SaveDialog(const SavePanelOptions& options, QWidget* parent) : QFile
   types_ = options.allowedFileTypes;
   setName(QString::fromStdString(withAllowedFileType(options.nameFieldStringValue, types_)));
 
+  // The extension says the type; a second choice of types would only be in the way.
+  for (const char* part : {"fileTypeLabel", "fileTypeCombo"}) {
+    if (auto* widget = findChild<QWidget*>(QLatin1String(part))) widget->hide();
+  }
+
   accessory_ = qobject_cast<QWidget*>(options.accessoryView);
   auto* grid = qobject_cast<QGridLayout*>(layout());
   if (accessory_ != nullptr && grid != nullptr) {

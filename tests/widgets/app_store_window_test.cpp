@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPointer>
+#include <QPushButton>
 #include <QTest>
 
 #include <memory>
@@ -122,8 +123,22 @@ TEST_F(AppStoreWindowTest, LaysTheTitleBarOverTheContentInsideAThinBorder) {
   menuBar->addMenu(QStringLiteral("File"));
   window.setMenuBar(menuBar);
   QApplication::processEvents();
+  EXPECT_EQ(menuBar->mapTo(&window, origin), QPoint(1, 1));
   EXPECT_EQ(titleBar->mapTo(&window, origin).y(), 1 + menuBar->height());
   EXPECT_EQ(window.titleBarHeight(), 70.0);
+}
+
+TEST_F(AppStoreWindowTest, NoControlHasTheFocusUntilTab) {
+  AppStoreWindow other(nullptr, time);
+  auto* bar = new QWidget;
+  auto* button = new QPushButton(QStringLiteral("Close"), bar);
+  other.setTitleBarView(bar);
+  other.show();
+  other.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+  EXPECT_FALSE(button->hasFocus());
+  QTest::keyClick(&other, Qt::Key_Tab);
+  EXPECT_TRUE(button->hasFocus());
 }
 
 TEST_F(AppStoreWindowTest, ReplacedViewsAreGivenBack) {
