@@ -39,7 +39,6 @@ void EditingSession::setupAdjustParamView() {
   mapping_ = {};
   photoBecameCurrent();
   isExportingPhoto = false;
-  lastExportedImage = {};
   runState_.reset();
   screen_.setSliderCustomDenoise(kLowestLevel);
   screen_.setTxtCustomDenoiseVal(levelLabel(1));
@@ -220,6 +219,8 @@ void EditingSession::originalPhotoToExportDenoisingCompletedOutputImage(const Ph
 
 void EditingSession::photoBecameCurrent() {
   psnrOfRealImage_ = 0.0F;
+  // Exporting before the first run must not write the old photo under the new one's name.
+  lastExportedImage = {};
   ++now_.photo;
 }
 

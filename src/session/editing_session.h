@@ -76,8 +76,8 @@ class EditingSession {
   void originalPhotoToExportDenoisingCompletedOutputImage(const PhotoFile& photo,
                                                           const Image& image);
 
-  /// Another photo has become current: its noise is to be measured, and what a run in flight makes
-  /// of the old one is not to be shown.
+  /// Another photo has become current: its noise is to be measured, it has no result yet, and what
+  /// a run in flight makes of the old one is not to be shown.
   void photoBecameCurrent();
   /// What the run in flight filters is no longer what is seen: its preview result is dropped.
   void dropResultInFlight();
@@ -88,7 +88,8 @@ class EditingSession {
 
   /// Set before an export's run, cleared when it completes.
   bool isExportingPhoto = false;
-  /// The result of the last export run; not valid after any other run has started.
+  /// The result of the last export run; not valid after any other run has started or another photo
+  /// has become current.
   Image lastExportedImage;
   /// 0 soft, 1 hard; nothing is computed from it.
   unsigned flagDenoiseModeSelected = 0;

@@ -56,12 +56,14 @@ FilterParameters exportParameters(double psnr, const DenoiseMode& mode) {
 }
 
 Result<Image> uprightAtFullSize(const PhotoFile& photo, const Image& filtered) {
-  const auto sizes = readRepresentationSizes(photo.filePath);
-  if (!sizes) return Error{sizes.error()};
   Size largest;
-  for (const RepresentationSize& size : sizes.value()) {
-    largest.width = std::max(largest.width, static_cast<double>(size.width));
-    largest.height = std::max(largest.height, static_cast<double>(size.height));
+  if (const auto sizes = readRepresentationSizes(photo.filePath)) {
+    for (const RepresentationSize& size : sizes.value()) {
+      largest.width = std::max(largest.width, static_cast<double>(size.width));
+      largest.height = std::max(largest.height, static_cast<double>(size.height));
+    }
+  } else {
+    largest = filtered.size();
   }
   Image image = filtered;
   if (image.size() != largest) image = Utils::sharedUtils().scaleImage(image, largest);

@@ -34,7 +34,7 @@ bool isLargeEnoughToFilter(const PhotoFile& photo);
 FilterParameters exportParameters(double psnr, const DenoiseMode& mode);
 
 /// The photo at the size of its largest representation, turned upright as its orientation says:
-/// what goes into the file.
+/// what goes into the file. A result whose photo has vanished meanwhile keeps its own size.
 Result<Image> uprightAtFullSize(const PhotoFile& photo, const Image& filtered);
 
 /// The file's bytes: the upright picture in a format, with the photo's own metadata and colour

@@ -1,0 +1,155 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/file_user_defaults.h"
+#include "session/bookmarks.h"
+#include "session/rate_invitation.h"
+#include "support/scratch_folder.h"
+
+namespace velmara {
+namespace {
+
+using testing_support::ScratchFolder;
+using testing_support::writeFile;
+
+// A settings file as a program before this one left it.
+class RememberingTest : public testing::Test {
+ protected:
+  std::string makeFile(const std::string& name) const {
+    writeFile(folder.file(name), "x");
+    return folder.file(name);
+  }
+  static std::vector<PhotoFile> records(const std::vector<std::string>& paths) {
+    std::vector<PhotoFile> photos;
+    photos.reserve(paths.size());
+    for (const std::string& path : paths) photos.push_back(PhotoFile::initWithFileUrl(path));
+    return photos;
+  }
+  std::vector<std::string> stored() const {
+    std::vector<std::string> paths;
+    const FileUserDefaults fresh("velmara.test", settings);
+    for (const SavedPath& saved : savedPathsFromUserDefaults(true, fresh)) {
+      paths.push_back(saved.path);
+    }
+    return paths;
+  }
+
+  const ScratchFolder folder;
+  const std::string settings = folder.file("settings.json");
+  FileUserDefaults defaults{"velmara.test", settings};
+};
+
+using Paths = std::vector<std::string>;
+
+TEST_F(RememberingTest, PathsSurviveInTheirOwnBytes) {
+  const Paths paths{makeFile("a.jpg"), makeFile("b \xc3\xa4.jpg"), makeFile("c\xff\xfe.jpg")};
+  saveBookmarkPathsFromTableView(records(paths), defaults);
+  EXPECT_EQ(stored(), paths);
+  saveBookmarkPathsFromTableView({}, defaults);
+  EXPECT_TRUE(stored().empty());
+}
+
+TEST_F(RememberingTest, NothingIsRememberedAfterAFailure) {
+  const Paths paths{makeFile("a.jpg"), folder.file("gone.jpg"), makeFile("c.jpg")};
+  saveBookmarkPathsFromTableView(records(paths), defaults);
+  EXPECT_EQ(stored(), Paths{paths[0]});
+}
+
+TEST_F(RememberingTest, EntriesThatAreNoneAreLeftOut) {
+  const auto data = [](const std::string& text) { return DefaultsData(text.begin(), text.end()); };
+  defaults.setArray(defaults_keys::kSavedPaths,
+                    {{{"path", data("/a.jpg")}, {"state", std::int64_t{2}}},
+                     {{"state", std::string("alone")}},
+                     {{"path", std::string("/text.jpg")}},
+                     {{"path", data("")}},
+                     {{"path", data("relative.jpg")}},
+                     {{"path", data(std::string("/a\0b", 4))}},
+                     {{"path", data("/b.jpg")}}});
+  const auto saved = savedPathsFromUserDefaults(false, defaults);
+  EXPECT_EQ(saved, (std::vector<SavedPath>{{"/a.jpg", std::int64_t{2}}, {"/b.jpg", std::nullopt}}));
+  defaults.removeObjectForKey(defaults_keys::kSavedPaths);
+  EXPECT_TRUE(savedPathsFromUserDefaults(true, defaults).empty());
+}
+
+TEST_F(RememberingTest, TheLastPhotoThatIsStillThereIsOpened) {
+  const Paths all{makeFile("a.jpg"), makeFile("b.jpg"), makeFile("c.jpg")};
+  struct Case {
+    std::vector<std::size_t> missing;
+    std::vector<std::size_t> inTrash;
+    Paths kept;
+  };
+  const Case cases[] = {
+      {{}, {}, all},        {{0}, {}, {all[1], all[2]}}, {{}, {2}, {all[0], all[1]}},
+      {{1}, {0}, {all[2]}}, {{0, 1}, {2}, {}},
+  };
+  for (const Case& c : cases) {
+    for (const std::string& path : all) writeFile(path, "x");
+    saveBookmarkPathsFromTableView(records(all), defaults);
+    for (const std::size_t i : c.missing) std::filesystem::remove(all[i]);
+    std::vector<PhotoFile> photos;
+    const auto opened = loadLastWorkedImageFromDefaults(photos, defaults, [&](const auto& path) {
+      return std::any_of(c.inTrash.begin(), c.inTrash.end(),
+                         [&](std::size_t i) { return all[i] == path; });
+    });
+    Paths kept;
+    for (const PhotoFile& photo : photos) kept.push_back(photo.filePath);
+    EXPECT_EQ(kept, c.kept);
+    EXPECT_EQ(stored(), c.kept);
+    EXPECT_EQ(opened, c.kept.empty() ? std::nullopt : std::optional(c.kept.back()));
+  }
+}
+
+TEST_F(RememberingTest, AClearedStoreRestoresNothing) {
+  saveBookmarkPathsFromTableView(records({makeFile("a.jpg")}), defaults);
+  defaults.removePersistentDomain("velmara.test");
+  std::vector<PhotoFile> photos;
+  const auto never = [](const std::string&) { return false; };
+  EXPECT_FALSE(loadLastWorkedImageFromDefaults(photos, defaults, never));
+  EXPECT_TRUE(photos.empty());
+}
+
+TEST_F(RememberingTest, TheInvitationComesFirstAndThenEverySeventhTime) {
+  std::string shown;
+  for (int i = 0; i < 16; ++i) shown += showAlertForRateApp(defaults) ? 'X' : '.';
+  EXPECT_EQ(shown, "X......X......X.");
+  const FileUserDefaults fresh("velmara.test", settings);
+  EXPECT_EQ(fresh.integerForKey("RATE_ME_COUNT"), 2);
+}
+
+TEST_F(RememberingTest, TheCountGoesOnFromWhatIsStored) {
+  struct Case {
+    std::int64_t before, after;
+    bool shows;
+  };
+  constexpr auto kMax = std::numeric_limits<std::int64_t>::max();
+  for (const Case& c : {Case{6, 7, false}, Case{7, 1, true}, Case{8, 9, false}, Case{0, 1, false},
+                        Case{-3, -2, false}, Case{kMax, kMax, false}}) {
+    defaults.setInteger("RATE_ME_COUNT", c.before);
+    EXPECT_EQ(showAlertForRateApp(defaults), c.shows) << c.before;
+    EXPECT_EQ(defaults.integerForKey("RATE_ME_COUNT"), c.after);
+  }
+}
+
+TEST_F(RememberingTest, AcceptingEndsTheInvitationsOfAVersion) {
+  EXPECT_TRUE(isInvitationOpen(defaults, "1.0"));
+  invitationAccepted(defaults, "1.0");
+  EXPECT_FALSE(isInvitationOpen(defaults, "1.0"));
+  EXPECT_TRUE(isInvitationOpen(defaults, "1.1"));
+  defaults.removePersistentDomain("velmara.test");
+  EXPECT_TRUE(isInvitationOpen(defaults, "1.0"));
+  const Alert alert = rateInvitation();
+  EXPECT_EQ(alert.messageText, "Would you like to rate the app on the Mac App Store?");
+  EXPECT_EQ(alert.informativeText, "");
+  EXPECT_EQ(alert.buttons, (std::vector<std::string>{"YES", "NO"}));
+}
+
+}  // namespace
+}  // namespace velmara
