@@ -64,8 +64,9 @@ class Panels {
                                                                   SaveCompletion completion) = 0;
 };
 
-/// The name or path with an extension out of the list: unchanged when it ends in one of them (in
-/// either case), otherwise with the first one added. An empty list changes nothing.
+/// The name or path with an extension out of the list, as the list spells it: "a.JPG" and, where
+/// the list has only that, "a.jpeg" become "a.jpg". What ends in none of them has the first one
+/// added. An empty list changes nothing.
 std::string withAllowedFileType(const std::string& path, const std::vector<std::string>& allowed);
 
 /// What becomes of the name in a save panel when its types change from one list to another: an

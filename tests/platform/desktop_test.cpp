@@ -84,11 +84,19 @@ TEST(PanelNamesTest, AlwaysEndInAnAllowedExtension) {
     std::vector<std::string> allowed;
     const char* expected;
   } rows[] = {
-      {"/a/photo", {"jpeg"}, "/a/photo.jpeg"},  {"/a/photo.png", all, "/a/photo.png"},
-      {"/a/photo.PNG", all, "/a/photo.PNG"},    {"/a/photo.png", {"jpeg"}, "/a/photo.png.jpeg"},
-      {"/a/photo.v2", all, "/a/photo.v2.jpeg"}, {"/a.png/photo", all, "/a.png/photo.jpeg"},
-      {"/a/photo.", {"gif"}, "/a/photo.gif"},   {"/a/.png", {"png"}, "/a/.png.png"},
-      {"/a/photo.xyz", {}, "/a/photo.xyz"},     {"", all, ""},
+      {"/a/photo", {"jpeg"}, "/a/photo.jpeg"},
+      {"/a/photo.png", all, "/a/photo.png"},
+      {"/a/photo.PNG", all, "/a/photo.png"},
+      {"/a/photo.png", {"jpeg"}, "/a/photo.png.jpeg"},
+      {"/a/photo.v2", all, "/a/photo.v2.jpeg"},
+      {"/a.png/photo", all, "/a.png/photo.jpeg"},
+      {"/a/photo.", {"gif"}, "/a/photo.gif"},
+      {"/a/.png", {"png"}, "/a/.png.png"},
+      {"/a/photo.xyz", {}, "/a/photo.xyz"},
+      {"", all, ""},
+      {"/a/photo.jpg", all, "/a/photo.jpeg"},
+      {"/a/photo.TIF", all, "/a/photo.tiff"},
+      {"/a/photo.jpg", {"jpeg", "jpg"}, "/a/photo.jpg"},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(withAllowedFileType(row.path, row.allowed), row.expected) << row.path;
