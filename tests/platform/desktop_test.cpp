@@ -113,6 +113,9 @@ TEST(WorkspaceTest, TypesComeFromContentsAndNames) {
   writeFile(folder.file("camera.PNG"), png);
   writeFile(folder.file("no extension"), png);
   writeFile(folder.file("notes.txt"), "hello\n");
+  writeFile(folder.file("\xff camera"), png);
+  writeFile(folder.file("\xff notes"), "hello\n");
+  std::filesystem::create_directory(folder.file("\xff folder"));
   const struct {
     std::string path;
     bool image;
@@ -120,6 +123,8 @@ TEST(WorkspaceTest, TypesComeFromContentsAndNames) {
       {folder.file("camera.PNG"), true},   {folder.file("no extension"), true},
       {folder.file("notes.txt"), false},   {folder.path().string(), false},
       {folder.file("missing.png"), false}, {"", false},
+      {folder.file("\xff camera"), true},  {folder.file("\xff notes"), false},
+      {folder.file("\xff folder"), false}, {folder.file("\xff missing"), false},
   };
   for (const auto& row : rows) {
     EXPECT_EQ(typeConformsToImage(typeOfFile(row.path)), row.image) << row.path;
