@@ -1,5 +1,29 @@
+#include <cstdio>
+#include <cstdlib>
+
+#include "app/run_application.h"
 #include "cli/run_command_line.h"
 
+namespace {
+
+bool isSet(const char* variable) {
+  const char* value = std::getenv(variable);
+  return value != nullptr && *value != '\0';
+}
+
+bool hasDisplay() {
+  return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
-  return velmara::cli::runCommandLine(argc, argv);
+  if (argc > 1) return velmara::cli::runCommandLine(argc, argv);
+  if (!hasDisplay()) {
+    std::fputs(
+        "velmara: there is no display to open a window on; velmara --help lists the commands\n",
+        stderr);
+    return 2;
+  }
+  return velmara::runApplication(argc, argv);
 }

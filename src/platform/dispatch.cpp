@@ -30,10 +30,18 @@ class GlobalQueue final : public TaskQueue {
   }
   void async(std::function<void()> task) override { pool_.start(std::move(task)); }
   bool isCurrent() const override { return pool_.contains(QThread::currentThread()); }
+  bool isIdle() const { return pool_.activeThreadCount() == 0; }
 
  private:
   QThreadPool pool_;
 };
+
+// Never destroyed: at the end of the process a task may still wait for the main thread, which would
+// wait for it in turn.
+GlobalQueue& theGlobalQueue() {
+  static auto* const queue = new GlobalQueue;
+  return *queue;
+}
 
 }  // namespace
 
@@ -43,8 +51,11 @@ TaskQueue& mainQueue() {
 }
 
 TaskQueue& globalQueue() {
-  static GlobalQueue queue;
-  return queue;
+  return theGlobalQueue();
+}
+
+bool isGlobalQueueIdle() {
+  return theGlobalQueue().isIdle();
 }
 
 void dispatchSync(TaskQueue& queue, const std::function<void()>& task) {

@@ -14,6 +14,9 @@ TaskQueue& mainQueue();
 /// processors, so that tasks that wait for others (a run waits for its bands) do not starve them.
 TaskQueue& globalQueue();
 
+/// Whether no task of the global queue runs or waits at the moment.
+bool isGlobalQueueIdle();
+
 /// Runs a task on a queue and waits for its end. On a serial queue's own thread the task runs at
 /// once, since waiting there would be for ever.
 void dispatchSync(TaskQueue& queue, const std::function<void()>& task);

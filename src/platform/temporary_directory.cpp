@@ -63,7 +63,9 @@ class OwnDirectory {
   }
   OwnDirectory(const OwnDirectory&) = delete;
   OwnDirectory& operator=(const OwnDirectory&) = delete;
-  ~OwnDirectory() {
+  ~OwnDirectory() { remove(); }
+
+  void remove() const {
     std::error_code ignored;
     if (!path_.empty()) fs::remove_all(path_, ignored);
   }
@@ -73,11 +75,19 @@ class OwnDirectory {
   std::string path_;
 };
 
+const OwnDirectory& ownDirectory() {
+  static const OwnDirectory directory;
+  return directory;
+}
+
 }  // namespace
 
 const std::string& temporaryDirectory() {
-  static const OwnDirectory directory;
-  return directory.path();
+  return ownDirectory().path();
+}
+
+void removeTemporaryDirectory() {
+  ownDirectory().remove();
 }
 
 }  // namespace velmara

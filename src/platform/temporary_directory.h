@@ -9,4 +9,7 @@ namespace velmara {
 /// are gone left there is removed when it is made. Empty if it cannot be made. Any thread.
 const std::string& temporaryDirectory();
 
+/// Removes it now, for a process that ends without its usual clean-up.
+void removeTemporaryDirectory();
+
 }  // namespace velmara

@@ -2,9 +2,9 @@
 
 namespace velmara {
 
-std::vector<Tile> TiledPicture::tilesOver(const PixelRect& visible) {
+std::vector<PictureTile> TiledPicture::tilesOver(const PixelRect& visible) {
   const PixelRect inside = intersection(visible, {0, 0, picture_.width(), picture_.height()});
-  std::vector<Tile> tiles;
+  std::vector<PictureTile> tiles;
   if (inside.isEmpty()) return tiles;
   const int left = inside.x / kTileSide;
   const int top = inside.y / kTileSide;

@@ -11,7 +11,7 @@
 namespace velmara {
 
 /// A piece of a shown picture, in the picture's pixels.
-struct Tile {
+struct PictureTile {
   PixelRect rect;
   /// 4 samples a pixel.
   Bitmap bitmap;
@@ -38,7 +38,7 @@ class TiledPicture {
 
   /// The tiles that together cover a rectangle of the picture, row by row, rendered now if they are
   /// not at hand. Tiles that cannot be rendered for lack of memory are left out.
-  std::vector<Tile> tilesOver(const PixelRect& visible);
+  std::vector<PictureTile> tilesOver(const PixelRect& visible);
 
   std::size_t bytesHeld() const { return bytes_; }
 
@@ -46,7 +46,7 @@ class TiledPicture {
   /// Row and column; rectangles of places are counted in tiles.
   using Place = std::pair<int, int>;
   struct Entry {
-    Tile tile;
+    PictureTile tile;
     /// Its place in the order of use.
     std::list<Place>::iterator use;
   };

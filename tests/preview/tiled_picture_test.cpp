@@ -16,10 +16,10 @@ TiledPicture tiled(int width, int height) {
 }
 
 // What a view of this part would show, put together from the tiles.
-Bitmap painted(const std::vector<Tile>& tiles, const PixelRect& visible) {
+Bitmap painted(const std::vector<PictureTile>& tiles, const PixelRect& visible) {
   auto canvas = BitmapBuilder::allocate(visible.width, visible.height, 4);
   std::fill(canvas->bytes().begin(), canvas->bytes().end(), std::uint8_t{0});
-  for (const Tile& tile : tiles) {
+  for (const PictureTile& tile : tiles) {
     const PixelRect seen = intersection(tile.rect, visible);
     for (int y = seen.y; y < seen.y + seen.height; ++y) {
       std::memcpy(canvas->row(y - visible.y) + (seen.x - visible.x) * 4,

@@ -1,0 +1,127 @@
+// How a photo gets into the session: the open panel, a drop, the start-up.
+#include <algorithm>
+#include <utility>
+
+#include "app/main_screen/main_screen_view_controller.h"
+#include "app/main_screen/readable_types.h"
+#include "base/alpha.h"
+#include "imaging/image_reader.h"
+#include "imaging/rotate_with_exif.h"
+#include "imaging/utils.h"
+#include "platform/dispatch.h"
+#include "platform/trash.h"
+#include "session/bookmarks.h"
+#include "ui_MainScreenViewController.h"
+
+namespace velmara {
+namespace {
+
+struct LoadedPhoto {
+  PicturePyramid picture;
+  ColorProfile profile;
+};
+
+// What is shown of a photo: upright, and over black where it is transparent, as its result will be.
+LoadedPhoto loadUpright(const PhotoFile& photo) {
+  const auto image = readImage(photo.filePath, {Representations::first});
+  if (!image) return {};
+  const int orientation = photo.metaInfoDict ? photo.metaInfoDict->orientation().value_or(1) : 1;
+  return {PicturePyramid(withoutAlpha(RotateWithEXIF(image->bitmap(), orientation))),
+          image->profile()};
+}
+
+}  // namespace
+
+void MainScreenViewController::btnAddPhotoTapped() {
+  OpenPanelOptions options;
+  options.title = tr("Open Image").toStdString();
+  options.allowedTypesTitle = tr("Images").toStdString();
+  options.allowedFileTypes = readableFileTypes();
+  services_.panels.beginOpenPanel(options, [this](const std::vector<std::string>& paths) {
+    ui_->btnAddPhoto->setState(0);
+    if (paths.empty()) return;
+    if (isInTrash(paths.front(), trashPlacesFor(paths.front()))) {
+      services_.alerts.runModal({tr("Can't Process").toStdString(), {}, {tr("OK").toStdString()}});
+      return;
+    }
+    openOrAsk(paths.back());
+  });
+}
+
+void MainScreenViewController::photoDraggedWithPath(const std::string& path) {
+  openOrAsk(path);
+}
+
+void MainScreenViewController::updateSelectedImageToBeFilteredWithPath(const std::string& path) {
+  services_.log("updateSelectedImageToBeFilteredWithPath:");
+  const PhotoFile photo = PhotoFile::initWithFileUrl(path);
+  if (photo.width < 1 || photo.height < 1 || !isReadableFileType(photo.fileExtension)) {
+    services_.alerts.runModal(
+        {tr("File Format Not Suppored").toStdString(), {}, {tr("OK").toStdString()}});
+    session_.runState().disableActionsInRunningMode();
+    return;
+  }
+  if (const auto& region = services_.photos.selectedImageFileToProccessing) {
+    Utils::sharedUtils().deleteFileAtPath(region->filePath);
+  }
+  setSliderCustomDenoise(1.0);
+  services_.photos.arraySelectedImagesToProcess = {photo};
+  services_.photos.selectedImageFile = photo;
+  services_.photos.selectedImageFileToProccessing.reset();
+  session_.photoBecameCurrent();
+  session_.lastExportedImage = {};
+  saveBookmarkPathsFromTableView();
+  preview_->resetState();
+  ui_->vwPreviewContainer->show();
+  ui_->vwDragging->hide();
+  loadPhotoForShowing(photo);
+}
+
+// Decoding a large photo takes its time, so it is not done on this thread; what is opened meanwhile
+// overtakes it.
+void MainScreenViewController::loadPhotoForShowing(const PhotoFile& photo) {
+  services_.globalQueue.async([this, alive = std::weak_ptr(alive_), photo,
+                               token = loading_.advance(), mainQueue = &services_.mainQueue] {
+    const LoadedPhoto loaded = loadUpright(photo);
+    dispatchSync(*mainQueue, [&] {
+      if (alive.expired() || !loading_.isCurrent(token)) return;
+      photoWasLoaded(photo, loaded.picture, loaded.profile);
+    });
+  });
+}
+
+void MainScreenViewController::photoWasLoaded(const PhotoFile& photo, const PicturePyramid& picture,
+                                              const ColorProfile& profile) {
+  if (!picture.isValid()) {
+    // The headers were those of a picture, but the rest was not.
+    services_.photos.arraySelectedImagesToProcess.clear();
+    services_.photos.selectedImageFile.reset();
+    initialSetupView();
+    setupAdjustParamView();
+    services_.alerts.runModal(
+        {tr("File Format Not Suppored").toStdString(), photo.filePath, {tr("OK").toStdString()}});
+    return;
+  }
+  preview_->setInputOriginalImage(picture, profile);
+  preview_->configurePreviewForSelectedStyle(PreviewStyle::kDual);
+}
+
+Image MainScreenViewController::loadTestImage() const {
+  auto image = readImage(services_.bundle.pathForResource("noisy.png"));
+  return image ? std::move(image).value() : Image();
+}
+
+void MainScreenViewController::saveBookmarkPathsFromTableView() {
+  velmara::saveBookmarkPathsFromTableView(services_.photos.arraySelectedImagesToProcess,
+                                          services_.defaults);
+}
+
+void MainScreenViewController::loadLastWorkedImageFromDefaults() {
+  if (session_.hasPhoto()) return;  // Somebody was quicker than the delay.
+  const auto last = velmara::loadLastWorkedImageFromDefaults(
+      services_.photos.arraySelectedImagesToProcess, services_.defaults,
+      [](const std::string& path) { return isInTrash(path, trashPlacesFor(path)); });
+  if (last) updateSelectedImageToBeFilteredWithPath(*last);
+}
+
+}  // namespace velmara

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <functional>
+
+#include "base/task_queue.h"
+#include "platform/alerts.h"
+#include "platform/bundle.h"
+#include "platform/notification_center.h"
+#include "platform/notification_names.h"
+#include "platform/panels.h"
+#include "platform/timer.h"
+#include "platform/user_defaults.h"
+#include "platform/workspace.h"
+#include "session/denoise_engine.h"
+#include "session/editing_session.h"
+
+namespace velmara {
+
+/// What the main screen works with. All of it outlives the screen and its work on the queues; tests
+/// give it counterparts of their own.
+struct ScreenServices {
+  PhotoSlots& photos;
+  const DenoiseEngine& engine;
+  TaskQueue& mainQueue;
+  TaskQueue& globalQueue;
+  TimerScheduler& timers;
+  NotificationCenter& center;
+  AlertPresenter& alerts;
+  Panels& panels;
+  Workspace& workspace;
+  UserDefaults& defaults;
+  const BundleFacts& bundle;
+  LogSink log;
+  /// Ends in "/".
+  std::string temporaryDirectory;
+  std::function<void()> terminateApp;
+  std::function<void()> showAppInFront;
+  std::function<void()> showFeedback;
+  std::function<void()> showVMPHelp;
+};
+
+}  // namespace velmara

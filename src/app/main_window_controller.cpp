@@ -1,0 +1,99 @@
+#include "app/main_window_controller.h"
+
+#include <QGuiApplication>
+#include <QIcon>
+#include <QScreen>
+#include <QVBoxLayout>
+
+#include <utility>
+
+#include "app/main_menu.h"
+#include "preview/window_geometry.h"
+#include "widgets/app_store_window.h"
+
+namespace velmara {
+namespace {
+
+QSize wholeSize(const Size& size) {
+  return QSizeF(size.width, size.height).toSize();
+}
+
+QIcon applicationIcon() {
+  QIcon icon;
+  for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
+    icon.addFile(QStringLiteral(":/images/velmara-%1.png").arg(size));
+  }
+  return icon;
+}
+
+}  // namespace
+
+MainWindowController::MainWindowController(ScreenServices services)
+    : services_(std::move(services)),
+      windowMain_(std::make_unique<AppStoreWindow>(nullptr, services_.timers)),
+      mainScreenView_(new QWidget) {
+  windowMain_->setWindowTitle(QString::fromStdString(services_.bundle.CFBundleName));
+  windowMain_->setWindowIcon(applicationIcon());
+  auto* layout = new QVBoxLayout(mainScreenView_);
+  layout->setContentsMargins(0, 0, 0, 0);
+  windowMain_->setContentView(mainScreenView_);
+  awakeFromNib();
+}
+
+MainWindowController::~MainWindowController() {
+  services_.timers.cancelPreviousPerformRequests(this);
+}
+
+void MainWindowController::awakeFromNib() {
+  changeViewController(0);
+}
+
+void MainWindowController::changeViewController(int index) {
+  if (index != 0) return;
+  if (myCurrentViewController_ != nullptr) {
+    mainScreenView_->layout()->removeWidget(myCurrentViewController_);
+  }
+  if (mainScreenViewController_ == nullptr) {
+    mainScreenViewController_ = new MainScreenViewController(services_, mainScreenView_);
+    mainScreenViewController_->loadView();
+  }
+  myCurrentViewController_ = mainScreenViewController_;
+  myCurrentViewController_->setObjectName(QStringLiteral("MainScreenViewController"));
+  mainScreenView_->layout()->addWidget(myCurrentViewController_);
+  windowMain_->windowShouldClose = [screen = myCurrentViewController_] {
+    return screen->windowShouldClose();
+  };
+  windowMain_->setMenuBar(makeMainMenu(*myCurrentViewController_, services_));
+  services_.center.post(notifications::kSetupHeader, {},
+                        {{std::string(notifications::kWindowObject), windowMain_.get()}});
+  placeWindow();
+  hideTopWindowButtonAfterDelay();
+  services_.timers.performSelector(this, "hideTopWindowButtonAfterDelay", Seconds(0.01),
+                                   [this] { hideTopWindowButtonAfterDelay(); });
+}
+
+void MainWindowController::placeWindow() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  if (screen == nullptr) return;
+  const QRect visible = screen->availableGeometry();
+  const MainWindowGeometry geometry = mainWindowGeometry(
+      {static_cast<double>(visible.width()), static_cast<double>(visible.height())});
+  windowMain_->setMinimumSize(wholeSize(geometry.minimumSize));
+  // The minimum wins on a screen smaller than it.
+  windowMain_->setMaximumSize(
+      wholeSize(geometry.maximumSize).expandedTo(wholeSize(geometry.minimumSize)));
+  const Rect frame = topDown(geometry.frame, screen->geometry().height());
+  windowMain_->setGeometry(QRectF(frame.x, frame.y, frame.width, frame.height).toRect());
+}
+
+void MainWindowController::hideTopWindowButtonAfterDelay() {
+  windowMain_->hideStandardButtons();
+}
+
+void MainWindowController::showWindow() {
+  windowMain_->show();
+  windowMain_->raise();
+  windowMain_->activateWindow();
+}
+
+}  // namespace velmara

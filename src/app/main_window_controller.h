@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QObject>
+#include <QRect>
+
+#include <memory>
+
+#include "app/main_screen/main_screen_view_controller.h"
+#include "app/main_screen/screen_services.h"
+
+namespace velmara {
+
+class AppStoreWindow;
+
+/// The main window and the view controller shown in it. Main thread.
+class MainWindowController : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit MainWindowController(ScreenServices services);
+  ~MainWindowController() override;
+
+  void awakeFromNib();
+  void changeViewController(int index);
+  void hideTopWindowButtonAfterDelay();
+  void showWindow();
+
+  AppStoreWindow* windowMain() const { return windowMain_.get(); }
+  MainScreenViewController* viewController() const { return myCurrentViewController_; }
+
+ private:
+  void placeWindow();
+
+  ScreenServices services_;
+  std::unique_ptr<AppStoreWindow> windowMain_;
+  QWidget* mainScreenView_ = nullptr;
+  MainScreenViewController* mainScreenViewController_ = nullptr;
+  MainScreenViewController* myCurrentViewController_ = nullptr;
+};
+
+}  // namespace velmara

@@ -1,0 +1,74 @@
+#include "app/run_application.h"
+
+#include <QApplication>
+#include <QLocale>
+#include <QTranslator>
+
+#include <clocale>
+#include <cstdlib>
+
+#include "app/app_delegate.h"
+#include "engine/denoise_algo_implementation.h"
+#include "imaging/initialise.h"
+#include "imaging/recompress_jpeg.h"
+#include "platform/bundle.h"
+#include "platform/dispatch.h"
+#include "platform/file_user_defaults.h"
+#include "platform/log.h"
+#include "platform/log_file.h"
+#include "platform/temporary_directory.h"
+#include "widgets/app_store_window.h"
+#include "widgets/desktop_alerts.h"
+#include "widgets/desktop_panels.h"
+#include "widgets/desktop_workspace.h"
+#include "widgets/style.h"
+
+namespace velmara {
+namespace {
+
+void installEngine() {
+  EngineEnvironment environment;
+  environment.workers = &globalQueue();
+  environment.mainQueue = &mainQueue();
+  environment.log = [](const std::string& line) { logLine(line); };
+  environment.recompressJpeg = recompressJpeg;
+  DenoiseAlgoImplementation::installSharedEnvironment(std::move(environment));
+}
+
+}  // namespace
+
+int runApplication(int argc, char** argv) {
+  redirectStandardErrorToLogFile(homeDirectory(), mainBundle().CFBundleName);
+  QApplication application(argc, argv);
+  // The toolkit takes the user's locale over; numbers in files and the log keep their point.
+  std::setlocale(LC_NUMERIC, "C");
+  QApplication::setApplicationName(QStringLiteral("velmara"));
+  QApplication::setApplicationDisplayName(QString::fromStdString(mainBundle().CFBundleName));
+  QApplication::setDesktopFileName(QString::fromStdString(mainBundle().bundleIdentifier));
+  QApplication::setQuitOnLastWindowClosed(true);
+  QTranslator translator;
+  if (translator.load(QLocale(), "velmara", "_", ":/translations")) {
+    QApplication::installTranslator(&translator);
+  }
+  style::apply(application);
+  initialiseImaging();
+  installEngine();
+
+  DesktopAlerts alerts;
+  DesktopPanels panels;
+  DesktopWorkspace workspace;
+  FileUserDefaults defaults(mainBundle().bundleIdentifier, userDefaultsPath());
+  const AlgorithmEngine engine(DenoiseAlgoImplementation::sharedInstance());
+  AppDelegate delegate(engine, alerts, panels, workspace, defaults);
+  delegate.applicationDidFinishLaunching();
+  alerts.setMainWindow(delegate.windowMain());
+  panels.setMainWindow(delegate.windowMain());
+
+  const int exitCode = QApplication::exec();
+  // A run under way waits for this thread to take its result and would keep the process from
+  // ending; what it works on is its own, and files are whole or not there.
+  removeTemporaryDirectory();
+  std::_Exit(exitCode);
+}
+
+}  // namespace velmara

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace velmara {
+
+/// Opens the window, runs the application until it ends and returns the exit code of the process.
+/// From its start on, standard error goes to the log file.
+int runApplication(int argc, char** argv);
+
+}  // namespace velmara

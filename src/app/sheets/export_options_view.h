@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QWidget>
+
+#include <string>
+#include <vector>
+
+class QComboBox;
+class QSlider;
+
+namespace velmara {
+
+/// The accessory view of the save panel, `viewExportOptions`: the format popup and, for JPEG only,
+/// the quality control. The quality does not reach the file: every format is written with the
+/// photo's own properties. Main thread.
+class ExportOptionsView : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit ExportOptionsView(QWidget* parent = nullptr);
+
+  void setTitles(const std::vector<std::string>& titles);
+  void setQualityShown(bool isShown);
+
+ Q_SIGNALS:
+  /// The format at an index was chosen by the user.
+  void selectFormat(int index);
+
+ private:
+  QComboBox* btnPopupFileFormat_;
+  QWidget* viewExportQuality_;
+  QSlider* sliderExportQuality_;
+};
+
+}  // namespace velmara

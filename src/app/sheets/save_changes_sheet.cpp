@@ -1,0 +1,62 @@
+#include "app/sheets/save_changes_sheet.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "widgets/desktop_alerts.h"
+
+namespace velmara {
+
+SaveChangesSheet::SaveChangesSheet(QWidget* mainWindow)
+    : QDialog(mainWindow, Qt::Dialog | Qt::FramelessWindowHint),
+      lblSaveChangeHeader_(new QLabel(this)) {
+  setObjectName(QStringLiteral("windowSaveChanges"));
+  setProperty("role", "alert");
+  setAttribute(Qt::WA_StyledBackground);
+  setModal(true);
+  lblSaveChangeHeader_->setObjectName(QStringLiteral("lblSaveChangeHeader"));
+  lblSaveChangeHeader_->setProperty("role", "alertMessage");
+  lblSaveChangeHeader_->setTextFormat(Qt::PlainText);
+  lblSaveChangeHeader_->setWordWrap(true);
+  lblSaveChangeHeader_->setMinimumWidth(380);
+
+  auto* save = new QPushButton(tr("Save"), this);
+  auto* dontSave = new QPushButton(tr("Don't Save"), this);
+  auto* cancel = new QPushButton(tr("Cancel"), this);
+  save->setObjectName(QStringLiteral("btnSaveChanges"));
+  dontSave->setObjectName(QStringLiteral("btnDontSaveChanges"));
+  cancel->setObjectName(QStringLiteral("btnCancelChanges"));
+  save->setDefault(true);
+  connect(save, &QPushButton::clicked, this, &SaveChangesSheet::btnSaveChangesTapped);
+  connect(dontSave, &QPushButton::clicked, this, &SaveChangesSheet::btnDontSaveChangesTapped);
+  connect(cancel, &QPushButton::clicked, this, &SaveChangesSheet::btnCancelChangesTapped);
+
+  auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(10);
+  buttons->addWidget(dontSave);
+  buttons->addStretch();
+  buttons->addWidget(cancel);
+  buttons->addWidget(save);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(24, 22, 24, 20);
+  layout->setSpacing(20);
+  layout->addWidget(lblSaveChangeHeader_);
+  layout->addLayout(buttons);
+}
+
+void SaveChangesSheet::showSheet(const std::string& header) {
+  lblSaveChangeHeader_->setText(QString::fromStdString(header));
+  adjustSize();
+  placeOnWindow(*this, parentWidget(), true);
+  show();
+  raise();
+  activateWindow();
+}
+
+void SaveChangesSheet::closeSheet() {
+  hide();
+}
+
+}  // namespace velmara

@@ -1,0 +1,191 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QImage>
+#include <QTest>
+#include <QTimer>
+
+#include <atomic>
+#include <condition_variable>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "app/main_screen/main_screen_view_controller.h"
+#include "app/main_window_controller.h"
+#include "engine/denoise_algo_implementation.h"
+#include "imaging/recompress_jpeg.h"
+#include "platform/dispatch.h"
+#include "platform/memory_user_defaults.h"
+#include "support/scratch_folder.h"
+#include "support/scripted_desktop.h"
+#include "widgets/app_store_window.h"
+
+namespace velmara::testing_support {
+
+/// The real engine behind a gate: a run waits until the test lets it through. Counts its runs.
+class GatedEngine final : public DenoiseEngine {
+ public:
+  GatedEngine() : algorithm_(environment()) {}
+
+  Image denoise(const Image& image, const FilterParameters& parameters) const override {
+    {
+      std::unique_lock lock(mutex_);
+      ++runs_;
+      last_ = parameters;
+      opened_.wait(lock, [this] { return isOpen_; });
+    }
+    return givesNothing ? Image() : AlgorithmEngine(algorithm_).denoise(image, parameters);
+  }
+  double psnr(const Image& image) const override { return AlgorithmEngine(algorithm_).psnr(image); }
+  std::int64_t processingSpeed(const Image&, const FilterParameters& parameters) const override {
+    measured.push_back(parameters);
+    return 1'000'000;
+  }
+
+  void close() { setOpen(false); }
+  void open() { setOpen(true); }
+  int runs() const {
+    const std::scoped_lock lock(mutex_);
+    return runs_;
+  }
+  FilterParameters last() const {
+    const std::scoped_lock lock(mutex_);
+    return last_;
+  }
+
+  std::atomic<bool> givesNothing = false;
+  mutable std::vector<FilterParameters> measured;
+
+ private:
+  static EngineEnvironment environment() {
+    EngineEnvironment e;
+    e.workers = &globalQueue();
+    e.mainQueue = &mainQueue();
+    e.recompressJpeg = recompressJpeg;
+    return e;
+  }
+  void setOpen(bool isOpen) {
+    const std::scoped_lock lock(mutex_);
+    isOpen_ = isOpen;
+    opened_.notify_all();
+  }
+
+  DenoiseAlgoImplementation algorithm_;
+  mutable std::mutex mutex_;
+  mutable std::condition_variable opened_;
+  mutable int runs_ = 0;
+  mutable FilterParameters last_;
+  bool isOpen_ = true;
+};
+
+/// The main window as the program makes it, offscreen, with the desktop's part scripted.
+class ScreenTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    BundleFacts facts = mainBundle();
+    bundle_ = facts;
+    controller_ = std::make_unique<MainWindowController>(ScreenServices{
+        photos, engine, mainQueue(), globalQueue(), eventLoopTimers(), center, alerts, panels,
+        workspace, defaults, bundle_, [this](const std::string& line) { note(line); },
+        temporary.path().string() + "/", [this] { ++terminations; }, [this] { ++shownInFront; },
+        [this] { ++feedbacks; }, [this] { ++helps; }});
+    controller_->windowMain()->setGeometry(0, 0, 1220, 700);
+    controller_->showWindow();
+    QApplication::processEvents();
+  }
+  void TearDown() override {
+    if (HasFailure()) {
+      for (const std::string& line : log()) std::fprintf(stderr, "log: %s\n", line.c_str());
+    }
+    engine.open();
+    waitUntil([this] { return !screen().session().runState().isRunningAlgorithm(); });
+    controller_.reset();
+    EXPECT_TRUE(waitUntil(isGlobalQueueIdle));
+  }
+
+  MainScreenViewController& screen() { return *controller_->viewController(); }
+  AppStoreWindow& window() { return *controller_->windowMain(); }
+  template <typename View = QWidget>
+  View& view(const char* name) {
+    auto* found = window().findChild<View*>(QString::fromLatin1(name));
+    EXPECT_NE(found, nullptr) << name;
+    return *found;
+  }
+  void click(const char* name) {
+    QTest::mouseClick(&view(name), Qt::LeftButton);
+    QApplication::processEvents();
+  }
+
+  /// Serves the event loop until the condition holds; false after ten seconds.
+  static bool waitUntil(const std::function<bool()>& condition) {
+    return QTest::qWaitFor(condition, 10'000);
+  }
+  /// Opens a photo and waits until its result is on the screen.
+  bool openAndWait(const std::string& path) {
+    screen().photoDraggedWithPath(path);
+    return waitForResult();
+  }
+  bool waitForResult() {
+    return waitUntil([this] {
+      return !screen().session().runState().isRunningAlgorithm() &&
+             screen().preview().isResultShown() &&
+             (view("vwDenoisedPreview").isVisible() ||
+              view("vwDenoisedPreviewForDual").isVisible());
+    });
+  }
+  /// What the engine makes of a picture with the last run's parameters.
+  Image filtered(const Image& region) {
+    Image result;
+    std::atomic<bool> isDone = false;
+    globalQueue().async([&] {
+      result = engine.denoise(region, engine.last());
+      isDone = true;
+    });
+    EXPECT_TRUE(waitUntil([&] { return isDone.load(); }));
+    EXPECT_TRUE(result.isValid());
+    return result;
+  }
+  /// A photo-like noisy picture as a file.
+  std::string photo(const std::string& name = "photo.png") {
+    const std::string path = folder.file(name);
+    if (!std::filesystem::exists(path)) std::filesystem::copy_file(VELMARA_DATA "/noisy.png", path);
+    return path;
+  }
+  void note(const std::string& line) {
+    const std::scoped_lock lock(logMutex_);
+    log_.push_back(line);
+  }
+  std::vector<std::string> log() const {
+    const std::scoped_lock lock(logMutex_);
+    return log_;
+  }
+
+  ScratchFolder folder;
+  ScratchFolder temporary;
+  PhotoSlots photos;
+  GatedEngine engine;
+  NotificationCenter center;
+  ScriptedAlerts alerts;
+  ScriptedPanels panels;
+  RecordingWorkspace workspace;
+  MemoryUserDefaults defaults{"org.velmara.Velmara"};
+  int terminations = 0;
+  int shownInFront = 0;
+  int feedbacks = 0;
+  int helps = 0;
+
+ private:
+  BundleFacts bundle_;
+  std::unique_ptr<MainWindowController> controller_;
+  mutable std::mutex logMutex_;
+  std::vector<std::string> log_;
+};
+
+}  // namespace velmara::testing_support
