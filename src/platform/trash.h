@@ -23,7 +23,7 @@ bool hasUserTrashPrefix(const std::string& path, const std::string& loginUser);
 
 /// Whether the absolute path lies in a trash folder of the desktop: Trash in the data home, or
 /// .Trash-UID or .Trash/UID at the top of the file's volume. The folder itself lies not in it.
-/// (freedesktop.org Trash specification 1.0)
+/// (freedesktop.org trash standard 1.0)
 bool isInDesktopTrash(const std::string& path, const TrashPlaces& places);
 
 /// Whether either of the two holds.
