@@ -93,7 +93,8 @@ bool labToRgb(VipsImagePtr& image) {
 bool joinAlpha(VipsImagePtr& image, VipsImagePtr alpha) {
   if (vips_image_get_format(alpha.get()) == VIPS_FORMAT_USHORT) {
     VipsImage* narrow = nullptr;
-    if (!replace(alpha, vips_msb(alpha.get(), &narrow, nullptr), narrow)) return false;
+    const int failed = vips_msb(alpha.get(), &narrow, nullptr);
+    if (!replace(alpha, failed, narrow)) return false;
   }
   VipsImage* joined = nullptr;
   const int failed = vips_bandjoin2(image.get(), alpha.get(), &joined, nullptr);

@@ -8,16 +8,15 @@
 #include <string>
 #include <vector>
 
+#include "imaging/picture_files.h"
 #include "imaging/pictures.h"
-#include "support/scratch_folder.h"
-#include "support/tools.h"
 
 namespace velmara {
 namespace {
 
 using testing::ElementsAre;
+using testing_support::convert;
 using testing_support::pixelAt;
-using testing_support::runTool;
 using testing_support::ScratchFolder;
 
 // A picture made by ImageMagick: what it is told to write, and what has to come out. The picture is
@@ -47,13 +46,6 @@ std::vector<std::string> with(std::vector<std::string> words,
                               const std::vector<std::string>& more) {
   words.insert(words.end(), more.begin(), more.end());
   return words;
-}
-
-bool convert(const std::vector<std::string>& arguments, const std::string& file) {
-  std::string line("convert");
-  for (const std::string& word : arguments) line.append(" ").append(testing_support::quoted(word));
-  line.append(" ").append(testing_support::quoted(file));
-  return runTool({"sh", "-c", line}).ok;
 }
 
 class EveryKindTest : public testing::TestWithParam<Kind> {};
@@ -99,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(
              {20, 40, 60}},
         Kind{"palette png", "PNG8:a.png", kColours, {200, 100, 50}, {20, 40, 60}},
         Kind{"16-bit png", "PNG48:a.png", kColours, {200, 100, 50}, {20, 40, 60}},
-        Kind{"tiff", "a.tif", kColours, {200, 100, 50}, {20, 40, 60}},
+        Kind{"tiff", "a.tif", with(kColours, {"-depth", "8"}), {200, 100, 50}, {20, 40, 60}},
         Kind{"lzw tiff",
              "a.tif",
              with(kColours, {"-compress", "LZW"}),
@@ -215,6 +207,59 @@ INSTANTIATE_TEST_SUITE_P(
              with(kHalf, {"-define", "webp:lossless=true"}),
              {200, 100, 50, 128},
              {20, 40, 60, 255}}));
+
+TEST(ImageReaderTest, AllPagesOfATiffAreRepresentations) {
+  const ScratchFolder folder;
+  const std::string file = folder.file("pages.tif");
+  ASSERT_TRUE(convert(
+      {"-size", "40x30", "xc:red", "-size", "20x10", "xc:blue", "-size", "8x9", "xc:lime"}, file));
+  const auto image = readImage(file);
+  ASSERT_TRUE(image) << image.error();
+  ASSERT_EQ(image->representations().size(), 3U);
+  EXPECT_EQ(image->size(), (Size{40, 30}));
+  EXPECT_THAT(pixelAt(image->representations()[0], 0, 0), ElementsAre(255, 0, 0));
+  EXPECT_THAT(pixelAt(image->representations()[2], 7, 8), ElementsAre(0, 255, 0));
+  EXPECT_THAT(readRepresentationSizes(file).value(),
+              ElementsAre(RepresentationSize{40, 30}, RepresentationSize{20, 10},
+                          RepresentationSize{8, 9}));
+
+  ReadOptions first;
+  first.representations = Representations::first;
+  EXPECT_EQ(readImage(file, first)->representations().size(), 1U);
+}
+
+TEST(ImageReaderTest, AnAnimationIsItsFirstFrame) {
+  const ScratchFolder folder;
+  const std::string file = folder.file("moving.gif");
+  ASSERT_TRUE(convert({"-delay", "10", "-size", "12x8", "xc:red", "xc:blue"}, file));
+  const auto image = readImage(file);
+  ASSERT_TRUE(image) << image.error();
+  EXPECT_EQ(image->representations().size(), 1U);
+  EXPECT_THAT(pixelAt(image->bitmap(), 5, 5), ElementsAre(255, 0, 0));
+}
+
+TEST(ImageReaderTest, TheContentsDecideAndNotTheName) {
+  const ScratchFolder folder;
+  for (const std::string name :
+       {"photo.bmp", "photo[page=3].tif", "two words.jpg", "quote'\".gif", "line\nend.png",
+        "caf\xe9.png", "-", "http:photo.jpg", "GIF:photo"}) {
+    ASSERT_TRUE(convert({"-size", "5x4", "xc:red"}, "PNG24:" + folder.file("plain")));
+    std::filesystem::rename(folder.path() / "plain", folder.path() / name);
+    const auto image = readImage(folder.file(name));
+    ASSERT_TRUE(image) << name << ": " << image.error();
+    EXPECT_THAT(pixelAt(image->bitmap(), 2, 2), ElementsAre(255, 0, 0)) << name;
+  }
+}
+
+TEST(ImageReaderTest, PixelsAreNotTurned) {
+  const ScratchFolder folder;
+  const std::string file = folder.file("turned.jpg");
+  ASSERT_TRUE(convert({"-size", "40x30", "xc:red", "-orient", "RightTop"}, file));
+  ASSERT_TRUE(testing_support::runTool(
+                  {"exiftool", "-q", "-overwrite_original", "-n", "-Orientation=6", file})
+                  .ok);
+  EXPECT_EQ(readImage(file)->size(), (Size{40, 30}));
+}
 
 }  // namespace
 }  // namespace velmara

@@ -1,0 +1,326 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+#include <vector>
+
+#include "imaging/image_reader.h"
+#include "imaging/metadata.h"
+#include "imaging/picture_files.h"
+
+namespace velmara {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing_support::bigEndian;
+using testing_support::contentsOf;
+using testing_support::convert;
+using testing_support::littleEndian;
+using testing_support::ScratchFolder;
+using testing_support::writeFile;
+
+// A photo-like picture of 61 x 47 pixels in a format.
+struct Format {
+  std::string name;
+  std::string file;
+  std::vector<std::string> options;
+  /// Bytes at the end that hold none of the picture.
+  std::size_t tail = 0;
+};
+
+void PrintTo(const Format& format, std::ostream* out) {
+  *out << format.name;
+}
+
+std::string pictureIn(const ScratchFolder& folder, const Format& format) {
+  std::vector<std::string> arguments{"-size", "61x47", "-seed", "7", "plasma:red-blue", "-strip"};
+  arguments.insert(arguments.end(), format.options.begin(), format.options.end());
+  const std::size_t colon = format.file.find(':') + 1;
+  const std::string path = folder.file(format.file.substr(colon));
+  if (!convert(arguments, format.file.substr(0, colon) + path)) return {};
+  return contentsOf(path);
+}
+
+const std::vector<Format> kFormats = {
+    {"jpeg", "a.jpg", {}, 0},
+    {"progressive jpeg", "a.jpg", {"-interlace", "JPEG"}, 0},
+    {"png", "PNG24:a.png", {}, 16},
+    {"interlaced png", "PNG24:a.png", {"-interlace", "PNG"}, 16},
+    {"palette png", "PNG8:a.png", {"-colors", "64"}, 16},
+    {"strips of tiff", "a.tif", {"-depth", "8", "-define", "tiff:rows-per-strip=4"}, 160},
+    {"tiles of tiff", "a.tif", {"-depth", "8", "-define", "tiff:tile-geometry=16x16"}, 160},
+    {"lzw tiff", "a.tif", {"-depth", "8", "-compress", "LZW"}, 160},
+    {"jpeg tiff", "a.tif", {"-compress", "JPEG"}, 160},
+    {"bmp", "BMP3:a.bmp", {"-type", "TrueColor"}, 0},
+    {"run-length bmp", "BMP3:a.bmp", {"-type", "Palette", "-compress", "RLE"}, 2},
+    {"gif", "a.gif", {}, 2},
+    {"interlaced gif", "a.gif", {"-interlace", "GIF"}, 2},
+    {"webp", "a.webp", {}, 1},
+    {"lossless webp", "a.webp", {"-define", "webp:lossless=true"}, 1},
+    {"jpeg 2000", "a.jp2", {}, 2},
+    {"heic", "a.heic", {}, 0},
+    {"avif", "a.avif", {}, 0},
+    {"pgm", "a.pgm", {"-colorspace", "Gray"}, 0},
+    {"plain ppm", "a.ppm", {"-compress", "none"}, 8},
+    {"pbm", "a.pbm", {"-monochrome"}, 0},
+    {"plain pbm", "a.pbm", {"-monochrome", "-compress", "none"}, 2},
+};
+
+class DamagedFormatTest : public testing::TestWithParam<Format> {};
+
+// At every cut the answer is an error in words, and nothing is said on standard error.
+TEST_P(DamagedFormatTest, ACutFileIsAnErrorInWords) {
+  const ScratchFolder folder;
+  const std::string whole = pictureIn(folder, GetParam());
+  if (whole.empty()) GTEST_SKIP() << "ImageMagick cannot write this kind here";
+  std::vector<std::size_t> cuts{1, 2, 3, 4, 7, 8, 11, 16, 21, 25, 30, 40, 54, 60, 100, 200};
+  for (std::size_t part = 1; part < 16; ++part) cuts.push_back(whole.size() * part / 16);
+  cuts.push_back(whole.size() - GetParam().tail - 1);
+
+  const std::string file = folder.file("cut");
+  testing::internal::CaptureStderr();
+  for (const std::size_t cut : cuts) {
+    if (cut + GetParam().tail >= whole.size()) continue;
+    writeFile(file, whole.substr(0, cut));
+    const auto image = readImage(file);
+    EXPECT_FALSE(image) << "cut at " << cut << " of " << whole.size();
+    EXPECT_TRUE(image || !image.error().empty());
+    (void)readRepresentationSizes(file);
+    (void)readMetadata(file);
+  }
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), IsEmpty());
+}
+
+// Whatever a wrong byte makes of a file, it is a whole picture or an error.
+TEST_P(DamagedFormatTest, WrongBytesNeverCrash) {
+  const ScratchFolder folder;
+  const std::string whole = pictureIn(folder, GetParam());
+  if (whole.empty()) GTEST_SKIP() << "ImageMagick cannot write this kind here";
+  std::mt19937 random(20'240'917);
+  const std::string file = folder.file("wrong");
+  testing::internal::CaptureStderr();
+  for (int round = 0; round < 60; ++round) {
+    std::string wrong = whole;
+    // Half of the rounds stay in the first bytes, where the headers are.
+    const std::size_t reach =
+        round % 2 == 0 ? std::min<std::size_t>(whole.size(), 120) : whole.size();
+    for (auto changes = 1 + random() % 4; changes > 0; --changes) {
+      wrong[random() % reach] = static_cast<char>(random());
+    }
+    writeFile(file, wrong);
+    const auto image = readImage(file);
+    if (image) {
+      const Bitmap& bitmap = image->bitmap();
+      EXPECT_TRUE(isAllowedBitmapSize(bitmap.width(), bitmap.height(), bitmap.samplesPerPixel()));
+      EXPECT_EQ(bitmap.bytes().size(), bitmap.byteCount());
+    }
+    (void)readMetadata(file);
+  }
+  const std::string said = testing::internal::GetCapturedStderr();
+  // The library that decodes AV1 has lines of its own, which nothing turns off.
+  EXPECT_TRUE(said.empty() || GetParam().name == "avif") << said;
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, DamagedFormatTest, testing::ValuesIn(kFormats));
+
+// Files made by hand, whose headers claim more than there is.
+std::string pngOf(std::uint32_t width, std::uint32_t height) {
+  // Neither a checksum nor a sample is needed to be believed at the open.
+  const std::string header =
+      "IHDR" + bigEndian(width, 4) + bigEndian(height, 4) + std::string("\x08\x02\0\0\0", 5);
+  std::uint32_t crc = 0xffffffffU;
+  for (const char c : header) {
+    crc ^= static_cast<unsigned char>(c);
+    for (int bit = 0; bit < 8; ++bit) crc = crc >> 1U ^ ((crc & 1U) != 0 ? 0xedb88320U : 0U);
+  }
+  return "\x89PNG\r\n\x1a\n" + bigEndian(13, 4) + header + bigEndian(~crc, 4) +
+         std::string("\0\0\0\0IDAT\x35\xaf\x06\x1e\0\0\0\0IEND\xae\x42\x60\x82", 24);
+}
+
+std::string bmpOf(std::uint32_t width, std::uint32_t height) {
+  return "BM" + littleEndian(1000, 4) + littleEndian(0, 4) + littleEndian(54, 4) +
+         littleEndian(40, 4) + littleEndian(width, 4) + littleEndian(height, 4) +
+         littleEndian(1, 2) + littleEndian(24, 2) + std::string(24, '\0') + std::string(946, 'x');
+}
+
+std::string tiffOf(std::uint32_t width, std::uint32_t height) {
+  std::string directory = littleEndian(9, 2);
+  const auto entry = [&directory](unsigned tag, unsigned type, std::uint32_t value) {
+    directory +=
+        littleEndian(tag, 2) + littleEndian(type, 2) + littleEndian(1, 4) + littleEndian(value, 4);
+  };
+  entry(256, 4, width);
+  entry(257, 4, height);
+  entry(258, 3, 8);
+  entry(259, 3, 1);
+  entry(262, 3, 1);
+  entry(273, 4, 200);
+  entry(277, 3, 1);
+  entry(278, 4, height);
+  entry(279, 4, 1000);
+  return std::string("II*\0", 4) + littleEndian(8, 4) + directory + std::string(1200, '\0');
+}
+
+std::string gifOf(std::uint32_t width, std::uint32_t height) {
+  return "GIF89a" + littleEndian(width, 2) + littleEndian(height, 2) +
+         std::string("\x80\0\0\0\0\0\xff\xff\xff,\0\0\0\0", 14) + littleEndian(width, 2) +
+         littleEndian(height, 2) + std::string("\0\x02\x02\x4c\x01\0;", 7);
+}
+
+std::string pnmOf(std::uint32_t width, std::uint32_t height) {
+  return "P6 " + std::to_string(width) + " " + std::to_string(height) + " 255\n" +
+         std::string(300, 'x');
+}
+
+TEST(LyingFileTest, SizesAreCheckedBeforeAnythingIsAllocated) {
+  const ScratchFolder folder;
+  const std::string file = folder.file("lie");
+  testing::internal::CaptureStderr();
+  for (const auto& contents : {pngOf(2'000'000, 2'000'000), tiffOf(2'000'000, 2'000'000),
+                               gifOf(65535, 65535), pnmOf(2'000'000, 2'000'000)}) {
+    writeFile(file, contents);
+    const auto image = readImage(file);
+    ASSERT_FALSE(image);
+    EXPECT_THAT(image.error(), HasSubstr("too large"));
+    EXPECT_FALSE(readRepresentationSizes(file));
+    EXPECT_EQ(readMetadata(file), std::nullopt);
+  }
+  // Sizes that are allowed, of pictures that are not there.
+  for (const auto& contents :
+       {pngOf(23000, 23000), tiffOf(23000, 23000), bmpOf(9000, 9000), bmpOf(2'000'000, 2'000'000),
+        gifOf(23000, 23000), pnmOf(23000, 23000), pngOf(0, 0), tiffOf(0, 0), bmpOf(0, 0),
+        gifOf(0, 0), pnmOf(0, 0), pngOf(0x7fffffff, 1), pnmOf(0xffffffff, 0xffffffff)}) {
+    writeFile(file, contents);
+    EXPECT_FALSE(readImage(file)) << contents.substr(0, 40);
+  }
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), IsEmpty());
+}
+
+TEST(LyingFileTest, AJpegThatClaimsMoreRowsThanItHasIsRefused) {
+  const ScratchFolder folder;
+  for (const char* interlace : {"none", "JPEG"}) {
+    std::string bytes = pictureIn(folder, {"", "a.jpg", {"-interlace", interlace}, 0});
+    const std::size_t frame =
+        bytes.find(std::string(interlace) == "none" ? "\xff\xc0" : "\xff\xc2");
+    ASSERT_NE(frame, std::string::npos);
+    for (const std::uint32_t side : {200U, 23000U}) {
+      bytes.replace(frame + 5, 4, bigEndian(side, 2) + bigEndian(side, 2));
+      writeFile(folder.file("lie.jpg"), bytes);
+      const auto image = readImage(folder.file("lie.jpg"));
+      ASSERT_FALSE(image) << interlace << side;
+      EXPECT_THAT(image.error(), HasSubstr("damaged or cut short"));
+    }
+  }
+}
+
+TEST(LyingFileTest, HarmlessFaultsOfAJpegAreForgiven) {
+  const ScratchFolder folder;
+  const std::string whole = pictureIn(folder, {"", "a.jpg", {}, 0});
+  const std::size_t scan = whole.find("\xff\xda");
+  std::string stuffed = whole;
+  stuffed.insert(scan, 3, '\0');
+  std::string halved = stuffed;
+  halved.resize(scan + 3 + (whole.size() - scan) / 2);
+  halved += "\xff\xd9";
+  writeFile(folder.file("stuffed.jpg"), stuffed);
+  writeFile(folder.file("followed.jpg"), whole + std::string(5000, 'x'));
+  writeFile(folder.file("halved.jpg"), halved);
+  EXPECT_TRUE(readImage(folder.file("stuffed.jpg")));
+  EXPECT_TRUE(readImage(folder.file("followed.jpg")));
+  EXPECT_FALSE(readImage(folder.file("halved.jpg")));
+}
+
+TEST(LyingFileTest, ATiffWhosePagesGoRoundEnds) {
+  const ScratchFolder folder;
+  std::string bytes = tiffOf(40, 20);
+  bytes.replace(8 + 2 + 9 * 12, 4, littleEndian(8, 4));
+  writeFile(folder.file("round.tif"), bytes);
+  EXPECT_THAT(readRepresentationSizes(folder.file("round.tif")).value(),
+              testing::ElementsAre(RepresentationSize{40, 20}));
+}
+
+struct Refusal {
+  std::string name;
+  std::string message;
+};
+
+TEST(RefusedFileTest, SaysWhatIsWrong) {
+  const ScratchFolder folder;
+  std::filesystem::create_directory(folder.path() / "folder");
+  ::mkfifo(folder.file("pipe").c_str(), 0600);
+  const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  folder.file("socket").copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(::bind(socket, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  writeFile(folder.file("empty.jpg"), std::string());
+  writeFile(folder.file("text.jpg"), std::string("not a picture"));
+  writeFile(folder.file("drawing.svg"), std::string("<svg xmlns='http://www.w3.org/2000/svg'/>"));
+  writeFile(folder.file("page.pdf"), std::string("%PDF-1.4\n"));
+  writeFile(folder.file("script.mvg"), std::string("push graphic-context\n"));
+  std::filesystem::create_symlink("nowhere", folder.path() / "dangling");
+  std::filesystem::create_symlink("looping", folder.path() / "looping");
+
+  for (const auto& [name, message] :
+       std::vector<Refusal>{{"folder", "it is a folder"},
+                            {"pipe", "it is a pipe"},
+                            {"socket", "it is a socket"},
+                            {"missing", "No such file"},
+                            {"dangling", "No such file"},
+                            {"looping", "cannot open the file"},
+                            {"empty.jpg", "the file is empty"},
+                            {"text.jpg", "not a picture of a kind that can be read"},
+                            {"drawing.svg", "not a picture of a kind that can be read"},
+                            {"page.pdf", "not a picture of a kind that can be read"},
+                            {"script.mvg", "not a picture of a kind that can be read"}}) {
+    const auto image = readImage(folder.file(name));
+    ASSERT_FALSE(image) << name;
+    EXPECT_THAT(image.error(), HasSubstr(message));
+    EXPECT_EQ(readMetadata(folder.file(name)), std::nullopt);
+    EXPECT_FALSE(readRepresentationSizes(folder.file(name)));
+  }
+  ::close(socket);
+  EXPECT_THAT(readImage("/dev/zero").error(), HasSubstr("no ordinary file"));
+}
+
+TEST(RefusedFileTest, AFileWithoutPermissionIsRefused) {
+  const ScratchFolder folder;
+  writeFile(folder.file("mine"), pngOf(1, 1));
+  ::chmod(folder.file("mine").c_str(), 0);
+  if (::access(folder.file("mine").c_str(), R_OK) == 0) GTEST_SKIP() << "root reads everything";
+  EXPECT_THAT(readImage(folder.file("mine")).error(), HasSubstr("Permission denied"));
+}
+
+TEST(RefusedFileTest, ACamerasMosaicIsNotShownAsAPicture) {
+  const ScratchFolder folder;
+  // A mosaic at the top, and one below a thumbnail at the top.
+  std::string mosaic = tiffOf(40, 20);
+  const std::size_t photometric = mosaic.find(littleEndian(262, 2) + littleEndian(3, 2));
+  mosaic.replace(photometric + 8, 4, littleEndian(32803, 4));
+  writeFile(folder.file("mosaic.tif"), mosaic);
+
+  std::string nested = tiffOf(40, 20);
+  const std::size_t rows = nested.find(littleEndian(278, 2) + littleEndian(4, 2));
+  nested.replace(rows, 2, littleEndian(330, 2));
+  nested.replace(rows + 8, 4, littleEndian(nested.size(), 4));
+  nested += mosaic.substr(8, 2 + 9 * 12 + 4);
+  writeFile(folder.file("nested.tif"), nested);
+
+  writeFile(folder.file("head.cr2"),
+            std::string("II*\0\x10\0\0\0CR\x02\0", 12) + std::string(100, '\0'));
+  for (const char* name : {"mosaic.tif", "nested.tif", "head.cr2"}) {
+    const auto image = readImage(folder.file(name));
+    ASSERT_FALSE(image) << name;
+    EXPECT_EQ(image.error(), "camera RAW files are not supported yet");
+  }
+}
+
+}  // namespace
+}  // namespace velmara
