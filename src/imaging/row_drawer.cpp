@@ -6,7 +6,8 @@ namespace velmara {
 namespace {
 
 std::uint8_t rounded(float value) {
-  return static_cast<std::uint8_t>(std::clamp(value, 0.0F, 255.0F) + 0.5F);
+  const float upwards = std::clamp(value, 0.0F, 255.0F) + 0.5F;
+  return static_cast<std::uint8_t>(upwards);
 }
 
 std::size_t columnsReached(const AxisTaps& across) {

@@ -49,7 +49,7 @@ TEST(PicturePyramidTest, HalvesUntilItIsSmall) {
 }
 
 TEST(PicturePyramidTest, AlphaStaysOnlyWhereItLetsSomethingThrough) {
-  Samples samples(600 * 4, 255);
+  Samples samples(2400, 255);
   const PicturePyramid opaque(Bitmap::copyOf(samples, 600, 1, 4));
   EXPECT_EQ(opaque.picture().samplesPerPixel(), 3);
   EXPECT_GT(opaque.levelCount(), 1U);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstring>
 
 #include "preview/geometry_printing.h"
@@ -22,7 +23,7 @@ Bitmap painted(const std::vector<PictureTile>& tiles, const PixelRect& visible) 
   for (const PictureTile& tile : tiles) {
     const PixelRect seen = intersection(tile.rect, visible);
     for (int y = seen.y; y < seen.y + seen.height; ++y) {
-      std::memcpy(canvas->row(y - visible.y) + (seen.x - visible.x) * 4,
+      std::memcpy(canvas->row(y - visible.y) + std::ptrdiff_t{4} * (seen.x - visible.x),
                   tile.bitmap.pixel(seen.x - tile.rect.x, y - tile.rect.y),
                   static_cast<std::size_t>(seen.width) * 4);
     }
