@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -63,32 +64,18 @@ Content contentFor(const ImageMetadata& metadata, int orientation, int width, in
   return content;
 }
 
-/// Leaves out the largest entry; false if there is none worth leaving out.
-bool dropLargest(Content& content) {
-  constexpr long kWorthDropping = 512;
-  long largest = kWorthDropping;
-  const auto exif = [&] {
-    auto found = content.exif.end();
-    for (auto entry = content.exif.begin(); entry != content.exif.end(); ++entry) {
-      if (entry->size() <= largest) continue;
-      largest = entry->size();
-      found = entry;
-    }
-    return found;
-  }();
-  const auto xmp = [&] {
-    auto found = content.xmp.end();
-    for (auto entry = content.xmp.begin(); entry != content.xmp.end(); ++entry) {
-      if (entry->size() <= largest) continue;
-      largest = entry->size();
-      found = entry;
-    }
-    return found;
-  }();
-  if (xmp != content.xmp.end()) {
-    content.xmp.erase(xmp);
-    return true;
-  }
+constexpr long kWorthDropping = 512;
+
+template <typename Data>
+typename Data::iterator largestOf(Data& data) {
+  const auto found = std::max_element(
+      data.begin(), data.end(), [](const auto& a, const auto& b) { return a.size() < b.size(); });
+  return found != data.end() && found->size() > kWorthDropping ? found : data.end();
+}
+
+/// Leaves out the largest Exif entry; false if there is none worth leaving out.
+bool dropLargestExif(Content& content) {
+  const auto exif = largestOf(content.exif);
   if (exif == content.exif.end()) return false;
   const bool isMakerNote =
       exif->tagName() == "MakerNote" || Exiv2::ExifTags::isMakerGroup(exif->groupName());
@@ -99,6 +86,31 @@ bool dropLargest(Content& content) {
     });
   }
   return true;
+}
+
+/// Leaves out the largest entry of all; false if there is none worth leaving out.
+bool dropLargest(Content& content) {
+  const auto xmp = largestOf(content.xmp);
+  const auto exif = largestOf(content.exif);
+  const bool isXmpLarger =
+      xmp != content.xmp.end() && (exif == content.exif.end() || xmp->size() > exif->size());
+  if (!isXmpLarger) return dropLargestExif(content);
+  content.xmp.erase(xmp);
+  return true;
+}
+
+/// A JPEG's Exif is one segment of 64 KB. What is larger the library would thin out by itself,
+/// every large entry at once, so the largest go here, one by one, until the rest fits.
+void fitIntoSegment(Content& content) {
+  constexpr long kSegment = 65'000;
+  constexpr long kDirectoryEntry = 12;
+  const auto size = [&content] {
+    long total = 0;
+    for (const Exiv2::Exifdatum& entry : content.exif) total += entry.size() + kDirectoryEntry;
+    return total;
+  };
+  while (size() > kSegment && dropLargestExif(content)) {
+  }
 }
 
 Exiv2::Image::AutoPtr opened(const std::vector<std::uint8_t>& bytes) {
@@ -160,6 +172,7 @@ Result<std::vector<std::uint8_t>> withMetadata(std::vector<std::uint8_t> bytes, 
       const Exiv2::Image::AutoPtr image = opened(bytes);
       content = contentFor(metadata, orientation, image->pixelWidth(), image->pixelHeight());
     }
+    if (format == FileFormat::jpeg) fitIntoSegment(content);
     for (;;) {
       try {
         return written(bytes, format, content, carrier);

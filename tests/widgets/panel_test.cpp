@@ -94,7 +94,7 @@ TEST_F(PanelTest, SaveAlwaysEndsInAnAllowedExtension) {
   accept();
   begin(options);
   panel->cancel();
-  EXPECT_THAT(saved, ElementsAre(folder.file("other.doc.tiff"), folder.file("typed.JPEG"), ""));
+  EXPECT_THAT(saved, ElementsAre(folder.file("other.doc.tiff"), folder.file("typed.jpeg"), ""));
   panel->setAllowedFileTypes({"gif"});  // Nothing stands there any more.
   panel->cancel();
   EXPECT_EQ(saved.size(), 3U);
