@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # tidy_changed.sh BUILD: clang-tidy, as errors, on the sources changed since VELMARA_TIDY_BASE (by
-# default the last fifteen commits; everything where history is shorter).
+# default the last two commits; everything where history is shorter).
 set -euo pipefail
 
 cd "$(dirname "$0")/.."
 build=$1
-base=${VELMARA_TIDY_BASE:-HEAD~15}
+base=${VELMARA_TIDY_BASE:-HEAD~2}
 
 if git rev-parse --quiet --verify "$base^{commit}" >/dev/null; then
   mapfile -t changed < <(git diff --name-only --diff-filter=AMR "$base" -- 'src/*.cpp' 'tests/*.cpp')

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "engine/fast/fast_kernel.h"
+#include "engine/filter_geometry.h"
 #include "engine/reference_kernel.h"
 
 namespace velmara {
@@ -22,7 +23,9 @@ bool environmentAsksForReference() {
 
 std::unique_ptr<FilterKernel> makeKernel(KernelChoice choice, const FilterGeometry& geometry,
                                          FilterBuffers& buffers) try {
-  if (choice == KernelChoice::kFast && !environmentAsksForReference()) {
+  // Nothing is read for a picture without rows or of a kind that is not filtered: it has no source.
+  const bool hasWork = geometry.heightSrc > 0 && isFilterable(geometry);
+  if (hasWork && choice == KernelChoice::kFast && !environmentAsksForReference()) {
     if (auto kernel = makeFastKernel(geometry, buffers)) return kernel;
   }
   countReferencePixels(std::int64_t{geometry.widthSrc} * geometry.heightSrc);
