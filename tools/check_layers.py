@@ -12,19 +12,31 @@ import sys
 MAY_INCLUDE = {
     "base": set(),
     "platform": {"base"},
+    "services": {"base", "platform"},
     "imaging": {"base", "platform"},
     "engine": {"base"},
     "session": {"base", "platform", "imaging", "engine"},
     "widgets": {"base", "platform"},
     "preview": {"base", "platform", "imaging", "session", "widgets"},
     "cli": {"base", "platform", "imaging", "engine", "session"},
-    "app": {"base", "platform", "imaging", "engine", "session", "widgets", "preview", "cli"},
+    "app": {
+        "base",
+        "platform",
+        "services",
+        "imaging",
+        "engine",
+        "session",
+        "widgets",
+        "preview",
+        "cli",
+    },
 }
 # Libraries that a layer must not see at all.
 FORBIDDEN = {
     "base": ("<Q", "<vips", "<exiv2"),
     "engine": ("<Q", "<vips", "<exiv2"),
     "platform": ("<QtWidgets", "<QWidget", "<QApplication", "<vips", "<exiv2"),
+    "services": ("<QtWidgets", "<QWidget", "<QApplication", "<vips", "<exiv2"),
     "imaging": ("<QWidget", "<QApplication"),
     "session": ("<QWidget", "<QApplication", "<vips", "<exiv2"),
     "cli": ("<QWidget", "<QApplication", "<vips", "<exiv2"),

@@ -9,6 +9,8 @@ PACKAGES_RUN="
   libcli11-dev
   libexiv2-dev
   libhwy-dev
+  libmnl-dev
+  libpcre2-dev
   librsvg2-bin
   libvips-dev
   ninja-build
@@ -21,12 +23,14 @@ PACKAGES_RUN="
 PACKAGES_TEST="
   exiv2
   imagemagick
+  iproute2
   libbenchmark-dev
   libgmock-dev
   libgtest-dev
   libimage-exiftool-perl
   libtiff-tools
   libvips-tools
+  openssl
   python3
 "
 

@@ -1,0 +1,244 @@
+#include "services/rtnetlink.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <functional>
+#include <libmnl/libmnl.h>
+#include <linux/if.h>
+#include <linux/rtnetlink.h>
+#include <map>
+#include <memory>
+#include <sys/time.h>
+#include <utility>
+
+namespace velmara {
+namespace {
+
+using Visit = std::function<void(const nlmsghdr&)>;
+using Links = std::map<int, LinkState>;
+
+constexpr std::size_t kLargestAnswer = std::size_t{32} * 1024;  // of one message in a dump
+
+struct CloseSocket {
+  void operator()(mnl_socket* socket) const { mnl_socket_close(socket); }
+};
+
+// Asks one question over a socket of its own, so that no late answer to another can come between.
+// 0, or the error that the kernel or the socket gave.
+int ask(nlmsghdr& message, Visit visit) {
+  const std::unique_ptr<mnl_socket, CloseSocket> socket(
+      mnl_socket_open2(NETLINK_ROUTE, SOCK_CLOEXEC));
+  if (socket == nullptr) return errno;
+  // The kernel answers at once; this only keeps a fault from holding up the window.
+  const timeval longest{.tv_sec = 1, .tv_usec = 0};
+  ::setsockopt(mnl_socket_get_fd(socket.get()), SOL_SOCKET, SO_RCVTIMEO, &longest, sizeof(longest));
+  if (mnl_socket_bind(socket.get(), 0, MNL_SOCKET_AUTOPID) != 0) return errno;
+  constexpr unsigned kSequence = 1;
+  message.nlmsg_seq = kSequence;
+  if (mnl_socket_sendto(socket.get(), &message, message.nlmsg_len) < 0) return errno;
+
+  const auto eachMessage = [](const nlmsghdr* header, void* data) {
+    (*static_cast<Visit*>(data))(*header);
+    return MNL_CB_OK;
+  };
+  std::vector<char> buffer(kLargestAnswer);
+  const bool isDump = (message.nlmsg_flags & NLM_F_DUMP) == NLM_F_DUMP;
+  for (;;) {
+    const ssize_t count = mnl_socket_recvfrom(socket.get(), buffer.data(), buffer.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return errno;
+    const int next = mnl_cb_run(buffer.data(), static_cast<std::size_t>(count), kSequence,
+                                mnl_socket_get_portid(socket.get()), eachMessage, &visit);
+    if (next < 0) return errno;
+    if (next == MNL_CB_STOP || !isDump) return 0;
+  }
+}
+
+// One request under construction.
+struct Message {
+  alignas(nlmsghdr) std::array<char, 512> bytes{};
+  nlmsghdr* header = nullptr;
+
+  Message(unsigned short type, unsigned short flags) : header(mnl_nlmsg_put_header(bytes.data())) {
+    header->nlmsg_type = type;
+    header->nlmsg_flags = static_cast<unsigned short>(NLM_F_REQUEST | flags);
+  }
+  template <typename Header>
+  Header& payload() {
+    return *static_cast<Header*>(mnl_nlmsg_put_extra_header(header, sizeof(Header)));
+  }
+};
+
+using Attributes = std::map<int, const nlattr*>;
+
+int keepAttribute(const nlattr* attribute, void* attributes) {
+  (*static_cast<Attributes*>(attributes))[mnl_attr_get_type(attribute)] = attribute;
+  return MNL_CB_OK;
+}
+
+// The attributes of a message by their numbers.
+template <typename Header>
+Attributes attributesOf(const nlmsghdr& message) {
+  Attributes attributes;
+  mnl_attr_parse(&message, sizeof(Header), keepAttribute, &attributes);
+  return attributes;
+}
+
+// Those of one hop of a route over several ways.
+Attributes attributesOf(const rtnexthop& hop) {
+  Attributes attributes;
+  mnl_attr_parse_payload(RTNH_DATA(&hop), hop.rtnh_len - RTNH_LENGTH(0), keepAttribute,
+                         &attributes);
+  return attributes;
+}
+
+bool hasGateway(const Attributes& attributes) {
+  return attributes.count(RTA_GATEWAY) + attributes.count(RTA_VIA) > 0;
+}
+
+std::uint32_t numberIn(const Attributes& attributes, int type, std::uint32_t otherwise) {
+  const auto found = attributes.find(type);
+  if (found == attributes.end()) return otherwise;
+  if (mnl_attr_get_payload_len(found->second) < sizeof(std::uint32_t)) return otherwise;
+  return mnl_attr_get_u32(found->second);
+}
+
+LinkState stateOf(unsigned flags) {
+  if ((flags & IFF_UP) == 0) return LinkState::kDown;
+  if ((flags & IFF_RUNNING) != 0) return LinkState::kUp;
+  return (flags & IFF_DORMANT) != 0 ? LinkState::kDormant : LinkState::kDown;
+}
+
+// A dump that something changed during is not to be trusted; it is asked for again.
+std::optional<Links> interfaces() {
+  constexpr int kMostTries = 4;
+  for (int attempt = 0; attempt < kMostTries; ++attempt) {
+    Message message(RTM_GETLINK, NLM_F_DUMP);
+    message.payload<ifinfomsg>().ifi_family = AF_UNSPEC;
+    Links links;
+    const int error = ask(*message.header, [&](const nlmsghdr& answer) {
+      if (answer.nlmsg_type != RTM_NEWLINK) return;
+      const auto* link = static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&answer));
+      // The operational state says "dormant" even where the flags do not.
+      const std::uint32_t dormant = 5;  // IF_OPER_DORMANT of RFC 2863
+      const auto attributes = attributesOf<ifinfomsg>(answer);
+      const auto found = attributes.find(IFLA_OPERSTATE);
+      LinkState state = stateOf(link->ifi_flags);
+      if (state == LinkState::kDown && (link->ifi_flags & IFF_UP) != 0 &&
+          found != attributes.end() && mnl_attr_get_u8(found->second) == dormant) {
+        state = LinkState::kDormant;
+      }
+      links[link->ifi_index] = state;
+    });
+    if (error == 0) return links;
+    if (error != EINTR) return std::nullopt;
+  }
+  return std::nullopt;
+}
+
+LinkState stateOf(const Links& links, int index) {
+  const auto found = links.find(index);
+  return found != links.end() ? found->second : LinkState::kDown;
+}
+
+RouteFacts::Kind kindOf(unsigned char type) {
+  switch (type) {
+    case RTN_LOCAL:
+      return RouteFacts::Kind::kLocal;
+    case RTN_UNICAST:
+    case RTN_BROADCAST:
+    case RTN_ANYCAST:
+    case RTN_MULTICAST:
+      return RouteFacts::Kind::kRemote;
+    default:  // unreachable, blackhole, prohibit, throw
+      return RouteFacts::Kind::kNone;
+  }
+}
+
+// One route message; several facts for a route over several ways.
+std::vector<RouteFacts> factsOf(const nlmsghdr& answer, const Links& links) {
+  const auto* route = static_cast<const rtmsg*>(mnl_nlmsg_get_payload(&answer));
+  const auto attributes = attributesOf<rtmsg>(answer);
+  RouteFacts facts;
+  facts.kind = kindOf(route->rtm_type);
+  facts.metric = numberIn(attributes, RTA_PRIORITY, 0);
+  if (const auto ways = attributes.find(RTA_MULTIPATH); ways != attributes.end()) {
+    std::vector<RouteFacts> all;
+    const auto* hop = static_cast<const rtnexthop*>(mnl_attr_get_payload(ways->second));
+    int left = mnl_attr_get_payload_len(ways->second);
+    for (; RTNH_OK(hop, left); left -= NLMSG_ALIGN(hop->rtnh_len), hop = RTNH_NEXT(hop)) {
+      facts.link = stateOf(links, hop->rtnh_ifindex);
+      facts.hasGateway = hasGateway(attributesOf(*hop));
+      all.push_back(facts);
+    }
+    return all;
+  }
+  facts.hasGateway = hasGateway(attributes);
+  facts.link = stateOf(links, static_cast<int>(numberIn(attributes, RTA_OIF, 0)));
+  return {facts};
+}
+
+// Whether a dumped route is a default one of the kind that leads somewhere.
+bool isDefault(const nlmsghdr& answer) {
+  const auto* route = static_cast<const rtmsg*>(mnl_nlmsg_get_payload(&answer));
+  return answer.nlmsg_type == RTM_NEWROUTE && route->rtm_dst_len == 0 &&
+         route->rtm_type == RTN_UNICAST && (route->rtm_flags & (RTM_F_CLONED | RTNH_F_DEAD)) == 0;
+}
+
+}  // namespace
+
+std::optional<std::vector<RouteFacts>> defaultRoutes() {
+  const std::optional<Links> links = interfaces();
+  if (!links) return std::nullopt;
+  std::vector<RouteFacts> routes;
+  for (const int family : {AF_INET, AF_INET6}) {
+    Message message(RTM_GETROUTE, NLM_F_DUMP);
+    message.payload<rtmsg>().rtm_family = static_cast<unsigned char>(family);
+    const int error = ask(*message.header, [&](const nlmsghdr& answer) {
+      if (!isDefault(answer)) return;
+      const std::vector<RouteFacts> facts = factsOf(answer, *links);
+      routes.insert(routes.end(), facts.begin(), facts.end());
+    });
+    // A change during the dump announces itself by a message of its own, so what came is good
+    // enough. A kernel without one family has the other.
+    if (error != 0 && error != EINTR && error != EAFNOSUPPORT && error != EOPNOTSUPP) {
+      return std::nullopt;
+    }
+  }
+  return routes;
+}
+
+std::optional<RouteFacts> routeTo(const sockaddr_storage& address) {
+  const std::optional<Links> links = interfaces();
+  if (!links) return std::nullopt;
+  Message message(RTM_GETROUTE, 0);
+  auto& request = message.payload<rtmsg>();
+  request.rtm_family = static_cast<unsigned char>(address.ss_family);
+  if (address.ss_family == AF_INET) {
+    sockaddr_in target{};
+    std::memcpy(&target, &address, sizeof(target));
+    request.rtm_dst_len = 32;
+    mnl_attr_put(message.header, RTA_DST, sizeof(target.sin_addr), &target.sin_addr);
+  } else {
+    sockaddr_in6 target{};
+    std::memcpy(&target, &address, sizeof(target));
+    request.rtm_dst_len = 128;
+    mnl_attr_put(message.header, RTA_DST, sizeof(target.sin6_addr), &target.sin6_addr);
+    if (target.sin6_scope_id != 0) mnl_attr_put_u32(message.header, RTA_OIF, target.sin6_scope_id);
+  }
+  std::optional<RouteFacts> found;
+  const int error = ask(*message.header, [&](const nlmsghdr& answer) {
+    if (answer.nlmsg_type != RTM_NEWROUTE) return;
+    const std::vector<RouteFacts> facts = factsOf(answer, *links);
+    if (!facts.empty()) found = facts.front();
+  });
+  // The kernel says by an error that there is no route.
+  if (error == ENETUNREACH || error == EHOSTUNREACH || error == EACCES || error == EINVAL) {
+    return RouteFacts{};
+  }
+  return error == 0 ? found : std::nullopt;
+}
+
+}  // namespace velmara
