@@ -10,6 +10,7 @@
 
 #include <algorithm>
 
+#include "widgets/breakable_text.h"
 #include "widgets/image_provider.h"
 
 namespace velmara {
@@ -19,7 +20,7 @@ constexpr int kIconSize = 48;
 constexpr int kTextWidth = 360;
 
 QLabel* makeText(const std::string& text, const char* role, QWidget* parent) {
-  auto* label = new QLabel(QString::fromStdString(text), parent);
+  auto* label = new QLabel(breakableText(QString::fromStdString(text)), parent);
   label->setTextFormat(Qt::PlainText);  // File names come in here.
   label->setWordWrap(true);
   label->setMinimumWidth(kTextWidth);

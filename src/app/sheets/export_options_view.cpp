@@ -5,7 +5,16 @@
 #include <QLabel>
 #include <QSlider>
 
+#include "imaging/image_writer.h"
+
 namespace velmara {
+namespace {
+
+// What the writer of files uses when it is told nothing.
+constexpr int kWrittenQuality = EncodeOptions{}.quality;
+constexpr int kLongestSlider = 160;
+
+}  // namespace
 
 ExportOptionsView::ExportOptionsView(QWidget* parent)
     : QWidget(parent),
@@ -19,12 +28,19 @@ ExportOptionsView::ExportOptionsView(QWidget* parent)
   sliderExportQuality_->setObjectName(QStringLiteral("sliderExportQuality"));
   sliderExportQuality_->setAccessibleName(tr("Quality"));
   sliderExportQuality_->setRange(0, 100);
-  sliderExportQuality_->setValue(100);
+  sliderExportQuality_->setValue(kWrittenQuality);
+  sliderExportQuality_->setMaximumWidth(kLongestSlider);
 
   auto* quality = new QHBoxLayout(viewExportQuality_);
   quality->setContentsMargins(0, 0, 0, 0);
   quality->addWidget(new QLabel(tr("Quality:"), viewExportQuality_));
   quality->addWidget(sliderExportQuality_);
+  auto* note =
+      new QLabel(tr("JPEG is always written at %1, 4:4:4: visually lossless").arg(kWrittenQuality),
+                 viewExportQuality_);
+  note->setObjectName(QStringLiteral("lblQualityNote"));
+  note->setProperty("role", "dim");
+  quality->addWidget(note);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 4, 0, 4);
   layout->setSpacing(12);

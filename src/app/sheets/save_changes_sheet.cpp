@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "widgets/breakable_text.h"
 #include "widgets/desktop_alerts.h"
 
 namespace velmara {
@@ -47,7 +48,7 @@ SaveChangesSheet::SaveChangesSheet(QWidget* mainWindow)
 }
 
 void SaveChangesSheet::showSheet(const std::string& header) {
-  lblSaveChangeHeader_->setText(QString::fromStdString(header));
+  lblSaveChangeHeader_->setText(breakableText(QString::fromStdString(header)));
   adjustSize();
   placeOnWindow(*this, parentWidget(), true);
   show();
