@@ -48,7 +48,8 @@ class Run : public std::enable_shared_from_this<Run> {
         kernel_(kernel),
         buffers_(buffers),
         width_(geometry.widthSrc),
-        height_(geometry.heightSrc) {
+        height_(geometry.heightSrc),
+        filtersLeft_(kernel.mostTileFilters()) {
     for (int i = 0; i < kBands; ++i) {
       Band& band = bands_[static_cast<std::size_t>(i)];
       band.tiles.emplace(kernel, width_, rowsOfBand(height_, i, kBands));
@@ -73,9 +74,11 @@ class Run : public std::enable_shared_from_this<Run> {
     std::atomic<std::int64_t> left{0};
   };
 
-  // The band of this task first, then what is left of the others.
+  // The band of this task first, then what is left of the others. A task beyond the number of tile
+  // filters leaves its band to them.
   void work(std::size_t counter) {
     if (bands_[counter].tiles->count() == 0) completeBand();
+    if (filtersLeft_.fetch_sub(1) <= 0) return;
     std::unique_ptr<TileFilter> filter;
     for (std::size_t i = 0; i < kBands; ++i) {
       Band& band = bands_[(counter + i) % kBands];
@@ -118,6 +121,7 @@ class Run : public std::enable_shared_from_this<Run> {
   int width_;
   int height_;
   std::array<Band, kBands> bands_;
+  std::atomic<int> filtersLeft_;
   std::atomic<std::int64_t> pixelsDone_{0};
   std::atomic<bool> failed_{false};
   bool signalled_ = false;  // Only the checks use it, one after another.

@@ -45,6 +45,8 @@ class FilterKernel {
   /// How wide and how tall a tile is that suits the kernel.
   virtual int tileWidth() const = 0;
   virtual int tileHeight() const = 0;
+  /// How many tile filters there may be at a time, which keeps a request's memory within bounds.
+  virtual int mostTileFilters() const { return 64; }
   /// Null if the memory is not to be had.
   virtual std::unique_ptr<TileFilter> makeTileFilter() const = 0;
 };

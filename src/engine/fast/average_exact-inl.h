@@ -73,7 +73,7 @@ void averageExactly(const FastPlan& plan, const AverageRow<kChannels>& row,
     HWY_ALIGN std::int32_t truncated[FastScratch::kMostLanes];
     hn::StoreU(hn::DemoteTo(di, sums[c]), di, truncated);
     for (std::size_t lane = 0; lane < lanes; ++lane) {
-      row.output[c][i + static_cast<std::ptrdiff_t>(lane)] =
+      row.output[kChannels * (i + static_cast<std::ptrdiff_t>(lane)) + c] =
           static_cast<std::uint8_t>(truncated[lane]);
     }
   }

@@ -24,15 +24,29 @@ template <int kChannels>
 struct AverageRow {
   const float* const* weights;
   const float* samples[32][kChannels];
-  std::uint8_t* output[kChannels];
+  std::uint8_t* output;  ///< Interleaved, with slack.
 };
 
 /// Sums of weights and of weighted samples for a vector of pixels.
-template <class V, int kChannels>
+template <class DF, int kChannels>
 struct Sums {
+  using V = hn::Vec<DF>;
   V weight;
   V sample[kChannels];
 
+  /// The first candidate, whose samples are at `samples`.
+  HWY_INLINE void start(V w, const float* const* samples, std::ptrdiff_t offset) {
+    weight = w;
+    for (int c = 0; c < kChannels; ++c) {
+      sample[c] = hn::Mul(w, hn::LoadU(DF(), samples[c] + offset));
+    }
+  }
+  HWY_INLINE void add(V w, const float* const* samples, std::ptrdiff_t offset) {
+    weight = hn::Add(weight, w);
+    for (int c = 0; c < kChannels; ++c) {
+      sample[c] = hn::MulAdd(w, hn::LoadU(DF(), samples[c] + offset), sample[c]);
+    }
+  }
   HWY_INLINE void add(const Sums& other) {
     weight = hn::Add(weight, other.weight);
     for (int c = 0; c < kChannels; ++c) sample[c] = hn::Add(sample[c], other.sample[c]);
@@ -44,56 +58,84 @@ struct Sums {
 /// only.
 template <int kChannels, int kS, int kVectors, class DF>
 HWY_INLINE void sumCandidates(DF df, const AverageRow<kChannels>& row, int s, std::ptrdiff_t i,
-                              Sums<hn::Vec<DF>, kChannels>* totals) {
-  using RowSums = Sums<hn::Vec<DF>, kChannels>;
+                              Sums<DF, kChannels>* totals) {
   const int side = kS > 0 ? kS : s;
   const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(df));
-  RowSums zero;
-  zero.weight = hn::Zero(df);
-  for (int c = 0; c < kChannels; ++c) zero.sample[c] = hn::Zero(df);
-  for (int v = 0; v < kVectors; ++v) totals[v] = zero;
-
   const float* const* weights = row.weights;
+  // Left to itself the compiler unrolls small windows whole and runs out of registers.
+#pragma GCC unroll 1
   for (int l = 0; l < side; ++l) {
     const float* samples[kChannels];
     for (int c = 0; c < kChannels; ++c) samples[c] = row.samples[l][c] + i;
-    RowSums sums[kVectors];
-    for (int v = 0; v < kVectors; ++v) sums[v] = zero;
-    for (int k = 0; k < side; ++k) {
+    Sums<DF, kChannels> sums[kVectors];
+    const float* first = *weights++ + i;
+    for (int v = 0; v < kVectors; ++v) {
+      sums[v].start(hn::LoadU(df, first + v * lanes), samples, v * lanes);
+    }
+#pragma GCC unroll 16
+    for (int k = 1; k < side; ++k) {
       const float* weight = *weights++ + i;
       for (int v = 0; v < kVectors; ++v) {
-        const auto w = hn::LoadU(df, weight + v * lanes);
-        sums[v].weight = hn::Add(sums[v].weight, w);
-        for (int c = 0; c < kChannels; ++c) {
-          sums[v].sample[c] =
-              hn::MulAdd(w, hn::LoadU(df, samples[c] + k + v * lanes), sums[v].sample[c]);
-        }
+        sums[v].add(hn::LoadU(df, weight + v * lanes), samples, k + v * lanes);
       }
     }
-    for (int v = 0; v < kVectors; ++v) totals[v].add(sums[v]);
+    for (int v = 0; v < kVectors; ++v) {
+      if (l == 0) {
+        totals[v] = sums[v];
+      } else {
+        totals[v].add(sums[v]);
+      }
+    }
+  }
+}
+
+/// Stores the low kBytes bytes of each lane one after another, and writes up to 16 bytes beyond.
+template <int kBytes, class D32>
+HWY_INLINE void storeLowBytes(D32 d32, hn::Vec<D32> values, std::uint8_t* out) {
+  if constexpr (kBytes == 1) {
+    const hn::Rebind<std::uint8_t, D32> d8;
+    hn::StoreU(hn::TruncateTo(d8, values), d8, out);
+  } else if constexpr (hn::MaxLanes(D32()) > 4) {
+    const hn::Half<D32> half;
+    storeLowBytes<kBytes>(half, hn::LowerHalf(values), out);
+    storeLowBytes<kBytes>(half, hn::UpperHalf(half, values), out + kBytes * hn::Lanes(half));
+  } else {
+    HWY_ALIGN static constexpr std::uint8_t kOrder[16] = {0,  1,  2,  4,  5,    6,    8,    9,
+                                                          10, 12, 13, 14, 0x80, 0x80, 0x80, 0x80};
+    const hn::Repartition<std::uint8_t, D32> d8;
+    const auto order = hn::Load(d8, kOrder);
+    hn::StoreU(hn::TableLookupBytesOr0(hn::BitCast(d8, values), order), d8, out);
   }
 }
 
 /// Writes the truncated means of a vector of pixels from pixel i on and says which of them are
-/// undecided: nearer to an integer than `margin` to the middle allows. A pixel whose only weight is
-/// its own 1 is exact.
+/// undecided.
+///
+/// A mean m in single precision is known to within `bound`. m - 1/2 + bound, rounded to the nearest
+/// integer n, leaves a rest in [-1/2, 1/2]. If the rest is above -1/2 + 2 bound (`margin`), then n
+/// + bound < m and, the rest being at most 1/2, m <= n + 1 - bound: the mean truncates to n. A
+/// pixel whose only weight is its own 1 is exact: its mean is an integer, so n, whatever the rest.
 template <int kChannels, class DF>
-HWY_INLINE hn::Mask<DF> writeMeans(DF df, const Sums<hn::Vec<DF>, kChannels>& sums, float margin,
-                                   const AverageRow<kChannels>& row, std::ptrdiff_t i) {
-  const hn::RebindToSigned<DF> di;
-  const hn::Rebind<std::uint8_t, DF> d8;
+HWY_INLINE hn::Mask<DF> writeMeans(DF df, const Sums<DF, kChannels>& sums, float bound,
+                                   float margin, const AverageRow<kChannels>& row,
+                                   std::ptrdiff_t i) {
+  const hn::RebindToUnsigned<DF> du;
   const auto one = hn::Set(df, 1.0F);
-  const auto half = hn::Set(df, 0.5F);
+  const auto offset = hn::Set(df, 127.5F + bound);
+  const auto rounder = hn::Set(df, 12582912.0F);  // 1.5 * 2^23: the sum's low bits are n.
   const auto reciprocal = hn::Div(one, sums.weight);
-  auto farthest = hn::Zero(df);
-  for (int c = 0; c < kChannels; ++c) {
-    const auto mean = hn::Add(hn::Mul(sums.sample[c], reciprocal), hn::Set(df, 128.0F));
-    const auto floor = hn::Floor(mean);
-    farthest = hn::Max(farthest, hn::Abs(hn::Sub(hn::Sub(mean, floor), half)));
-    hn::StoreU(hn::DemoteTo(d8, hn::ConvertTo(di, floor)), d8, row.output[c] + i);
+  auto least = one;
+  auto pixels = hn::Zero(du);
+  for (int c = kChannels - 1; c >= 0; --c) {
+    const auto mean = hn::MulAdd(sums.sample[c], reciprocal, offset);
+    const auto rounded = hn::Add(mean, rounder);
+    least = hn::Min(least, hn::Sub(mean, hn::Sub(rounded, rounder)));
+    // The rounder's own bits add up to a number that is taken off at the end.
+    pixels = hn::Add(hn::ShiftLeft<8>(pixels), hn::BitCast(du, rounded));
   }
-  const auto near = hn::Gt(farthest, hn::Set(df, margin));
-  return hn::And(near, hn::Ne(sums.weight, one));
+  if constexpr (kChannels == 3) pixels = hn::Sub(pixels, hn::Set(du, 0x8B400000U));
+  storeLowBytes<kChannels>(du, pixels, row.output + kChannels * i);
+  return hn::And(hn::Le(least, hn::Set(df, margin)), hn::Ne(sums.weight, one));
 }
 
 }  // namespace HWY_NAMESPACE

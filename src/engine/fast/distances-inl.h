@@ -7,6 +7,8 @@
 
 #include <hwy/highway.h>
 
+#include <array>
+
 #include "engine/fast/fast_scratch.h"
 #include "engine/fast/weights-inl.h"
 
@@ -22,6 +24,10 @@ namespace velmara {
 namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
+
+/// Rows of the padded source, one pointer a channel, at the column of the tile's first candidate.
+template <int kChannels>
+using SampleRows = const std::int16_t* [kChannels];
 
 /// A row of the reference patches and the row of the candidate patches it is compared with.
 template <int kChannels>
@@ -65,42 +71,45 @@ HWY_INLINE hn::Vec<D> pixelSquares(D d, const RowPair<kChannels>& rows, std::ptr
   return sum;
 }
 
-/// The sums over all rows of the patches, each row's squares computed here.
+/// The sums over all `count` rows of the patches, each row's squares computed here.
 template <class Distance, int kChannels>
-void sumColumns(const RowPair<kChannels>* rows, int count, std::ptrdiff_t begin, std::ptrdiff_t end,
-                Distance* sums) {
+HWY_INLINE void sumColumns(const RowPair<kChannels>* rows, int count, std::ptrdiff_t length,
+                           Distance* sums) {
   const hn::ScalableTag<Distance> d;
   const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
-  for (std::ptrdiff_t i = begin; i < end; i += lanes) {
+  for (std::ptrdiff_t i = 0; i < length; i += lanes) {
     auto sum = hn::Zero(d);
     for (int n = 0; n < count; ++n) sum = addDistances(d, sum, pixelSquares(d, rows[n], i));
-    hn::StoreU(sum, d, sums + i);
+    hn::Store(sum, d, sums + i);
   }
 }
 
 /// Squares of one row, to be kept.
 template <class Distance, int kChannels>
-void keepSquares(const RowPair<kChannels>& rows, std::ptrdiff_t begin, std::ptrdiff_t end,
-                 Distance* squares) {
+HWY_INLINE void keepSquares(const RowPair<kChannels> rows, std::ptrdiff_t length,
+                            Distance* squares) {
   const hn::ScalableTag<Distance> d;
   const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
-  for (std::ptrdiff_t i = begin; i < end; i += lanes) {
-    hn::StoreU(pixelSquares(d, rows, i), d, squares + i);
+  for (std::ptrdiff_t i = 0; i < length; i += lanes) {
+    hn::Store(pixelSquares(d, rows, i), d, squares + i);
   }
 }
 
-/// Squares of the newest row, to be kept, and the sums of them and the kOlder rows before.
+/// Squares of the newest row, to be kept, and the sums of them and the kOlder rows before. What the
+/// loop uses comes by value: vector stores may alias any memory, so it would be loaded each time.
 template <class Distance, int kChannels, int kOlder>
-void keepSquaresAndSumColumns(const RowPair<kChannels>& rows, const Distance* const* older,
-                              std::ptrdiff_t begin, std::ptrdiff_t end, Distance* squares,
-                              Distance* sums) {
+HWY_INLINE void keepSquaresAndSumColumns(const RowPair<kChannels> rows,
+                                         const std::array<const Distance*, kOlder> older,
+                                         std::ptrdiff_t length, Distance* squares, Distance* sums) {
   const hn::ScalableTag<Distance> d;
   const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
-  for (std::ptrdiff_t i = begin; i < end; i += lanes) {
+  for (std::ptrdiff_t i = 0; i < length; i += lanes) {
     auto sum = pixelSquares(d, rows, i);
-    hn::StoreU(sum, d, squares + i);
-    for (int n = 0; n < kOlder; ++n) sum = addDistances(d, sum, hn::LoadU(d, older[n] + i));
-    hn::StoreU(sum, d, sums + i);
+    hn::Store(sum, d, squares + i);
+    for (int n = 0; n < kOlder; ++n) {
+      sum = addDistances(d, sum, hn::Load(d, older[static_cast<std::size_t>(n)] + i));
+    }
+    hn::Store(sum, d, sums + i);
   }
 }
 
@@ -109,7 +118,7 @@ void keepSquaresAndSumColumns(const RowPair<kChannels>& rows, const Distance* co
 template <int kT, class D>
 HWY_INLINE hn::Vec<D> sumOfColumns(D d, const hn::TFromD<D>* columns, int t) {
   if constexpr (kT > 0) {
-    auto sum = hn::LoadU(d, columns);
+    auto sum = hn::Load(d, columns);
     for (int m = 1; m < kT; ++m) sum = addDistances(d, sum, hn::LoadU(d, columns + m));
     return sum;
   } else {
@@ -119,171 +128,148 @@ HWY_INLINE hn::Vec<D> sumOfColumns(D d, const hn::TFromD<D>* columns, int t) {
   }
 }
 
-/// Distance indices and weights from 16-bit column sums.
+/// Makes distance indices and weights from 16-bit column sums.
 template <int kT>
-void storeWeights(const FastPlan& plan, const std::uint16_t* columns, std::ptrdiff_t begin,
-                  std::ptrdiff_t end, std::uint16_t* indices, float* weights) {
-  const hn::ScalableTag<std::uint16_t> d;
-  const hn::ScalableTag<float> df;
-  const hn::RebindToSigned<decltype(df)> di;
-  const WeightVectors<hn::ScalableTag<float>> weightOf(plan.weight);
-  const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
-  const auto increment = hn::Set(d, plan.divider.increment);
-  const auto multiplier = hn::Set(d, plan.divider.multiplier);
-  const int shift = plan.divider.shift;
-  for (std::ptrdiff_t i = begin; i < end; i += lanes) {
-    auto index = sumOfColumns<kT>(d, columns + i, plan.t);
-    if constexpr (kT != 1) {
-      index = hn::MulHigh(hn::SaturatedAdd(index, increment), multiplier);
-      index = hn::ShiftRightSame(index, shift);
-    }
-    hn::StoreU(index, d, indices + i);
-    const auto lower = hn::PromoteTo(di, hn::LowerHalf(index));
-    const auto upper = hn::PromoteTo(di, hn::UpperHalf(hn::Half<decltype(d)>(), index));
-    hn::StoreU(weightOf(hn::ConvertTo(df, lower)), df, weights + i);
-    hn::StoreU(weightOf(hn::ConvertTo(df, upper)), df, weights + i + lanes / 2);
-  }
-}
-
-/// Distance indices and weights from 32-bit column sums: the product is the very one that defines
-/// the index.
-template <int kT>
-void storeWeights(const FastPlan& plan, const std::uint32_t* columns, std::ptrdiff_t begin,
-                  std::ptrdiff_t end, std::uint32_t* indices, float* weights) {
-  const hn::ScalableTag<std::uint32_t> d;
-  const hn::ScalableTag<float> df;
-  const hn::ScalableTag<double> dd;
-  const hn::RebindToSigned<decltype(df)> di;
-  const hn::Half<decltype(di)> half;
-  const WeightVectors<hn::ScalableTag<float>> weightOf(plan.weight);
-  const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
-  const auto tdiv = hn::Set(dd, plan.tdiv);
-  const auto product = [&](auto distances) HWY_ATTR {
-    return hn::DemoteTo(half, hn::Mul(hn::PromoteTo(dd, distances), tdiv));
-  };
-  for (std::ptrdiff_t i = begin; i < end; i += lanes) {
-    const auto sum = hn::BitCast(di, sumOfColumns<kT>(d, columns + i, plan.t));
-    const auto index =
-        hn::Combine(di, product(hn::UpperHalf(half, sum)), product(hn::LowerHalf(sum)));
-    hn::StoreU(hn::BitCast(d, index), d, indices + i);
-    hn::StoreU(weightOf(hn::ConvertTo(df, index)), df, weights + i);
-  }
-}
-
-template <class Distance>
-void storeWeightsFor(const FastPlan& plan, const Distance* columns, std::ptrdiff_t begin,
-                     std::ptrdiff_t end, Distance* indices, float* weights) {
-  switch (plan.t) {
-    case 1:
-      storeWeights<1>(plan, columns, begin, end, indices, weights);
-      break;
-    case 2:
-      storeWeights<2>(plan, columns, begin, end, indices, weights);
-      break;
-    case 3:
-      storeWeights<3>(plan, columns, begin, end, indices, weights);
-      break;
-    case 4:
-      storeWeights<4>(plan, columns, begin, end, indices, weights);
-      break;
-    case 5:
-      storeWeights<5>(plan, columns, begin, end, indices, weights);
-      break;
-    default:
-      storeWeights<0>(plan, columns, begin, end, indices, weights);
-      break;
-  }
-}
-
-/// The distances of one shift for row y of the output, by rows of a tile. Pointers into rows of
-/// distances are those of the tile's first pixel.
-template <class Distance, int kChannels>
-class ShiftDistances {
+class NarrowWeights {
  public:
-  ShiftDistances(const FastPlan& plan, FastScratch& scratch, std::size_t index, int width)
-      : plan_(plan),
-        scratch_(scratch),
-        index_(index),
-        shift_(plan.shifts[index]),
-        begin_(shift_.begin()),
-        end_(shift_.end(width)),
-        columnEnd_(end_ + std::max(plan.t - 1, 0)) {}
+  using Distance = std::uint16_t;
 
-  /// Rows above the first one have to be known before it.
-  void begin(std::int64_t y) {
-    if (!plan_.keepsSquares) return;
-    for (int n = 0; n + 1 < plan_.t; ++n) {
-      keepSquares<Distance, kChannels>(rowsOf(y, n), begin_, columnEnd_, squaresOf(y + n));
-    }
-  }
+  explicit NarrowWeights(const FastPlan& plan)
+      : weightOf_(plan.weight),
+        increment_(hn::Set(D(), plan.divider.increment)),
+        multiplier_(hn::Set(D(), plan.divider.multiplier)),
+        shift_(plan.divider.shift),
+        t_(plan.t) {}
 
-  void compute(std::int64_t y, Distance* indices, float* weights) {
-    Distance* columns = scratch_.columnSums<Distance>() + plan_.sr;
-    if (plan_.keepsSquares) {
-      keepNewest(y, columns);
-    } else {
-      RowPair<kChannels> rows[32];
-      for (int n = 0; n < plan_.t; ++n) rows[n] = rowsOf(y, n);
-      sumColumns<Distance, kChannels>(rows, plan_.t, begin_, columnEnd_, columns);
+  HWY_INLINE void store(const Distance* columns, std::ptrdiff_t length, Distance* indices,
+                        float* weights) const {
+    const D d;
+    const hn::ScalableTag<float> df;
+    const hn::RebindToSigned<decltype(df)> di;
+    const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
+    for (std::ptrdiff_t i = 0; i < length; i += lanes) {
+      auto index = sumOfColumns<kT>(d, columns + i, t_);
+      if constexpr (kT != 1) {
+        index = hn::MulHigh(hn::SaturatedAdd(index, increment_), multiplier_);
+        index = hn::ShiftRightSame(index, shift_);
+      }
+      hn::Store(index, d, indices + i);
+      const auto lower = hn::PromoteTo(di, hn::LowerHalf(index));
+      const auto upper = hn::PromoteTo(di, hn::UpperHalf(hn::Half<D>(), index));
+      hn::Store(weightOf_(hn::ConvertTo(df, lower)), df, weights + i);
+      hn::Store(weightOf_(hn::ConvertTo(df, upper)), df, weights + i + lanes / 2);
     }
-    storeWeightsFor(plan_, columns, begin_, end_, indices, weights);
   }
 
  private:
-  void keepNewest(std::int64_t y, Distance* columns) {
-    const int older = plan_.t - 1;
-    const Distance* olderRows[8];
-    for (int n = 0; n < older; ++n) olderRows[n] = squaresOf(y + n);
-    const RowPair<kChannels> rows = rowsOf(y, older);
-    Distance* squares = squaresOf(y + older);
-    const auto keep = [&](auto count) {
-      keepSquaresAndSumColumns<Distance, kChannels, decltype(count)::value>(
-          rows, olderRows, begin_, columnEnd_, squares, columns);
-    };
-    switch (older) {
-      case 1:
-        keep(std::integral_constant<int, 1>());
-        break;
-      case 2:
-        keep(std::integral_constant<int, 2>());
-        break;
-      case 3:
-        keep(std::integral_constant<int, 3>());
-        break;
-      case 4:
-        keep(std::integral_constant<int, 4>());
-        break;
-      default:
-        keep(std::integral_constant<int, 5>());
-        break;
-    }
-  }
+  using D = hn::ScalableTag<Distance>;
 
-  // Row n of the patches of output row y.
-  RowPair<kChannels> rowsOf(std::int64_t y, int n) const {
-    RowPair<kChannels> rows;
-    const std::int64_t row = y + plan_.sr + n;
-    const std::ptrdiff_t column =
-        std::ptrdiff_t{plan_.margin} + plan_.sr - std::ptrdiff_t{plan_.patchSlip} * n;
-    for (int c = 0; c < kChannels; ++c) {
-      rows.reference[c] = scratch_.samples(row, c) + column;
-      rows.candidate[c] = scratch_.samples(row + shift_.dy, c) + column + shift_.dx;
-    }
-    return rows;
-  }
-  Distance* squaresOf(std::int64_t row) const {
-    // Rows above the picture count as well, so that the remainder is never negative.
-    return scratch_.squares<Distance>(index_, row + plan_.s) + plan_.sr;
-  }
-
-  const FastPlan& plan_;
-  FastScratch& scratch_;
-  std::size_t index_;
-  const SearchShift& shift_;
-  std::ptrdiff_t begin_;
-  std::ptrdiff_t end_;
-  std::ptrdiff_t columnEnd_;
+  WeightVectors<hn::ScalableTag<float>> weightOf_;
+  hn::Vec<D> increment_, multiplier_;
+  int shift_;
+  int t_;
 };
+
+/// Makes distance indices and weights from 32-bit column sums: the product is the very one that
+/// defines the index.
+template <int kT>
+class WideWeights {
+ public:
+  using Distance = std::uint32_t;
+
+  explicit WideWeights(const FastPlan& plan)
+      : weightOf_(plan.weight), tdiv_(hn::Set(DD(), plan.tdiv)), t_(plan.t) {}
+
+  HWY_INLINE void store(const Distance* columns, std::ptrdiff_t length, Distance* indices,
+                        float* weights) const {
+    const D d;
+    const hn::ScalableTag<float> df;
+    const DI di;
+    const hn::Half<DI> half;
+    const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
+    for (std::ptrdiff_t i = 0; i < length; i += lanes) {
+      const auto sum = hn::BitCast(di, sumOfColumns<kT>(d, columns + i, t_));
+      const auto index = hn::Combine(di, truncatedProduct(hn::UpperHalf(half, sum)),
+                                     truncatedProduct(hn::LowerHalf(sum)));
+      hn::Store(hn::BitCast(d, index), d, indices + i);
+      hn::Store(weightOf_(hn::ConvertTo(df, index)), df, weights + i);
+    }
+  }
+
+ private:
+  using D = hn::ScalableTag<Distance>;
+  using DI = hn::RebindToSigned<D>;
+  using DD = hn::ScalableTag<double>;
+
+  HWY_INLINE hn::Vec<hn::Half<DI>> truncatedProduct(hn::Vec<hn::Half<DI>> distances) const {
+    return hn::DemoteTo(hn::Half<DI>(), hn::Mul(hn::PromoteTo(DD(), distances), tdiv_));
+  }
+
+  WeightVectors<hn::ScalableTag<float>> weightOf_;
+  hn::Vec<DD> tdiv_;
+  int t_;
+};
+
+/// Where the distances of one shift come from and go to, for one row of a tile.
+template <class Distance, int kChannels>
+struct ShiftRow {
+  /// Rows of the source from the first row of the reference patches on, and `dy` further on.
+  const SampleRows<kChannels>* reference;
+  const SampleRows<kChannels>* candidate;
+  std::ptrdiff_t column;         ///< Of the first reference patch.
+  std::ptrdiff_t dx;             ///< From there to its candidate.
+  std::ptrdiff_t slip;           ///< Columns a patch's row slips to the left of the one above.
+  std::ptrdiff_t length;         ///< Distances to compute.
+  Distance* const* squares;      ///< The kept rows of squares of patch rows 0 to t - 1.
+  std::ptrdiff_t squaresOffset;  ///< From there to those of this shift.
+  Distance* columns;
+
+  RowPair<kChannels> rows(int n) const {
+    RowPair<kChannels> pair;
+    const std::ptrdiff_t first = column - slip * n;
+    for (int c = 0; c < kChannels; ++c) {
+      pair.reference[c] = reference[n][c] + first;
+      pair.candidate[c] = candidate[n][c] + first + dx;
+    }
+    return pair;
+  }
+  Distance* keptSquares(int n) const { return squares[n] + squaresOffset; }
+};
+
+/// The squares of the rows above the newest, which have to be known before the first row.
+template <class Distance, int kChannels>
+void beginShift(const ShiftRow<Distance, kChannels>& row, int t) {
+  for (int n = 0; n + 1 < t; ++n) {
+    keepSquares<Distance, kChannels>(row.rows(n), row.length + t - 1, row.keptSquares(n));
+  }
+}
+
+/// The column sums of a shift's patches, with squares that are kept or without. kT is t, or 0.
+template <class Distance, int kChannels, int kT>
+HWY_INLINE void sumShiftColumns(const ShiftRow<Distance, kChannels>& row, int t, bool keeps) {
+  const std::ptrdiff_t length = row.length + (t > 0 ? t - 1 : 0);
+  if constexpr (kT >= 2 && kChannels == 3) {
+    std::array<const Distance*, kT - 1> older;
+    for (int n = 0; n + 1 < kT; ++n) older[static_cast<std::size_t>(n)] = row.keptSquares(n);
+    keepSquaresAndSumColumns<Distance, kChannels, kT - 1>(row.rows(kT - 1), older, length,
+                                                          row.keptSquares(kT - 1), row.columns);
+    return;
+  }
+  if (keeps) {
+    const hn::ScalableTag<Distance> d;
+    const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
+    keepSquares<Distance, kChannels>(row.rows(t - 1), length, row.keptSquares(t - 1));
+    for (std::ptrdiff_t i = 0; i < length; i += lanes) {
+      auto sum = hn::Zero(d);
+      for (int n = 0; n < t; ++n) sum = addDistances(d, sum, hn::Load(d, row.keptSquares(n) + i));
+      hn::Store(sum, d, row.columns + i);
+    }
+    return;
+  }
+  RowPair<kChannels> rows[32];
+  for (int n = 0; n < t; ++n) rows[n] = row.rows(n);
+  sumColumns<Distance, kChannels>(rows, t, length, row.columns);
+}
 
 }  // namespace HWY_NAMESPACE
 }  // namespace velmara

@@ -1,7 +1,9 @@
 #include "engine/fast/fast_kernel.h"
 
+#include <algorithm>
 #include <atomic>
-#include <limits>
+#include <new>
+#include <optional>
 #include <utility>
 
 #include "engine/fast/decision_bound.h"
@@ -36,6 +38,10 @@ class FastKernel final : public FilterKernel {
 
   int tileWidth() const override { return plan_->tileWidth; }
   int tileHeight() const override { return plan_->tileHeight; }
+  int mostTileFilters() const override {
+    constexpr std::size_t kMostBytes = 28U << 20U;
+    return static_cast<int>(std::max<std::size_t>(kMostBytes / FastScratch::bytesFor(*plan_), 1));
+  }
   std::unique_ptr<TileFilter> makeTileFilter() const override try {
     auto scratch = FastScratch::allocate(*plan_);
     if (scratch == nullptr) return nullptr;
@@ -71,7 +77,7 @@ std::unique_ptr<FilterKernel> makeUndecidedKernel(const FilterGeometry& geometry
                                                   FilterBuffers& buffers) {
   auto plan = boundedPlan(geometry, buffers);
   if (!plan) return nullptr;
-  plan->bound = 1.0F;
+  plan->decides = false;
   return std::make_unique<FastKernel>(std::move(*plan));
 }
 

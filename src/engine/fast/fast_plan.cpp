@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "engine/weighted_average.h"
+
 namespace velmara {
 namespace {
 
@@ -62,12 +64,25 @@ void planShifts(FastPlan& plan) {
   }
 }
 
-// Tiles are as wide as keeps their rows near the processor, and so that the rows of distances,
-// up to sr wider, fill whole vectors.
+// Tiles are as wide as keeps their rows of weights in a processor's second cache, and so that the
+// rows of column sums, up to sr + t - 1 longer, fill whole vectors. There are enough tiles for
+// several processors to end together.
 void planTiles(FastPlan& plan) {
-  const int vectors = plan.s <= 16 ? 128 : 64;
-  plan.tileWidth = std::min(plan.geometry.widthSrc, vectors - (plan.s - 1) / 2);
-  plan.tileHeight = 256;
+  constexpr std::size_t kCacheBytes = 640 * 1024;
+  constexpr std::size_t kLongestVector = 32;
+  constexpr std::int64_t kFewestTiles = 64;
+  const std::size_t elementBytes =
+      sizeof(float) + (plan.narrow ? sizeof(std::uint16_t) : sizeof(std::uint32_t));
+  const std::size_t columns =
+      std::clamp<std::size_t>(
+          kCacheBytes / std::max<std::size_t>(plan.weightRows * elementBytes, 1), 96, 256) /
+      kLongestVector * kLongestVector;
+  const FilterGeometry& g = plan.geometry;
+  plan.tileWidth =
+      std::min(g.widthSrc, static_cast<int>(columns) - (plan.s - 1) / 2 - std::max(plan.t - 1, 0));
+  const std::int64_t pixels = std::int64_t{g.widthSrc} * g.heightSrc;
+  plan.tileHeight =
+      static_cast<int>(std::clamp<std::int64_t>(pixels / (plan.tileWidth * kFewestTiles), 32, 256));
   plan.margin = plan.channels == 1 ? std::max(plan.patchSlip * std::max(plan.t - 1, 0),
                                               plan.averageSlip * (plan.s - 1))
                                    : 0;
@@ -75,7 +90,7 @@ void planTiles(FastPlan& plan) {
   const auto reach = static_cast<std::size_t>(plan.sr);
   plan.sourceColumns = static_cast<std::size_t>(plan.margin) + width + 2 * reach +
                        static_cast<std::size_t>(plan.t) + kRowSlack;
-  plan.distanceColumns = width + 2 * reach + static_cast<std::size_t>(plan.t) + kRowSlack;
+  plan.distanceColumns = width + reach + static_cast<std::size_t>(plan.t) + kRowSlack;
   plan.sourceRows = 2 * plan.sr + std::max(plan.t, 1) + 1;
 }
 
@@ -88,6 +103,19 @@ bool agrees(const IndexDivider& divider, const IndexOf& indexOf, std::int64_t cu
     if (wanted < cutOff ? index != wanted : index < cutOff) return false;
   }
   return true;
+}
+
+// As the reference adds them up.
+void fillFlatMeans(FastPlan& plan) {
+  double total = 0.0;
+  for (std::int64_t i = 0; i < plan.geometry.D; ++i) total += plan.table[0];
+  const double weight = plan.table[0] * (1.0 / total);
+  for (std::size_t sample = 0; sample < plan.flatMeans.size(); ++sample) {
+    const double product = static_cast<double>(sample) * weight;
+    double sum = 0.0;
+    for (std::int64_t i = 0; i < plan.geometry.D; ++i) sum += product;
+    plan.flatMeans[sample] = truncatedSample(sum);
+  }
 }
 
 }  // namespace
@@ -140,11 +168,12 @@ std::optional<FastPlan> makeFastPlan(const FilterGeometry& geometry, FilterBuffe
   const auto divider = exactDivider(plan.t, buffers.weightTable.cutOff);
   plan.narrow = divider.has_value();
   if (plan.narrow) plan.divider = *divider;
-  constexpr int kMostRowsKept = 6;
+  constexpr int kMostRowsKept = 8;
   plan.keepsSquares = plan.channels == 3 && plan.t >= 2 && plan.t <= kMostRowsKept;
 
   planShifts(plan);
   planTiles(plan);
+  fillFlatMeans(plan);
   return plan;
 }
 

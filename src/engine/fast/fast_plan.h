@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -19,9 +20,10 @@ struct SearchShift {
   int rows = 1;              ///< Rows of its weights that are kept: dy + 1 if reversed.
   std::size_t firstRow = 0;  ///< Its first row in the scratch's rows of weights.
   int lead() const { return reversed ? dy : 0; }
-  /// The columns, counted from a tile's first pixel, whose distance some pixel of the tile needs.
+  /// The first column, counted from a tile's first pixel, whose distance some pixel of the tile
+  /// needs, and how many columns from there on. Rows of distances start with that column.
   int begin() const { return reversed && dx > 0 ? -dx : 0; }
-  int end(int tileWidth) const { return tileWidth + (reversed && dx < 0 ? -dx : 0); }
+  int length(int tileWidth) const { return tileWidth + (reversed ? (dx < 0 ? -dx : dx) : 0); }
 };
 
 /// Where the weight of one candidate comes from.
@@ -64,8 +66,13 @@ struct FastPlan {
   bool keepsSquares = false;
   IndexDivider divider;
   WeightFunction weight;
+  /// The mean of D candidates of equal weight that all have this sample. Not always the sample
+  /// itself: the sum of D products may fall short of it.
+  std::array<std::uint8_t, 256> flatMeans{};
   /// How far a mean in single precision may be from the one that defines the result.
   float bound = 0.0F;
+  /// Decide by the bound; if not, everything is averaged in double precision.
+  bool decides = true;
 
   std::vector<SearchShift> shifts;
   std::vector<CandidateSlot> slots;  ///< D of them, candidate (l, k) at l * s + k.
@@ -73,15 +80,15 @@ struct FastPlan {
   std::size_t weightRows = 0;        ///< Sum of the shifts' rows.
 
   int tileWidth = 0, tileHeight = 0;
-  /// Layout of a tile's rows: the source from `margin` columns left of the tile's first candidate
-  /// on, and the distances and weights from sr pixels left of the tile's first pixel on.
+  /// Layout of a tile's rows of the source: they begin `margin` columns left of the tile's first
+  /// candidate.
   int margin = 0;
   std::size_t sourceColumns = 0, distanceColumns = 0;
   int sourceRows = 0;
 };
 
 /// Elements that vector code may read and write beyond the end of a row.
-inline constexpr std::size_t kRowSlack = 128;
+inline constexpr std::size_t kRowSlack = 64;
 
 /// The plan for a request, or nothing if the fast kernel does not take it: no candidates, windows
 /// beyond 31, an unusual weight table. The weight function and the bound are not set yet. Throws

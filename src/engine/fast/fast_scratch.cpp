@@ -23,38 +23,46 @@ class Sections {
 
 }  // namespace
 
+std::size_t FastScratch::layOut(const FastPlan& plan) {
+  const std::size_t distanceBytes = plan.narrow ? sizeof(std::uint16_t) : sizeof(std::uint32_t);
+  const std::size_t candidates = plan.slots.size();
+  channels_ = static_cast<std::size_t>(plan.channels);
+  sourceColumns_ = plan.sourceColumns;
+  distanceColumns_ = plan.distanceColumns;
+  sourceRows_ = plan.sourceRows;
+  squareRows_ = plan.keepsSquares ? static_cast<std::size_t>(plan.t) : 1;
+
+  Sections sections;
+  const std::size_t sourceRows = static_cast<std::size_t>(plan.sourceRows) * channels_;
+  samples_ = sections.add(sourceRows, plan.sourceColumns, sizeof(std::int16_t));
+  centred_ = sections.add(sourceRows, plan.sourceColumns, sizeof(float));
+  weights_ = sections.add(plan.weightRows, plan.distanceColumns, sizeof(float));
+  indices_ = sections.add(plan.weightRows, plan.distanceColumns, distanceBytes);
+  squares_ = sections.add(plan.keepsSquares ? plan.shifts.size() * squareRows_ : 0,
+                          plan.distanceColumns, distanceBytes);
+  columnSums_ = sections.add(1, plan.distanceColumns, distanceBytes);
+  output_ = sections.add(1, plan.distanceColumns, channels_);
+  groups_ = sections.add(1, plan.distanceColumns, sizeof(std::int32_t));
+  exactWeights_ = sections.add(candidates, kMostLanes, sizeof(double));
+  ones_ = sections.add(1, plan.distanceColumns, sizeof(float));
+  zeros_ = sections.add(1, plan.distanceColumns, distanceBytes);
+  weightPointers_ = sections.add(1, candidates, sizeof(void*));
+  indexPointers_ = sections.add(1, candidates, sizeof(void*));
+  return sections.total();
+}
+
+std::size_t FastScratch::bytesFor(const FastPlan& plan) {
+  return FastScratch().layOut(plan);
+}
+
 std::unique_ptr<FastScratch> FastScratch::allocate(const FastPlan& plan) {
   std::unique_ptr<FastScratch> scratch(new (std::nothrow) FastScratch);
   if (scratch == nullptr) return nullptr;
-  FastScratch& s = *scratch;
-  const std::size_t distanceBytes = plan.narrow ? sizeof(std::uint16_t) : sizeof(std::uint32_t);
-  const std::size_t candidates = plan.slots.size();
-  s.channels_ = static_cast<std::size_t>(plan.channels);
-  s.sourceColumns_ = plan.sourceColumns;
-  s.distanceColumns_ = plan.distanceColumns;
-  s.sourceRows_ = plan.sourceRows;
-  s.squareRows_ = plan.keepsSquares ? static_cast<std::size_t>(plan.t) : 1;
-
-  Sections sections;
-  const std::size_t sourceRows = static_cast<std::size_t>(plan.sourceRows) * s.channels_;
-  s.samples_ = sections.add(sourceRows, plan.sourceColumns, sizeof(std::int16_t));
-  s.centred_ = sections.add(sourceRows, plan.sourceColumns, sizeof(float));
-  s.weights_ = sections.add(plan.weightRows, plan.distanceColumns, sizeof(float));
-  s.indices_ = sections.add(plan.weightRows, plan.distanceColumns, distanceBytes);
-  s.squares_ = sections.add(plan.keepsSquares ? plan.shifts.size() * s.squareRows_ : 0,
-                            plan.distanceColumns, distanceBytes);
-  s.columnSums_ = sections.add(1, plan.distanceColumns, distanceBytes);
-  s.output_ = sections.add(s.channels_, plan.distanceColumns, 1);
-  s.exactWeights_ = sections.add(candidates, kMostLanes, sizeof(double));
-  s.ones_ = sections.add(1, plan.distanceColumns, sizeof(float));
-  s.zeros_ = sections.add(1, plan.distanceColumns, distanceBytes);
-  s.weightPointers_ = sections.add(1, candidates, sizeof(void*));
-  s.indexPointers_ = sections.add(1, candidates, sizeof(void*));
-
-  s.memory_.reset(static_cast<std::uint8_t*>(std::aligned_alloc(64, sections.total())));
-  if (s.memory_ == nullptr) return nullptr;
-  std::memset(s.memory_.get(), 0, sections.total());
-  float* ones = s.at<float>(s.ones_, 0, 0);
+  const std::size_t bytes = scratch->layOut(plan);
+  scratch->memory_.reset(static_cast<std::uint8_t*>(std::aligned_alloc(64, bytes)));
+  if (scratch->memory_ == nullptr) return nullptr;
+  std::memset(scratch->memory_.get(), 0, bytes);
+  float* ones = scratch->at<float>(scratch->ones_, 0, 0);
   std::fill(ones, ones + plan.distanceColumns, 1.0F);
   return scratch;
 }

@@ -15,6 +15,8 @@ class FastScratch {
  public:
   /// Null if the memory is not to be had.
   static std::unique_ptr<FastScratch> allocate(const FastPlan& plan);
+  /// How much memory it takes.
+  static std::size_t bytesFor(const FastPlan& plan);
 
   /// Row `row` (of the padded source, the last plan.sourceRows of them are kept) of one channel:
   /// the samples, and the samples less 128 in single precision.
@@ -30,21 +32,25 @@ class FastScratch {
   Index* indices(std::size_t row) {
     return at<Index>(indices_, row, distanceColumns_);
   }
-  /// Row `row` of a shift's kept squared differences.
+  /// Slot `slot` of the first shift's kept squared differences, and how far it is from there to
+  /// those of another.
   template <class Distance>
-  Distance* squares(std::size_t shift, std::int64_t row) {
-    const auto slot = shift * squareRows_ + static_cast<std::size_t>(row) % squareRows_;
-    return at<Distance>(squares_, slot, distanceColumns_);
+  Distance* squares(std::int64_t slot) {
+    return at<Distance>(squares_, static_cast<std::size_t>(slot), distanceColumns_);
+  }
+  template <class Distance>
+  std::ptrdiff_t squaresOffset(std::size_t shift) {
+    return squares<Distance>(static_cast<std::int64_t>(shift * squareRows_)) - squares<Distance>(0);
   }
   /// Sums of squared differences over the rows of patches.
   template <class Distance>
   Distance* columnSums() {
     return at<Distance>(columnSums_, 0, distanceColumns_);
   }
-  /// Output samples of one channel and row, before they are interleaved.
-  std::uint8_t* output(int channel) {
-    return at<std::uint8_t>(output_, static_cast<std::size_t>(channel), distanceColumns_);
-  }
+  /// Output samples of one row of the tile, interleaved.
+  std::uint8_t* output() { return at<std::uint8_t>(output_, 0, 0); }
+  /// Room for the numbers of as many pixels as a row has.
+  std::int32_t* groups() { return at<std::int32_t>(groups_, 0, 0); }
   /// Room for the weights of D candidates in double precision, `lanes` pixels side by side.
   double* exactWeights() { return at<double>(exactWeights_, 0, 0); }
   /// Weights and indices of a pixel compared with itself.
@@ -60,9 +66,12 @@ class FastScratch {
     return at<const Index*>(indexPointers_, 0, 0);
   }
 
-  static constexpr int kMostLanes = 8;  ///< Pixels side by side in double precision.
+  static constexpr int kMostLanes = 4;  ///< Pixels side by side in double precision.
 
  private:
+  /// Lays out the sections; returns their size.
+  std::size_t layOut(const FastPlan& plan);
+
   struct Free {
     void operator()(void* memory) const { std::free(memory); }
   };
@@ -82,7 +91,7 @@ class FastScratch {
   std::int64_t sourceRows_ = 1;
   std::size_t channels_ = 0, squareRows_ = 1;
   std::size_t samples_ = 0, centred_ = 0, weights_ = 0, indices_ = 0, squares_ = 0;
-  std::size_t columnSums_ = 0, output_ = 0, exactWeights_ = 0, ones_ = 0, zeros_ = 0;
+  std::size_t columnSums_ = 0, output_ = 0, groups_ = 0, exactWeights_ = 0, ones_ = 0, zeros_ = 0;
   std::size_t weightPointers_ = 0, indexPointers_ = 0;
 };
 

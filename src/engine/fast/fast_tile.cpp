@@ -12,8 +12,7 @@
 #include <hwy/highway.h>
 
 #if HWY_TARGET != HWY_SCALAR
-#include "engine/fast/average_exact-inl.h"
-#include "engine/fast/average_single-inl.h"
+#include "engine/fast/averages-inl.h"
 #include "engine/fast/distances-inl.h"
 #include "engine/fast/source_rows-inl.h"
 #include "engine/fast/weights-inl.h"
@@ -41,9 +40,12 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 /// One tile from its first row to its last: source rows are loaded, distances and weights of all
 /// shifts computed and pixels averaged row by row, all in rows that are used again and again.
-template <class Index, int kChannels>
+/// Weights is NarrowWeights or WideWeights.
+template <class Weights, int kChannels, int kT>
 class TileRun {
  public:
+  using Index = typename Weights::Distance;
+
   TileRun(const FastPlan& plan, FastScratch& scratch, const Tile& tile)
       : plan_(plan),
         scratch_(scratch),
@@ -54,6 +56,7 @@ class TileRun {
   std::int64_t run() {
     for (int y = tile_.yBegin - plan_.lead; y < tile_.yEnd; ++y) {
       loadRows(std::int64_t{y} + 2 * plan_.sr + plan_.t);
+      pointToRows(y);
       compareShifts(y);
       if (y >= tile_.yBegin) averageRow(y);
     }
@@ -61,29 +64,60 @@ class TileRun {
   }
 
  private:
+  static constexpr int kMostRows = 64;  // 2 sr + t and one, for windows up to 31.
+
   void loadRows(std::int64_t last) {
     for (; nextRow_ <= std::min<std::int64_t>(last, plan_.geometry.heightIm - 1); ++nextRow_) {
       loadSourceRow<kChannels>(plan_, scratch_, nextRow_, tile_.xBegin);
     }
   }
 
+  // Rows y to y + 2 sr + t - 1 of the padded source, and the slots of the patch rows' squares.
+  // Above the tile some rows are not there; nothing asks for those.
+  void pointToRows(int y) {
+    const int count = 2 * plan_.sr + std::max(plan_.t, 1);
+    for (int j = 0; j < count; ++j) {
+      const std::int64_t row = std::max<std::int64_t>(std::int64_t{y} + j, 0);
+      for (int c = 0; c < kChannels; ++c) {
+        samples_[j][c] = scratch_.samples(row, c) + plan_.margin;
+        centred_[j][c] = scratch_.centred(row, c) + plan_.margin;
+      }
+    }
+    if (!plan_.keepsSquares) return;
+    for (int n = 0; n < plan_.t; ++n) {
+      const int row = y + plan_.lead + n;
+      squares_[n] = scratch_.template squares<Index>(row % plan_.t);
+    }
+  }
+
   // A shift that serves its opposite too begins as many rows above the tile as it reaches down.
   void compareShifts(int y) {
+    const Weights weights(plan_);
     for (std::size_t i = 0; i < plan_.shifts.size(); ++i) {
       const SearchShift& shift = plan_.shifts[i];
       const int first = tile_.yBegin - shift.lead();
       if (y < first) continue;
-      ShiftDistances<Index, kChannels> distances(plan_, scratch_, i, width_);
-      if (y == first) distances.begin(y);
-      const std::size_t row = rowOf(shift, y);
-      distances.compute(y, scratch_.indices<Index>(row) + plan_.sr,
-                        scratch_.weights(row) + plan_.sr);
+      ShiftRow<Index, kChannels> row;
+      row.reference = samples_ + plan_.sr;
+      row.candidate = samples_ + plan_.sr + shift.dy;
+      row.column = plan_.sr + shift.begin();
+      row.dx = shift.dx;
+      row.slip = plan_.patchSlip;
+      row.length = shift.length(width_);
+      row.squares = squares_;
+      row.squaresOffset = scratch_.template squaresOffset<Index>(i);
+      row.columns = scratch_.template columnSums<Index>();
+      if (y == first && plan_.keepsSquares) beginShift(row, plan_.t);
+      sumShiftColumns<Index, kChannels, kT>(row, plan_.t, plan_.keepsSquares);
+      const std::size_t slot = slotOf(shift, y);
+      weights.store(row.columns, row.length, scratch_.template indices<Index>(slot),
+                    scratch_.weights(slot));
     }
   }
 
-  std::size_t rowOf(const SearchShift& shift, int y) const {
-    const int sinceFirst = y - (tile_.yBegin - shift.lead());
-    return shift.firstRow + static_cast<std::size_t>(sinceFirst % shift.rows);
+  std::size_t slotOf(const SearchShift& shift, int y) const {
+    const auto sinceFirst = static_cast<unsigned>(y - (tile_.yBegin - shift.lead()));
+    return shift.firstRow + sinceFirst % static_cast<unsigned>(shift.rows);
   }
 
   // The weight of candidate -shift is that of the shift itself, seen from the candidate.
@@ -97,8 +131,8 @@ class TileRun {
         continue;
       }
       const SearchShift& shift = plan_.shifts[static_cast<std::size_t>(slot.shift)];
-      const std::size_t row = rowOf(shift, slot.reversed ? y - shift.dy : y);
-      const std::ptrdiff_t column = plan_.sr - (slot.reversed ? shift.dx : 0);
+      const std::size_t row = slotOf(shift, slot.reversed ? y - shift.dy : y);
+      const std::ptrdiff_t column = -shift.begin() - (slot.reversed ? shift.dx : 0);
       *weights++ = scratch_.weights(row) + column;
       *indices++ = scratch_.template indices<Index>(row) + column;
     }
@@ -108,100 +142,18 @@ class TileRun {
     pointToCandidates(y);
     AverageRow<kChannels> row;
     row.weights = scratch_.weightPointers();
+    row.output = scratch_.output();
     for (int c = 0; c < kChannels; ++c) {
-      row.output[c] = scratch_.output(c);
       for (int l = 0; l < plan_.s; ++l) {
-        row.samples[l][c] = scratch_.centred(std::int64_t{y} + plan_.tr + l, c) + plan_.margin +
-                            plan_.tr - std::ptrdiff_t{plan_.averageSlip} * l;
+        row.samples[l][c] =
+            centred_[plan_.tr + l][c] + plan_.tr - std::ptrdiff_t{plan_.averageSlip} * l;
       }
     }
-    switch (plan_.s) {
-      case 3:
-        averagePixels<3>(row);
-        break;
-      case 4:
-        averagePixels<4>(row);
-        break;
-      case 7:
-        averagePixels<7>(row);
-        break;
-      case 8:
-        averagePixels<8>(row);
-        break;
-      case 10:
-        averagePixels<10>(row);
-        break;
-      case 12:
-        averagePixels<12>(row);
-        break;
-      case 14:
-        averagePixels<14>(row);
-        break;
-      default:
-        averagePixels<0>(row);
-        break;
-    }
-    writeRow(y);
-  }
-
-  template <int kS>
-  void averagePixels(const AverageRow<kChannels>& row) {
-    constexpr int kVectors = 2;
-    const hn::ScalableTag<float> df;
-    const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(df));
-    const float margin = 0.5F - plan_.bound;
-    for (std::ptrdiff_t i = 0; i < width_; i += kVectors * lanes) {
-      Sums<hn::Vec<decltype(df)>, kChannels> sums[kVectors];
-      sumCandidates<kChannels, kS, kVectors>(df, row, plan_.s, i, sums);
-      for (int v = 0; v < kVectors; ++v) {
-        const std::ptrdiff_t first = i + v * lanes;
-        if (first >= width_) break;
-        const auto inside = hn::FirstN(df, static_cast<std::size_t>(width_ - first));
-        const auto undecided =
-            hn::And(writeMeans<kChannels>(df, sums[v], margin, row, first), inside);
-        if (HWY_UNLIKELY(!hn::AllFalse(df, undecided))) averageUndecided(undecided, row, first);
-      }
-    }
-  }
-
-  template <class M>
-  HWY_NOINLINE void averageUndecided(M undecided, const AverageRow<kChannels>& row,
-                                     std::ptrdiff_t first) {
-    const hn::ScalableTag<float> df;
-    std::uint8_t bytes[8] = {};
-    hn::StoreMaskBits(df, undecided, bytes);
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, bytes, sizeof(bits));
-    const std::size_t lanes = hn::Lanes(ExactLanes());
-    const std::uint64_t group = (std::uint64_t{1} << lanes) - 1;
-    for (std::size_t lane = 0; lane < hn::Lanes(df); lane += lanes, bits >>= lanes) {
-      if ((bits & group) == 0) continue;
-      averageExactly<Index, kChannels>(plan_, row, scratch_.template indexPointers<Index>(),
-                                       scratch_.exactWeights(),
-                                       first + static_cast<std::ptrdiff_t>(lane));
-      undecided_ += static_cast<std::int64_t>(lanes);
-    }
-  }
-
-  void writeRow(int y) {
+    undecided_ += averagePixels<Index, kChannels>(plan_, scratch_, row, width_);
     const std::int64_t stride =
         std::int64_t{plan_.geometry.channelsDest} * plan_.geometry.widthDest;
-    std::uint8_t* out = plan_.dest.data() + y * stride + std::int64_t{tile_.xBegin} * kChannels;
-    if constexpr (kChannels == 1) {
-      std::memcpy(out, scratch_.output(0), static_cast<std::size_t>(width_));
-    } else {
-      const hn::ScalableTag<std::uint8_t> d8;
-      const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d8));
-      const std::uint8_t* in[3] = {scratch_.output(0), scratch_.output(1), scratch_.output(2)};
-      std::ptrdiff_t i = 0;
-      for (; i + lanes <= width_; i += lanes) {
-        hn::StoreInterleaved3(hn::LoadU(d8, in[0] + i), hn::LoadU(d8, in[1] + i),
-                              hn::LoadU(d8, in[2] + i), d8, out + 3 * i);
-      }
-      for (; i < width_; ++i) {
-        for (int c = 0; c < 3; ++c) out[3 * i + c] = in[c][i];
-      }
-    }
+    std::memcpy(plan_.dest.data() + y * stride + std::int64_t{tile_.xBegin} * kChannels, row.output,
+                static_cast<std::size_t>(width_) * kChannels);
   }
 
   const FastPlan& plan_;
@@ -210,15 +162,36 @@ class TileRun {
   const int width_;
   std::int64_t nextRow_;
   std::int64_t undecided_ = 0;
+  SampleRows<kChannels> samples_[kMostRows] = {};
+  const float* centred_[kMostRows][kChannels] = {};
+  Index* squares_[8] = {};
 };
+
+template <template <int> class Weights, int kChannels>
+std::int64_t filterFor(const FastPlan& plan, FastScratch& scratch, const Tile& tile) {
+  switch (plan.t) {
+    case 1:
+      return TileRun<Weights<1>, kChannels, 1>(plan, scratch, tile).run();
+    case 2:
+      return TileRun<Weights<2>, kChannels, 2>(plan, scratch, tile).run();
+    case 3:
+      return TileRun<Weights<3>, kChannels, 3>(plan, scratch, tile).run();
+    case 4:
+      return TileRun<Weights<4>, kChannels, 4>(plan, scratch, tile).run();
+    case 5:
+      return TileRun<Weights<5>, kChannels, 5>(plan, scratch, tile).run();
+    default:
+      return TileRun<Weights<0>, kChannels, 0>(plan, scratch, tile).run();
+  }
+}
 
 std::int64_t filterOneTile(const FastPlan& plan, FastScratch& scratch, const Tile& tile) {
   if (plan.channels == 3) {
-    return plan.narrow ? TileRun<std::uint16_t, 3>(plan, scratch, tile).run()
-                       : TileRun<std::uint32_t, 3>(plan, scratch, tile).run();
+    return plan.narrow ? filterFor<NarrowWeights, 3>(plan, scratch, tile)
+                       : filterFor<WideWeights, 3>(plan, scratch, tile);
   }
-  return plan.narrow ? TileRun<std::uint16_t, 1>(plan, scratch, tile).run()
-                     : TileRun<std::uint32_t, 1>(plan, scratch, tile).run();
+  return plan.narrow ? filterFor<NarrowWeights, 1>(plan, scratch, tile)
+                     : filterFor<WideWeights, 1>(plan, scratch, tile);
 }
 
 #endif  // HWY_TARGET == HWY_SCALAR
