@@ -23,7 +23,6 @@ namespace {
 
 struct PhotoInfo {
   PhotoFile photo;
-  int orientation = 1;
   double psnr = 0.0;
   FilterParameters parameters;
   bool isFiltered = true;
@@ -48,9 +47,6 @@ Result<PhotoInfo> measure(const std::string& input) {
   info.photo = PhotoFile::initWithFileUrl(input);
   auto image = loadWholePhoto(info.photo);
   if (!image) return Error{image.error()};
-  if (info.photo.metaInfoDict) {
-    info.orientation = info.photo.metaInfoDict->orientation().value_or(1);
-  }
   info.psnr = DenoiseAlgoImplementation(measuringEngine()).getPSNRofImage(*image);
   info.isFiltered = isLargeEnoughToFilter(info.photo);
   info.parameters = exportParameters(info.psnr, DenoiseMode::automatic());
@@ -65,7 +61,7 @@ void printJson(const PhotoInfo& info) {
                      {"bytes", text(photo.fileSize).toLongLong()},
                      {"width", static_cast<qint64>(photo.width)},
                      {"height", static_cast<qint64>(photo.height)},
-                     {"orientation", info.orientation},
+                     {"orientation", info.photo.orientation().value_or(1)},
                      {"filtered", info.isFiltered},
                      {"auto", parametersAsJson(info.parameters)}};
   object["psnr"] = std::isinf(info.psnr) ? QJsonValue("inf") : QJsonValue(info.psnr);
@@ -78,7 +74,8 @@ void printText(const PhotoInfo& info) {
   const FilterParameters& p = info.parameters;
   std::printf("%s: %s, %s, orientation %d, created %s, noise %s, ", photo.filePath.c_str(),
               dimensionsLabel(photo.width, photo.height).c_str(), sizeLabel(photo.fileSize).c_str(),
-              info.orientation, photo.fileCreationDate.value_or("at an unknown time").c_str(),
+              info.photo.orientation().value_or(1),
+              photo.fileCreationDate.value_or("at an unknown time").c_str(),
               noiseText(info.psnr).c_str());
   if (info.isFiltered) {
     std::printf("auto: sigma %d, template %d, search %d\n", p.sigmaVal, p.templateWinSize,

@@ -2,9 +2,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <map>
-#include <memory>
-#include <set>
 #include <sstream>
 
 #include "cli/output_paths.h"

@@ -1,8 +1,8 @@
 #include "cli/summary.h"
 
-#include <array>
-#include <charconv>
 #include <cmath>
+
+#include "base/fixed_text.h"
 
 namespace velmara::cli {
 namespace {
@@ -19,13 +19,6 @@ std::string parameterText(const Summary& summary) {
 }
 
 }  // namespace
-
-std::string fixedText(double value, int decimals) {
-  std::array<char, 400> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
-                                 std::chars_format::fixed, decimals);
-  return {text.data(), end.ptr};
-}
 
 std::string noiseText(double psnr) {
   return std::isinf(psnr) ? "no noise found" : fixedText(psnr, 2) + " dB";

@@ -28,7 +28,4 @@ std::string describe(const Summary& summary, bool details);
 /// "27.94 dB", or "no noise found" for an infinite level.
 std::string noiseText(double psnr);
 
-/// A number with a fixed count of decimals and a point, whatever the locale.
-std::string fixedText(double value, int decimals);
-
 }  // namespace velmara::cli

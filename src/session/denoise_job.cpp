@@ -1,8 +1,6 @@
 #include "session/denoise_job.h"
 
-#include <array>
-#include <charconv>
-
+#include "base/fixed_text.h"
 #include "imaging/image_reader.h"
 #include "imaging/utils.h"
 #include "session/whole_photo.h"
@@ -43,12 +41,8 @@ DenoiseOutcome runDenoiseJob(const DenoiseJob& job, const DenoiseEngine& engine,
   return outcome;
 }
 
-// Not printf, whose decimal point follows the user's locale.
 std::string parametersLogLine(double psnr, const FilterParameters& parameters) {
-  std::array<char, 400> text{};
-  const auto end =
-      std::to_chars(text.data(), text.data() + text.size(), psnr, std::chars_format::fixed, 6);
-  return "psnrOfInputImage " + std::string(text.data(), end.ptr) + " sigma " +
+  return "psnrOfInputImage " + fixedText(psnr, 6) + " sigma " +
          std::to_string(parameters.sigmaVal) + " templateWindow " +
          std::to_string(parameters.templateWinSize) + " searchWindow " +
          std::to_string(parameters.searchWinSize);

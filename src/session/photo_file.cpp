@@ -68,6 +68,10 @@ PhotoFile PhotoFile::initWithFileUrl(const std::string& path) {
   return record;
 }
 
+std::optional<int> PhotoFile::orientation() const {
+  return metaInfoDict ? metaInfoDict->orientation() : std::nullopt;
+}
+
 std::optional<ImageMetadata> PhotoFile::exifDict(const std::string& path) {
   return readMetadata(path);
 }

@@ -22,6 +22,10 @@ class PhotoFile {
   /// The properties of the first picture in a file; nothing if they cannot be read.
   static std::optional<ImageMetadata> exifDict(const std::string& path);
 
+  /// How the stored pixels lie, by the photo's own properties: 1 to 8 of the Exif tag, or whatever
+  /// else stands there. Nothing if they do not say.
+  std::optional<int> orientation() const;
+
   std::string filePath;
   /// The last component of the path, with its extension.
   std::string fileName;

@@ -1,8 +1,8 @@
 #include "session/progress_estimate.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
+
+#include "base/fixed_text.h"
 
 namespace velmara {
 namespace {
@@ -21,13 +21,9 @@ double estimatedCompletionTime(std::int64_t width, std::int64_t height,
   return isExportingPhoto ? estimate + kExportBonus : estimate;
 }
 
-// Not printf, whose decimal point follows the user's locale.
 std::string estimateLogLine(std::int64_t pixelsProcessRate, double estimate) {
-  std::array<char, 400> text{};
-  const auto end =
-      std::to_chars(text.data(), text.data() + text.size(), estimate, std::chars_format::fixed, 6);
   return "Pixel Rate " + std::to_string(pixelsProcessRate) +
-         " & Current Image Estimated Process Time " + std::string(text.data(), end.ptr);
+         " & Current Image Estimated Process Time " + fixedText(estimate, 6);
 }
 
 double progressTickInterval(double estimate) {

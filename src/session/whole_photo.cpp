@@ -25,11 +25,6 @@ Image onLargestCanvas(const Image& image) {
   return image.withSize(largest);
 }
 
-// What a photo without the tag is: upright, and the number that is logged for it is 0.
-int orientationOf(const PhotoFile& photo) {
-  return photo.metaInfoDict ? photo.metaInfoDict->orientation().value_or(0) : 0;
-}
-
 }  // namespace
 
 Result<Image> loadWholePhoto(const PhotoFile& photo) {
@@ -69,8 +64,9 @@ Result<Image> uprightAtFullSize(const PhotoFile& photo, const Image& filtered) {
   if (image.size() != largest) image = Utils::sharedUtils().scaleImage(image, largest);
   Bitmap bitmap = Utils::sharedUtils().getCgiImageRef(image);
   if (photo.metaInfoDict) {
-    logFormat("Image orentation : %d", orientationOf(photo));
-    bitmap = RotateWithEXIF(bitmap, orientationOf(photo));
+    const int orientation = photo.orientation().value_or(0);
+    logFormat("Image orentation : %d", orientation);
+    bitmap = RotateWithEXIF(bitmap, orientation);
   }
   if (!bitmap.isValid()) return Error{"not enough memory for the picture"};
   return Image(std::move(bitmap), filtered.profile());

@@ -199,7 +199,7 @@ TEST_F(ScreenTest, ARunWithoutAResultLeavesAWayOut) {
   engine.givesNothing = true;
   screen().changeLevel(1);
   ASSERT_TRUE(waitUntil([this] { return engine.runs() == 2; }));
-  QTest::qWait(300);
+  ASSERT_TRUE(waitUntil(isGlobalQueueIdle));
   EXPECT_TRUE(screen().session().runState().isRunningAlgorithm());
   photos.arraySelectedImagesToProcess.clear();
   photos.selectedImageFile.reset();

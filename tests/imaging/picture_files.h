@@ -12,10 +12,10 @@ namespace velmara::testing_support {
 
 /// Has ImageMagick write a file; false if it cannot write that kind here.
 inline bool convert(const std::vector<std::string>& arguments, const std::string& file) {
-  std::string line("convert");
-  for (const std::string& word : arguments) line.append(" ").append(quoted(word));
-  line.append(" ").append(quoted(file));
-  return runTool({"sh", "-c", line}).ok;
+  std::vector<std::string> words{"convert"};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  words.push_back(file);
+  return runProgram(words).exitCode == 0;
 }
 
 /// A file's pixels as ImageMagick sees them, with its options before they are written: 8-bit RGBA.

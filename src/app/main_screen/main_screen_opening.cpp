@@ -25,9 +25,8 @@ struct LoadedPhoto {
 LoadedPhoto loadUpright(const PhotoFile& photo) {
   const auto image = readImage(photo.filePath, {Representations::first});
   if (!image) return {};
-  const int orientation = photo.metaInfoDict ? photo.metaInfoDict->orientation().value_or(1) : 1;
-  return {PicturePyramid(withoutAlpha(RotateWithEXIF(image->bitmap(), orientation))),
-          image->profile()};
+  const Bitmap upright = RotateWithEXIF(image->bitmap(), photo.orientation().value_or(1));
+  return {PicturePyramid(withoutAlpha(upright)), image->profile()};
 }
 
 }  // namespace
