@@ -19,4 +19,5 @@ for file in "${changed[@]}"; do
 done
 echo "${#known[@]} files"
 [ "${#known[@]}" -gt 0 ] || exit 0
-printf '%s\0' "${known[@]}" | xargs -0 -n 4 -P "$(nproc)" clang-tidy -p "$build" --quiet
+printf '%s\0' "${known[@]}" | xargs -0 -n 4 -P "$(nproc)" \
+  clang-tidy -p "$build" --header-filter="^$PWD/(src|tests|bench)/" --quiet

@@ -19,7 +19,6 @@
 namespace velmara {
 namespace {
 
-using testing::Contains;
 using testing::HasSubstr;
 using testing_support::runProgram;
 using testing_support::ScreenTest;

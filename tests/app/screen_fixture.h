@@ -89,8 +89,7 @@ class GatedEngine final : public DenoiseEngine {
 class ScreenTest : public testing::Test {
  protected:
   void SetUp() override {
-    BundleFacts facts = mainBundle();
-    bundle_ = facts;
+    bundle_ = mainBundle();
     controller_ = std::make_unique<MainWindowController>(ScreenServices{
         photos, engine, mainQueue(), globalQueue(), eventLoopTimers(), center, alerts, panels,
         workspace, defaults, bundle_, [this](const std::string& line) { note(line); },
@@ -154,7 +153,7 @@ class ScreenTest : public testing::Test {
   }
   /// A photo-like noisy picture as a file.
   std::string photo(const std::string& name = "photo.png") {
-    const std::string path = folder.file(name);
+    std::string path = folder.file(name);
     if (!std::filesystem::exists(path)) std::filesystem::copy_file(VELMARA_DATA "/noisy.png", path);
     return path;
   }

@@ -35,6 +35,7 @@ inline ProgramResult runProgram(const std::vector<std::string>& words,
     redirect(outputFile.c_str(), O_WRONLY | O_CREAT, STDOUT_FILENO);
     redirect(errorFile.c_str(), O_WRONLY | O_CREAT, STDERR_FILENO);
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
     if (::chdir(folder.c_str()) != 0) ::_exit(126);

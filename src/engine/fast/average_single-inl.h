@@ -91,7 +91,7 @@ HWY_INLINE void sumCandidates(DF df, const AverageRow<kChannels>& row, int s, st
 
 /// Stores the low kBytes bytes of each lane one after another, and writes up to 16 bytes beyond.
 template <int kBytes, class D32>
-HWY_INLINE void storeLowBytes(D32 d32, hn::Vec<D32> values, std::uint8_t* out) {
+HWY_INLINE void storeLowBytes([[maybe_unused]] D32 d32, hn::Vec<D32> values, std::uint8_t* out) {
   if constexpr (kBytes == 1) {
     const hn::Rebind<std::uint8_t, D32> d8;
     hn::StoreU(hn::TruncateTo(d8, values), d8, out);

@@ -40,7 +40,8 @@ void planShifts(FastPlan& plan) {
     return dx >= first && dx <= last && dy >= first && dy <= last;
   };
   const auto slotOf = [&](int dx, int dy) -> CandidateSlot& {
-    return plan.slots[static_cast<std::size_t>((dy + plan.sr) * plan.s + dx + plan.sr)];
+    const std::int64_t row = dy + plan.sr;
+    return plan.slots[static_cast<std::size_t>(row * plan.s + dx + plan.sr)];
   };
   plan.slots.assign(static_cast<std::size_t>(plan.s) * static_cast<std::size_t>(plan.s), {});
   for (int dy = first; dy <= last; ++dy) {
@@ -68,7 +69,7 @@ void planShifts(FastPlan& plan) {
 // rows of column sums, up to sr + t - 1 longer, fill whole vectors. There are enough tiles for
 // several processors to end together.
 void planTiles(FastPlan& plan) {
-  constexpr std::size_t kCacheBytes = 640 * 1024;
+  constexpr std::size_t kCacheBytes = std::size_t{640} * 1024;
   constexpr std::size_t kLongestVector = 32;
   constexpr std::int64_t kFewestTiles = 64;
   const std::size_t elementBytes =

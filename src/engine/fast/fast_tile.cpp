@@ -36,8 +36,6 @@ std::int64_t filterOneTile(const FastPlan& /*plan*/, FastScratch& /*scratch*/,
 
 #else
 
-namespace hn = hwy::HWY_NAMESPACE;
-
 /// One tile from its first row to its last: source rows are loaded, distances and weights of all
 /// shifts computed and pixels averaged row by row, all in rows that are used again and again.
 /// Weights is NarrowWeights or WideWeights.
@@ -55,7 +53,7 @@ class TileRun {
 
   std::int64_t run() {
     for (int y = tile_.yBegin - plan_.lead; y < tile_.yEnd; ++y) {
-      loadRows(std::int64_t{y} + 2 * plan_.sr + plan_.t);
+      loadRows(std::int64_t{y} + 2 * std::int64_t{plan_.sr} + plan_.t);
       pointToRows(y);
       compareShifts(y);
       if (y >= tile_.yBegin) averageRow(y);

@@ -21,7 +21,8 @@ namespace hn = hwy::HWY_NAMESPACE;
 /// Writes a vector of samples to both rows, a half, a half of that and so on until it is as long as
 /// a vector in single precision.
 template <class D8>
-HWY_INLINE void storeSamples(D8 d8, hn::Vec<D8> bytes, std::int16_t* samples, float* centred) {
+HWY_INLINE void storeSamples([[maybe_unused]] D8 d8, hn::Vec<D8> bytes, std::int16_t* samples,
+                             float* centred) {
   if constexpr (hn::MaxLanes(D8()) > hn::MaxLanes(hn::ScalableTag<float>())) {
     const hn::Half<D8> half;
     const std::size_t lanes = hn::Lanes(half);

@@ -58,7 +58,8 @@ class WeightVectors {
 
 /// The largest relative difference between the weight function and the entries of the table that
 /// are not zero: all of them are compared, so this is no estimate. Infinite if one is not a number.
-double largestWeightError(const WeightFunction& f, const double* table, std::int64_t cutOff) {
+inline double largestWeightError(const WeightFunction& f, const double* table,
+                                 std::int64_t cutOff) {
   const hn::ScalableTag<float> df;
   const WeightVectors<decltype(df)> weights(f);
   const auto lanes = static_cast<std::int64_t>(hn::Lanes(df));
