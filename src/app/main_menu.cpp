@@ -82,6 +82,7 @@ QMenuBar* makeMainMenu(MainScreenViewController& screen, const ScreenServices& s
   addDenoiseMenu(*bar, screen);
   QMenu& help = *bar->addMenu(text("&Help"));
   addAction(help, text("Velmara &Help"), {QKeySequence("F1")}, services.showVMPHelp);
+  addAction(help, text("&Tips"), {}, [&screen] { screen.showTipsScreen(); });
   addAction(help, text("&Feedback…"), {}, services.showFeedback);
   return bar;
 }

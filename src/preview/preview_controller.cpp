@@ -53,6 +53,9 @@ void PreviewController::resetState() {
 
 void PreviewController::setInputOriginalImage(PicturePyramid picture, const ColorProfile& profile) {
   inputOriginalImage_ = std::move(picture);
+  colors_ = ScreenColors(profile);
+  pictures_.advance();
+  isPictureStale_ = false;
   zoomedImage_ = {};
   imgToBeFilter_ = {};
   imgFilteredBeforeClickedPrvw_ = {};
@@ -62,7 +65,6 @@ void PreviewController::setInputOriginalImage(PicturePyramid picture, const Colo
         views_.imgFilteredImgVWRight, views_.imgFilteredImgVWLeftForDual,
         views_.imgFilteredImgVWRightForDual}) {
     view->clear();
-    view->setColorProfile(profile);
   }
 }
 
@@ -130,23 +132,23 @@ void PreviewController::show(const ViewVisibility& visibility) {
   setVisibleIf(views_.vwAfterFull, visibility.vwAfterFull);
 }
 
-void PreviewController::showPictureAt(const Rect& frame) {
-  rectPreviewPhoto_ = frame;
-  const PixelRect place = paintedRect(frame, containerSize());
-  views_.imgPreviewPhoto->showPicture(zoomedImage_, place);
-  views_.imgPreviewPhotoForDual->showPicture(zoomedImage_, place);
+Point PreviewController::inContainer(Point pointer) const {
+  const double ratio = views_.vwImageContainer->devicePixelRatioF();
+  const double width = actualPreviewSize_.width;
+  const double x = pointer.x >= width ? pointer.x - width : pointer.x;
+  return {x * ratio, (actualPreviewSize_.height - pointer.y) * ratio};
 }
 
-void PreviewController::movePictureTo(const Rect& frame) {
-  rectPreviewPhoto_ = frame;
-  const PixelRect place = paintedRect(frame, containerSize());
-  views_.imgPreviewPhoto->moveTo(place);
-  views_.imgPreviewPhotoForDual->moveTo(place);
+// What is seen is another thing now: the last whole result may not be put back either.
+void PreviewController::dropResult() {
+  hideResult();
+  imgFilteredBeforeClickedPrvw_ = {};
 }
 
 // Whatever is being made of what was seen until now comes too late.
-void PreviewController::dropResult() {
+void PreviewController::hideResult() {
   generation_.advance();
+  isResultWaiting_ = false;
   imgFilteredOriginal_ = {};
   services_.session.dropResultInFlight();
   removeOverlays();

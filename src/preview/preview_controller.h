@@ -16,6 +16,7 @@
 #include "preview/region_cut.h"
 #include "preview/scaled_picture.h"
 #include "preview/split_composition.h"
+#include "preview/views/screen_colors.h"
 #include "preview/views_per_style.h"
 #include "session/editing_session.h"
 #include "widgets/custom_split_view_delegate.h"
@@ -75,6 +76,10 @@ class PreviewController {
   void btnZoomInTapped();
   void btnZoomOutTapped();
   void zoomPreviewsWithCurrentZoomFactor();
+  /// Whatever the step zooms keeps the photo's place under the pointer where it is, as far as the
+  /// picture goes on covering its container. The pointer is in points of the preview container,
+  /// from its top-left corner; in dual style it may lie over either half.
+  void zoomAround(Point pointer, const std::function<void()>& step);
 
   // Pan, in preview_pan.cpp. Points are in points of the preview container, from its top-left
   // corner.
@@ -85,6 +90,10 @@ class PreviewController {
   /// Moves the picture by so many points, as one drag by the mouse does.
   void panBy(double dx, double dy);
   void performDenoiseOperation();
+  /// Takes the result away and lays it over the preview again, for comparing: what a press and a
+  /// release of the mouse do on a picture that can be dragged.
+  void showOriginal();
+  void showResult();
 
   // The visible region, in preview_region.cpp.
 
@@ -107,24 +116,31 @@ class PreviewController {
 
  private:
   struct RegionRequest;
+  struct RenderedPicture;
+  struct ShownComposition;
 
   bool isRunning() const { return services_.session.runState().isRunningAlgorithm(); }
   bool mayChange() const { return services_.photos.selectedImageFile.has_value() && !isRunning(); }
   Size containerSize() const;
   Size photoSize() const;
   double dividerPosition() const;
+  /// A point of the preview container in the geometry's terms.
+  Point inContainer(Point pointer) const;
   void layoutContainers();
   void show(const ViewVisibility& visibility);
   void showPictureAt(const Rect& frame);
   void movePictureTo(const Rect& frame);
+  void renderPicture();
+  void pictureRendered(const RenderedPicture& picture);
+  void hideResult();
   void dropResult();
   void removeOverlays();
   void applyZoom(float factor);
   void postCrop();
   void writeRegion(RegionRequest request);
   void processRegion(const Bitmap& region, const std::string& path);
-  void placeComposition(const PreviewComposition& composition);
-  void installResult(const Bitmap& result, const PreviewComposition& composition);
+  void placeComposition(const ShownComposition& composition);
+  void installResult(const Bitmap& result, const ShownComposition& composition);
   void notifyState() const;
 
   PreviewViews views_;
@@ -140,11 +156,13 @@ class PreviewController {
   bool isClickedImagePreview_ = false;
   bool isDraggedImagePreview_ = false;
   Point lastDragLocation_;
+  std::optional<Point> zoomAnchor_;
 
   /// The photo as opened, upright.
   PicturePyramid inputOriginalImage_;
   /// The whole photo at the shown size.
   ScaledPicture zoomedImage_;
+  ScreenColors colors_;
   /// The frame of the picture in its container.
   Rect rectPreviewPhoto_;
   /// What stands in `imgToBeFilter` once the visible region is cut: the region itself.
@@ -153,6 +171,13 @@ class PreviewController {
   Bitmap imgFilteredBeforeClickedPrvw_;
 
   GenerationCounter generation_;
+  /// Which photo's picture is the right one.
+  GenerationCounter pictures_;
+  bool isRenderingPicture_ = false;
+  /// Another picture or size came while one was rendered.
+  bool isPictureStale_ = false;
+  /// A result came before the picture it belongs over.
+  bool isResultWaiting_ = false;
   std::unique_ptr<CustomSplitViewDelegate> splitViewDelegate_;
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };

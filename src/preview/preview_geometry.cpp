@@ -1,5 +1,6 @@
 #include "preview/preview_geometry.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace velmara {
@@ -40,6 +41,17 @@ StyleChange styleChange(PreviewStyle current, PreviewStyle chosen, Size previewC
 
 Rect centredRect(Size picture, Size container) {
   return {(container.width - picture.width) / 2.0, (container.height - picture.height) / 2.0,
+          picture.width, picture.height};
+}
+
+Rect rectAround(Point anchor, Rect before, Size picture, Size container) {
+  const auto origin = [](double at, double from, double length, double newLength, double room) {
+    if (newLength <= room || length <= 0.0) return (room - newLength) / 2.0;
+    const double place = std::clamp((at - from) / length, 0.0, 1.0);
+    return std::clamp(std::round(at - place * newLength), room - newLength, 0.0);
+  };
+  return {origin(anchor.x, before.x, before.width, picture.width, container.width),
+          origin(anchor.y, before.y, before.height, picture.height, container.height),
           picture.width, picture.height};
 }
 

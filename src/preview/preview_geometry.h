@@ -42,6 +42,11 @@ StyleChange styleChange(PreviewStyle current, PreviewStyle chosen, Size previewC
 /// The rectangle of a picture in the middle of its container.
 Rect centredRect(Size picture, Size container);
 
+/// The rectangle of a picture at another size that keeps the place of it that lies under a point of
+/// the container where it is, as far as the picture goes on covering the container. Along an axis
+/// where it does not overflow it is centred. `before` is the picture's rectangle until now.
+Rect rectAround(Point anchor, Rect before, Size picture, Size container);
+
 /// The same rectangle measured from the container's top edge, y down.
 Rect topDown(Rect rect, double containerHeight);
 Point topDown(Point point, double containerHeight);

@@ -17,7 +17,7 @@ void PreviewController::mouseDown(Point pointer) {
   lastDragLocation_ = pointer;
   isClickedImagePreview_ = true;
   isDraggedImagePreview_ = false;
-  dropResult();
+  hideResult();
   views_.vwPreviewContainer->setCursor(Qt::OpenHandCursor);
 }
 
@@ -48,7 +48,11 @@ void PreviewController::mouseDragged(Point pointer) {
 
 void PreviewController::mouseUp() {
   views_.vwPreviewContainer->unsetCursor();
-  if (isRunning()) return;
+  if (isRunning()) {
+    isClickedImagePreview_ = false;
+    isDraggedImagePreview_ = false;
+    return;
+  }
   if (isDraggedImagePreview_) {
     services_.log("Mouse Up");
     isDraggedImagePreview_ = false;
@@ -60,11 +64,26 @@ void PreviewController::mouseUp() {
     postCrop();
   } else if (isClickedImagePreview_) {
     services_.log("Mouse Up");
-    isClickedImagePreview_ = false;
-    imgFilteredOriginal_ = imgFilteredBeforeClickedPrvw_;
-    // Ends in the default mode, which lays the result over the preview again.
-    services_.session.runState().stopTimerEvent();
+    showResult();
   }
+}
+
+void PreviewController::showOriginal() {
+  if (isRunning() || isDraggedImagePreview_ || !isResultShown()) return;
+  services_.log("Mouse Down");
+  isClickedImagePreview_ = true;
+  hideResult();
+}
+
+void PreviewController::showResult() {
+  if (!isClickedImagePreview_) return;
+  isClickedImagePreview_ = false;
+  if (isRunning()) return;
+  imgFilteredOriginal_ = imgFilteredBeforeClickedPrvw_;
+  // Ends in the default mode, which lays the result over the preview again.
+  services_.session.runState().stopTimerEvent();
+  // There is none if the picture was moved since; its timer is stopped now.
+  if (!isResultShown()) postCrop();
 }
 
 void PreviewController::panBy(double dx, double dy) {

@@ -12,6 +12,21 @@
 
 namespace velmara {
 
+/// A composition in the screen's colours.
+struct PreviewController::ShownComposition {
+  struct PlacedImage {
+    QImage image;
+    PixelRect rect;
+  };
+
+  ShownComposition(const PreviewComposition& composition, const ScreenColors& colors)
+      : result{colors.imageFor(composition.result.bitmap), composition.result.rect},
+        before{colors.imageFor(composition.before.bitmap), composition.before.rect} {}
+
+  PlacedImage result;
+  PlacedImage before;
+};
+
 void PreviewController::btnSingleSplitDualModeTapped(int tag) {
   const auto chosen = static_cast<PreviewStyle>(tag);
   if (chosen != style_) configurePreviewForSelectedStyle(chosen);
@@ -85,14 +100,13 @@ void PreviewController::setupPreviewOnMovingSplitviewDivider() {
   services_.globalQueue.async([this, alive = std::weak_ptr(alive_), token = generation_.current(),
                                original = imgToBeFilter_, result = imgFilteredOriginal_,
                                line = dividerPosition(), container = containerSize(),
-                               mainQueue = &services_.mainQueue] {
+                               colors = colors_, mainQueue = &services_.mainQueue] {
     const auto composition = composeSplit(original, result, line, container);
     if (!composition) return;
+    const ShownComposition shown(*composition, colors);
     dispatchSync(*mainQueue, [&] {
       if (alive.expired() || !generation_.isCurrent(token)) return;
-      if (line == dividerPosition() && style_ == PreviewStyle::kSplit) {
-        placeComposition(*composition);
-      }
+      if (line == dividerPosition() && style_ == PreviewStyle::kSplit) placeComposition(shown);
     });
   });
 }
@@ -107,28 +121,35 @@ void PreviewController::setUpPreviewForDenoisedImage() {
     return;
   }
   if (!imgFilteredOriginal_.isValid() || !imgToBeFilter_.isValid()) return;
+  if (isRenderingPicture_) {
+    // A result belongs over the picture it was made of, which is not there yet.
+    isResultWaiting_ = true;
+    return;
+  }
   services_.globalQueue.async([this, alive = std::weak_ptr(alive_), token = generation_.current(),
                                original = imgToBeFilter_, result = imgFilteredOriginal_,
                                style = style_, line = dividerPosition(),
-                               container = containerSize(), mainQueue = &services_.mainQueue] {
+                               container = containerSize(), colors = colors_,
+                               mainQueue = &services_.mainQueue] {
     const auto composition = composeResult(original, result, style, line, container);
     if (!composition) return;
+    const ShownComposition shown(*composition, colors);
     dispatchSync(*mainQueue, [&] {
       if (alive.expired() || !generation_.isCurrent(token) || style != style_) return;
-      installResult(composition->result.bitmap, *composition);
+      installResult(composition->result.bitmap, shown);
     });
   });
 }
 
-void PreviewController::placeComposition(const PreviewComposition& composition) {
-  views_.imgFilteredImgVWLeft->showPicture(composition.before.bitmap, composition.before.rect);
-  views_.imgFilteredImgVWRight->showPicture(composition.result.bitmap, composition.result.rect);
+void PreviewController::placeComposition(const ShownComposition& composition) {
+  views_.imgFilteredImgVWLeft->showPicture(composition.before.image, composition.before.rect);
+  views_.imgFilteredImgVWRight->showPicture(composition.result.image, composition.result.rect);
 }
 
-void PreviewController::installResult(const Bitmap& result, const PreviewComposition& composition) {
+void PreviewController::installResult(const Bitmap& result, const ShownComposition& composition) {
   imgFilteredOriginal_ = result;
   if (style_ == PreviewStyle::kDual) {
-    views_.imgFilteredImgVWRightForDual->showPicture(composition.result.bitmap,
+    views_.imgFilteredImgVWRightForDual->showPicture(composition.result.image,
                                                      composition.result.rect);
     views_.vwDenoisedPreviewForDual->raise();
     views_.vwDenoisedPreviewForDual->show();

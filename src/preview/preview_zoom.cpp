@@ -63,8 +63,15 @@ void PreviewController::zoomPreviewsWithCurrentZoomFactor() {
   const Size size =
       wholePixels(pictureForZoomFactor(size_, photoSize(), containerSize(), currentZooomFactor_));
   zoomedImage_ = ScaledPicture(inputOriginalImage_, size);
-  showPictureAt(centredRect(size, containerSize()));
+  showPictureAt(zoomAnchor_ ? rectAround(*zoomAnchor_, rectPreviewPhoto_, size, containerSize())
+                            : centredRect(size, containerSize()));
   configureMainVerticalSplitView();
+}
+
+void PreviewController::zoomAround(Point pointer, const std::function<void()>& step) {
+  zoomAnchor_ = inContainer(pointer);
+  step();
+  zoomAnchor_.reset();
 }
 
 }  // namespace velmara

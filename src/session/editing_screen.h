@@ -36,6 +36,8 @@ class EditingScreen : public RunScreen {
   /// The result of an export run for a photo, pixels as stored, ready to be turned upright and
   /// written.
   virtual void exportFinished(const PhotoFile& photo, const Image& result) = 0;
+  /// The run of an export ended without a result, or could not begin.
+  virtual void exportRunFailed() = 0;
 };
 
 }  // namespace velmara

@@ -77,7 +77,10 @@ void EditingSession::btnHardModeAction() {
 
 void EditingSession::seletedPhotoToBeFilteredIsChanged() {
   const auto& region = photos_.selectedImageFileToProccessing;
-  if (!region || !isLoadable(region->filePath)) return;
+  if (!region || !isLoadable(region->filePath)) {
+    exportRunFailed();
+    return;
+  }
   services_.log("seletedPhotoToBeFilteredIsChanged!!");
   runState_.changeControls(controlsWithPhoto);
   if (photos_.selectedImageFile) screen_.showSelectedPhoto(*photos_.selectedImageFile);
@@ -146,13 +149,19 @@ void EditingSession::applyOpenCVDenoiseAlgorithmWithSliderValue(int thresholdVal
   screen_.setAutoModeOn(autoMode);
   screen_.settingUpUIElementsForCurrentSelections();
   const std::optional<PhotoFile> photo = photoToFilter();
-  if (!photo) return;
+  if (!photo) {
+    exportRunFailed();
+    return;
+  }
   if (!isLargeEnoughToFilter(*photo)) {
     ++now_.run;
     complete(*photo, loadSmallPhoto(photo->filePath), isExportingPhoto);
     return;
   }
-  if (!isLoadable(photo->filePath)) return;
+  if (!isLoadable(photo->filePath)) {
+    exportRunFailed();
+    return;
+  }
   dispatchWorker(*photo, {autoMode, thresholdValue, denoiseLevelValue});
 }
 
@@ -208,13 +217,21 @@ void EditingSession::denoisingProcessCompletedWithOutputImage(const Image& image
 
 void EditingSession::originalPhotoToExportDenoisingCompletedOutputImage(const PhotoFile& photo,
                                                                         const Image& image) {
-  if (!image.isValid()) return;
+  if (!image.isValid()) {
+    exportRunFailed();
+    return;
+  }
   services_.log("Denoising Done !!");
   // Not the picture of a photo that has been replaced meanwhile: the next export would take it.
   const auto& current = photos_.selectedImageFile;
   if (current && current->filePath == photo.filePath) lastExportedImage = image;
   screen_.exportFinished(photo, image);
   runState_.enableActionsInDeafultModeAfterDelay();
+}
+
+void EditingSession::exportRunFailed() {
+  if (!std::exchange(isExportingPhoto, false)) return;
+  screen_.exportRunFailed();
 }
 
 void EditingSession::photoBecameCurrent() {

@@ -110,6 +110,8 @@ class EditingSession {
   void dispatchWorker(const PhotoFile& photo, const DenoiseMode& mode);
   void takeOutcome(const DenoiseJob& job, const Ticket& ticket, const DenoiseOutcome& outcome);
   void complete(const PhotoFile& photo, const Image& image, bool isExport);
+  /// If an export waits for a run's result, there will be none.
+  void exportRunFailed();
 
   PhotoSlots& photos_;
   EditingScreen& screen_;

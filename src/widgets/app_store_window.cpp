@@ -20,7 +20,7 @@ namespace {
 constexpr int kBorder = 1;
 constexpr int kEdge = 5;
 constexpr int kCorner = 12;
-constexpr Seconds kResizeEnds{0.25};
+constexpr Seconds kResizeEnds{0.15};
 
 QWidget* makeHolder(QWidget* parent) {
   auto* holder = new QWidget(parent);

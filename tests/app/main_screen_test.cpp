@@ -348,55 +348,5 @@ TEST_F(ScreenTest, DraggingALargePictureMovesBothHalvesAndRunsAgain) {
   EXPECT_EQ(engine.runs(), runs + 1);
 }
 
-TEST_F(ScreenTest, ASecondPhotoAsksAboutTheFirst) {
-  ASSERT_TRUE(openAndWait(photo("first.png")));
-  screen().photoDraggedWithPath(photo("second.png"));
-  auto& sheet = view("windowSaveChanges");
-  ASSERT_TRUE(sheet.isVisible());
-  EXPECT_EQ(view<QLabel>("lblSaveChangeHeader").text(),
-            "Do you want to save the changes made to the document \"first.png\" ?");
-  QTest::keyClick(&sheet, Qt::Key_Escape);
-  EXPECT_FALSE(sheet.isVisible());
-  EXPECT_EQ(photos.selectedImageFile->fileName, "first.png");
-
-  screen().photoDraggedWithPath(photo("second.png"));
-  click("btnDontSaveChanges");
-  EXPECT_FALSE(sheet.isVisible());
-  EXPECT_EQ(photos.selectedImageFile->fileName, "second.png");
-  ASSERT_TRUE(waitForResult());
-}
-
-TEST_F(ScreenTest, SavesTheWholePhotoAndThenMayBeLeft) {
-  ASSERT_TRUE(openAndWait(photo()));
-  click("btnExport");
-  ASSERT_EQ(panels.saveOptions.size(), 1U);
-  EXPECT_EQ(panels.saveOptions[0].nameFieldStringValue, "photo");
-  EXPECT_THAT(panels.saveTypes, testing::ElementsAre("png", "jpeg", "tiff", "bmp", "gif"));
-  alerts.answers = {1};
-  panels.answerSave(folder.file("out.png"));
-  ASSERT_TRUE(waitUntil([this] { return std::filesystem::exists(folder.file("out.png")); }));
-  ASSERT_TRUE(waitUntil([this] { return shownInFront == 1; }));
-  EXPECT_THAT(alerts.shown.back().messageText, HasSubstr("Would you like to rate"));
-  const auto saved = readImage(folder.file("out.png"));
-  ASSERT_TRUE(saved) << saved.error();
-  EXPECT_EQ(saved->bitmap().width(), 256);
-  const int runs = engine.runs();
-  EXPECT_TRUE(window().close());
-  EXPECT_EQ(engine.runs(), runs);
-}
-
-TEST_F(ScreenTest, AFailedWriteIsToldAndTheWorkStaysUnsaved) {
-  ASSERT_TRUE(openAndWait(photo()));
-  click("btnExport");
-  panels.answerSave(folder.file("missing/out.png"));
-  ASSERT_TRUE(waitUntil([this] { return !alerts.shown.empty(); }));
-  EXPECT_THAT(alerts.shown[0].messageText + alerts.shown[0].informativeText,
-              HasSubstr("missing/out.png"));
-  EXPECT_FALSE(window().close());
-  EXPECT_TRUE(view("windowSaveChanges").isVisible());
-  click("btnDontSaveChanges");
-  EXPECT_EQ(terminations, 1);
-}
-
 }  // namespace
 }  // namespace velmara

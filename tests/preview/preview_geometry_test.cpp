@@ -55,6 +55,29 @@ TEST(CentredRectTest, CentresSmallAndLargePictures) {
   EXPECT_EQ(centredRect({3000, 200}, {1000, 600}), (Rect{-1000, 200, 3000, 200}));
 }
 
+TEST(RectAroundTest, KeepsThePlaceUnderThePointAsFarAsThePictureCovers) {
+  struct Case {
+    const char* name;
+    Point anchor;
+    Rect before;
+    Size picture;
+    Rect expected;
+  };
+  const Size container{1000, 600};
+  const Case cases[] = {
+      {"middle", {500, 300}, {-500, -300, 2000, 1200}, {4000, 2400}, {-1500, -900, 4000, 2400}},
+      {"corner", {0, 0}, {-500, -300, 2000, 1200}, {4000, 2400}, {-1000, -600, 4000, 2400}},
+      {"one side only", {250, 300}, {0, 200, 1000, 200}, {2000, 400}, {-250, 100, 2000, 400}},
+      {"smaller again", {900, 100}, {-1500, -900, 4000, 2400}, {900, 500}, {50, 50, 900, 500}},
+      {"clamped", {1000, 600}, {-1000, -600, 2000, 1200}, {1500, 900}, {-500, -300, 1500, 900}},
+      {"beside it", {10, 300}, {400, 200, 200, 200}, {1200, 1200}, {0, -300, 1200, 1200}},
+      {"no picture yet", {10, 300}, {}, {1200, 500}, {-100, 50, 1200, 500}},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(rectAround(c.anchor, c.before, c.picture, container), c.expected) << c.name;
+  }
+}
+
 TEST(TopDownTest, TurnsTheAxisAndBack) {
   const Rect rect{10, 20, 300, 100};
   EXPECT_EQ(topDown(rect, 600), (Rect{10, 480, 300, 100}));

@@ -39,6 +39,7 @@ class RecordingScreen final : public EditingScreen {
     record("export finished " + photo.fileName);
     exports.push_back(result);
   }
+  void exportRunFailed() override { record("export failed"); }
 
   void record(const std::string& event) { events.push_back(event); }
   /// What was recorded since the last time.

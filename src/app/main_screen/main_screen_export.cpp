@@ -1,4 +1,5 @@
 // Saving the whole photo, the questions about unsaved work, and the way out.
+#include <algorithm>
 #include <filesystem>
 #include <utility>
 
@@ -9,6 +10,11 @@
 #include "ui_MainScreenViewController.h"
 
 namespace velmara {
+namespace {
+
+constexpr Seconds kLookAgain(0.1);
+
+}  // namespace
 
 EditingFacts MainScreenViewController::editingFacts() const {
   const auto& photo = services_.photos.selectedImageFile;
@@ -115,8 +121,24 @@ void MainScreenViewController::savePanelConfirmed(const std::string& path) {
   const std::string extension = std::filesystem::path(path).extension().string();
   fileTypeToExportImage_ = extension.empty() ? extension : extension.substr(1);
   pathToExportImage_ = path;
-  session_.isExportingPhoto = true;
   unsaved_.exportConfirmed();
+  exportWhenIdle(photo);
+}
+
+// A run may have begun under the panel: a drag that paused, a window that got another size.
+void MainScreenViewController::exportWhenIdle(const PhotoFile& photo) {
+  const auto& current = services_.photos.selectedImageFile;
+  if (!current || current->filePath != photo.filePath) {
+    // Meanwhile the user has left the photo, and was asked.
+    unsaved_.exportFailed();
+    return;
+  }
+  if (session_.runState().isRunningAlgorithm()) {
+    services_.timers.performSelector(this, "exportWhenIdle", kLookAgain,
+                                     [this, photo] { exportWhenIdle(photo); });
+    return;
+  }
+  session_.isExportingPhoto = true;
   if (session_.lastExportedImage.isValid()) {
     exportFinished(photo, session_.lastExportedImage);
     session_.isExportingPhoto = false;
@@ -128,6 +150,18 @@ void MainScreenViewController::savePanelConfirmed(const std::string& path) {
 void MainScreenViewController::exportFinished(const PhotoFile& photo, const Image& result) {
   unsaved_.exportRunFinished();
   saveDenoisedImageInDirectoryPath(pathToExportImage_, photo, result);
+}
+
+void MainScreenViewController::exportRunFailed() {
+  exportHasFailed(tr("The photo could not be processed.").toStdString());
+}
+
+void MainScreenViewController::exportHasFailed(const std::string& reason) {
+  UnsavedActions actions = unsaved_.exportFailed();
+  for (UnsavedAction& action : actions) {
+    if (action.kind == UnsavedAction::Kind::kReportFailure) action.text = reason;
+  }
+  perform(actions);
 }
 
 void MainScreenViewController::saveDenoisedImageInDirectoryPath(const std::string& path,
@@ -147,18 +181,15 @@ void MainScreenViewController::saveDenoisedImageInDirectoryPath(const std::strin
 
 void MainScreenViewController::exportWritten(const ExportOutcome& outcome) {
   if (!outcome.status) {
-    UnsavedActions actions = unsaved_.exportFailed();
-    for (UnsavedAction& action : actions) {
-      if (action.kind == UnsavedAction::Kind::kReportFailure) action.text = outcome.status.error();
-    }
-    perform(actions);
+    exportHasFailed(outcome.status.error());
     return;
   }
   if (outcome.hasReplacedPhoto && services_.photos.selectedImageFile &&
       services_.photos.selectedImageFile->filePath == outcome.photo.filePath) {
     services_.photos.selectedImageFile = outcome.photo;
     services_.photos.arraySelectedImagesToProcess = {outcome.photo};
-    session_.lastExportedImage = outcome.filteredImage;
+    // A run that started meanwhile has made it stale.
+    if (session_.lastExportedImage.isValid()) session_.lastExportedImage = outcome.filteredImage;
   }
   perform(unsaved_.exportWritten());
 }
@@ -193,9 +224,14 @@ void MainScreenViewController::btncloseFileFromMenuTapped() {
 }
 
 bool MainScreenViewController::windowShouldClose() {
-  if (!unsaved_.isUnsaved()) return true;
-  btnCloseWindowTapped();
-  return false;
+  const UnsavedActions actions = unsaved_.closeWindow(false);
+  const bool isLeaving = std::ranges::any_of(actions, [](const UnsavedAction& action) {
+    return action.kind == UnsavedAction::Kind::kTerminate ||
+           action.kind == UnsavedAction::Kind::kTerminateApp;
+  });
+  // The end of the main window is the end of the application.
+  if (!isLeaving) perform(actions);
+  return isLeaving;
 }
 
 }  // namespace velmara

@@ -102,6 +102,8 @@ void MainScreenViewController::photoWasLoaded(const PhotoFile& photo, const Pict
     return;
   }
   preview_->setInputOriginalImage(picture, profile);
+  // Arrow keys and the space bar are about the picture now.
+  ui_->vwPreviewContainer->setFocus();
   preview_->configurePreviewForSelectedStyle(PreviewStyle::kDual);
 }
 

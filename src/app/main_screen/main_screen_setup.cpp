@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/main_screen/main_screen_view_controller.h"
+#include "app/sheets/tips_sheet.h"
 #include "preview/window_geometry.h"
 #include "session/percent_label.h"
 #include "ui_MainScreenViewController.h"
@@ -89,6 +90,11 @@ void MainScreenViewController::setupHelpPopUp() {
   ui_->btnHelp->setToggles(false);
 }
 
+void MainScreenViewController::showTipsScreen() {
+  if (windowTips_ == nullptr) windowTips_ = new TipsSheet(window());
+  windowTips_->showTipsScreen();
+}
+
 void MainScreenViewController::setupAdjustParamView() {
   session_.setupAdjustParamView();
   ui_->vwPreviewContainer->hide();
@@ -139,12 +145,12 @@ void MainScreenViewController::setupToolbarImages() {
 }
 
 void MainScreenViewController::setupToolTips() {
-  struct Tip {
+  struct ToolTip {
     QWidget* control;
     QString text;
     QString shortcut;
   };
-  const Tip tips[] = {
+  const ToolTip tips[] = {
       {ui_->btnAddPhoto, tr("Open Image"), "Ctrl+O"},
       {ui_->btnExport, tr("Save"), "Ctrl+S"},
       {ui_->btnBatchProcess, tr("Batch Process"), {}},
@@ -164,7 +170,7 @@ void MainScreenViewController::setupToolTips() {
       {ui_->btnMinimizeWindow, tr("Minimize"), {}},
       {ui_->btnZoomWindow, tr("Zoom"), {}},
   };
-  for (const Tip& tip : tips) {
+  for (const ToolTip& tip : tips) {
     tip.control->setToolTip(tip.shortcut.isEmpty() ? tip.text
                                                    : tip.text + QLatin1Char('\n') + tip.shortcut);
     tip.control->setAccessibleName(tip.text);

@@ -1,13 +1,12 @@
 #include "app/main_screen/main_screen_view_controller.h"
 
 #include <QEvent>
-#include <QKeyEvent>
 #include <QMouseEvent>
-#include <QWheelEvent>
 
 #include <cmath>
 #include <utility>
 
+#include "app/main_screen/preview_input.h"
 #include "app/sheets/export_options_view.h"
 #include "app/sheets/save_changes_sheet.h"
 #include "preview/picture_size.h"
@@ -70,7 +69,8 @@ MainScreenViewController::MainScreenViewController(ScreenServices services, QWid
     view->setAttribute(Qt::WA_TransparentForMouseEvents);
   }
   ui_->vwPreviewContainer->setFocusPolicy(Qt::StrongFocus);
-  ui_->vwPreviewContainer->installEventFilter(this);
+  previewInput_ =
+      std::make_unique<PreviewInput>(*ui_->vwPreviewContainer, *this, *preview_, *this, controls_);
   ui_->vwMainContainer->installEventFilter(this);
   connect(ui_->sliderCustomDenoise, &QSlider::valueChanged, this,
           [this] { sliderCustomDenoiseAction(); });
@@ -223,43 +223,7 @@ bool MainScreenViewController::eventFilter(QObject* watched, QEvent* event) {
     ui_->vwDragging->setGeometry(ui_->vwMainContainer->rect());
     preview_->windowDidResize();
   }
-  if (watched == ui_->vwPreviewContainer && filterPreviewEvent(*event)) return true;
   return QWidget::eventFilter(watched, event);
-}
-
-bool MainScreenViewController::filterPreviewEvent(QEvent& event) {
-  constexpr double kKeyStep = 40.0;
-  switch (event.type()) {
-    case QEvent::MouseButtonPress: {
-      auto& press = static_cast<QMouseEvent&>(event);
-      if (press.button() != Qt::LeftButton || !preview_->canPanPicture()) return false;
-      mouseDown(press);
-      return true;
-    }
-    case QEvent::MouseMove:
-      if ((static_cast<QMouseEvent&>(event).buttons() & Qt::LeftButton) == 0) return false;
-      mouseDragged(static_cast<QMouseEvent&>(event));
-      return preview_->canPanPicture();
-    case QEvent::MouseButtonRelease:
-      mouseUp(static_cast<QMouseEvent&>(event));
-      return preview_->canPanPicture();
-    case QEvent::Wheel: {
-      const auto& wheel = static_cast<QWheelEvent&>(event);
-      if ((wheel.modifiers() & Qt::ControlModifier) == 0) return false;
-      controls_.click(wheel.angleDelta().y() > 0 ? Control::btnZoomIn : Control::btnZoomOut);
-      return true;
-    }
-    case QEvent::KeyPress: {
-      const int key = static_cast<QKeyEvent&>(event).key();
-      const double dx = key == Qt::Key_Left ? kKeyStep : key == Qt::Key_Right ? -kKeyStep : 0.0;
-      const double dy = key == Qt::Key_Up ? kKeyStep : key == Qt::Key_Down ? -kKeyStep : 0.0;
-      if (dx == 0.0 && dy == 0.0) return false;
-      preview_->panBy(dx, dy);
-      return true;
-    }
-    default:
-      return false;
-  }
 }
 
 }  // namespace velmara

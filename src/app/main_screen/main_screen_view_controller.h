@@ -29,7 +29,9 @@ namespace velmara {
 
 class AppStoreWindow;
 class ExportOptionsView;
+class PreviewInput;
 class SaveChangesSheet;
+class TipsSheet;
 
 /// The main screen: title bar with the window's own buttons, toolbar, preview, captions, bottom
 /// bar. It only joins what does the work: EditingSession (the photo, its parameters, its run) and
@@ -80,6 +82,8 @@ class MainScreenViewController : public QWidget, public EditingScreen, public Dr
   void btnZoomOutTapped(ActionButton* sender);
   /// Moves the slider by whole levels, for the keyboard.
   void changeLevel(int levels);
+  /// The tips, as a sheet.
+  void showTipsScreen();
   void btnMinimizeWindowTapped();
   void btnZoomWindowTapped();
   void handleSubmitFeedBack();
@@ -98,6 +102,7 @@ class MainScreenViewController : public QWidget, public EditingScreen, public Dr
   void previewFinished(const Image& result) override { preview_->previewFinished(result); }
   void previewResultDropped() override { preview_->previewResultDropped(); }
   void exportFinished(const PhotoFile& photo, const Image& result) override;
+  void exportRunFailed() override;
   void applyControls(const ControlStates& states) override;
   void showProgressBar(double maximum) override;
   void setProgressBarValue(double value) override;
@@ -125,7 +130,6 @@ class MainScreenViewController : public QWidget, public EditingScreen, public Dr
   void setupActions();
   void registerObservers();
   void connectAction(ActionButton* button, void (MainScreenViewController::*action)(ActionButton*));
-  bool filterPreviewEvent(QEvent& event);
   Image loadTestImage() const;
   void openOrAsk(const std::string& path);
   void loadPhotoForShowing(const PhotoFile& photo);
@@ -138,7 +142,9 @@ class MainScreenViewController : public QWidget, public EditingScreen, public Dr
   void showSaveChangesSheet(const std::string& header);
   void beginSavePanel();
   void savePanelConfirmed(const std::string& path);
+  void exportWhenIdle(const PhotoFile& photo);
   void exportWritten(const ExportOutcome& outcome);
+  void exportHasFailed(const std::string& reason);
   void offerRating();
 
   std::unique_ptr<Ui::MainScreenViewController> ui_;
@@ -146,17 +152,18 @@ class MainScreenViewController : public QWidget, public EditingScreen, public Dr
   EditingSession session_;
   std::unique_ptr<PreviewController> preview_;
   ScreenControls controls_;
+  std::unique_ptr<PreviewInput> previewInput_;
   GenerationCounter loading_;
   UnsavedChanges unsaved_{[this] { return editingFacts(); }};
   ExportFormats formats_;
   std::shared_ptr<SavePanel> savePanel_;
   std::unique_ptr<ExportOptionsView> viewExportOptions_;
   QPointer<SaveChangesSheet> windowSaveChanges_;
+  QPointer<TipsSheet> windowTips_;
   std::string fileTypeToExportImage_;
   std::string pathToExportImage_;
   QPointer<AppStoreWindow> windowMain_;
   QMenu* menuHelp_ = nullptr;
-  bool isShowingOriginal_ = false;
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };
 

@@ -9,12 +9,6 @@
 namespace velmara {
 namespace {
 
-constexpr int kKeptKilobytes = 64 * 1024;
-
-int kilobytesOf(const QImage& image) {
-  return static_cast<int>(image.sizeInBytes() / 1024) + 1;
-}
-
 // All device pixels that an area in points touches.
 PixelRect deviceRect(const QRect& area, qreal ratio) {
   const int left = static_cast<int>(std::floor(area.left() * ratio));
@@ -26,27 +20,19 @@ PixelRect deviceRect(const QRect& area, qreal ratio) {
 
 }  // namespace
 
-PictureView::PictureView(QWidget* parent) : QWidget(parent), converted_(kKeptKilobytes) {
+PictureView::PictureView(QWidget* parent) : QWidget(parent) {
   setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
-void PictureView::setColorProfile(const ColorProfile& profile) {
-  colors_ = ScreenColors(profile);
-  converted_.clear();
-  update();
-}
-
-void PictureView::showPicture(ScaledPicture picture, const PixelRect& frame) {
+void PictureView::showPicture(std::shared_ptr<ScreenTiles> picture, const PixelRect& frame) {
   image_ = {};
-  converted_.clear();
-  tiles_ = TiledPicture(std::move(picture));
+  tiles_ = std::move(picture);
   moveTo(frame);
 }
 
-void PictureView::showPicture(const Bitmap& bitmap, const PixelRect& frame) {
-  converted_.clear();
-  tiles_ = {};
-  image_ = colors_.imageFor(bitmap);
+void PictureView::showPicture(const QImage& picture, const PixelRect& frame) {
+  tiles_.reset();
+  image_ = picture;
   moveTo(frame);
 }
 
@@ -57,8 +43,7 @@ void PictureView::moveTo(const PixelRect& frame) {
 
 void PictureView::clear() {
   image_ = {};
-  converted_.clear();
-  tiles_ = {};
+  tiles_.reset();
   update();
 }
 
@@ -79,20 +64,9 @@ void PictureView::paintEvent(QPaintEvent* event) {
 
 void PictureView::paintTiles(QPainter& painter, const PixelRect& visible) {
   if (visible.isEmpty()) return;
-  for (const PictureTile& tile : tiles_.tilesOver(visible)) {
-    const QPoint place(frame_.x + tile.rect.x, frame_.y + tile.rect.y);
-    if (const QImage* image = imageOf(tile)) {
-      painter.drawImage(place, *image);
-    }
+  for (const ScreenTile& tile : tiles_->imagesOver(visible)) {
+    painter.drawImage(QPoint(frame_.x, frame_.y) + tile.place, tile.image);
   }
-}
-
-const QImage* PictureView::imageOf(const PictureTile& tile) {
-  const QPair<int, int> place(tile.rect.x, tile.rect.y);
-  if (const QImage* known = converted_.object(place)) return known;
-  auto* image = new QImage(colors_.imageFor(tile.bitmap));  // The cache owns it.
-  const int cost = kilobytesOf(*image);
-  return converted_.insert(place, image, cost) ? image : nullptr;
 }
 
 }  // namespace velmara

@@ -1,15 +1,12 @@
 #pragma once
 
-#include <QCache>
 #include <QImage>
-#include <QPair>
 #include <QWidget>
 
-#include "base/bitmap.h"
+#include <memory>
+
 #include "base/geometry.h"
-#include "base/image.h"
-#include "preview/tiled_picture.h"
-#include "preview/views/screen_colors.h"
+#include "preview/views/screen_tiles.h"
 
 namespace velmara {
 
@@ -22,19 +19,16 @@ class PictureView : public QWidget {
  public:
   explicit PictureView(QWidget* parent = nullptr);
 
-  /// The profile that the pictures' colours are meant in; they are shown as sRGB. Null for sRGB.
-  void setColorProfile(const ColorProfile& profile);
-
   /// Shows a picture whose top-left pixel lies at the frame's, in device pixels from the view's
-  /// top-left corner. Of a scaled picture only what is seen is rendered.
-  void showPicture(ScaledPicture picture, const PixelRect& frame);
-  void showPicture(const Bitmap& bitmap, const PixelRect& frame);
+  /// top-left corner. Of a tiled picture only what is seen is rendered.
+  void showPicture(std::shared_ptr<ScreenTiles> picture, const PixelRect& frame);
+  void showPicture(const QImage& picture, const PixelRect& frame);
   /// Moves what is shown.
   void moveTo(const PixelRect& frame);
   /// Shows nothing.
   void clear();
 
-  bool hasPicture() const { return tiles_.picture().isValid() || !image_.isNull(); }
+  bool hasPicture() const { return tiles_ != nullptr || !image_.isNull(); }
   const PixelRect& frame() const { return frame_; }
 
  protected:
@@ -42,12 +36,8 @@ class PictureView : public QWidget {
 
  private:
   void paintTiles(QPainter& painter, const PixelRect& visible);
-  const QImage* imageOf(const PictureTile& tile);
 
-  ScreenColors colors_;
-  TiledPicture tiles_;
-  /// Tiles as they go to the screen, by their place.
-  QCache<QPair<int, int>, QImage> converted_;
+  std::shared_ptr<ScreenTiles> tiles_;
   QImage image_;
   PixelRect frame_;
 };

@@ -1,0 +1,123 @@
+// Looking closely: the wheel, the space bar and the keys on the picture.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLabel>
+#include <QWheelEvent>
+
+#include "app/screen_fixture.h"
+#include "preview/views/picture_view.h"
+#include "support/run_program.h"
+
+namespace velmara {
+namespace {
+
+using testing_support::runProgram;
+using testing_support::ScreenTest;
+
+class PreviewInputTest : public ScreenTest {
+ protected:
+  void turnWheel(QPoint position, int eighths, Qt::KeyboardModifiers modifiers) {
+    auto& area = view("vwPreviewContainer");
+    QWheelEvent event(position, area.mapToGlobal(position), {}, {0, eighths}, Qt::NoButton,
+                      modifiers, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&area, &event);
+  }
+  std::string largePhoto() {
+    runProgram({"convert", photo(), "-resize", "1400x1200!", folder.file("large.png")});
+    return folder.file("large.png");
+  }
+  const PictureView& picture() { return view<PictureView>("imgPreviewPhoto"); }
+};
+
+TEST_F(PreviewInputTest, CtrlAndTheWheelZoomAboutThePointer) {
+  ASSERT_TRUE(openAndWait(largePhoto()));
+  click("btn100Percent");
+  ASSERT_TRUE(waitForResult());
+  const PixelRect before = picture().frame();
+  const QPoint pointer(150, 120);
+  turnWheel(pointer, 120, Qt::NoModifier);
+  EXPECT_EQ(view<QLabel>("txtZoomLevel").text(), "100 %");
+  // A touchpad's turns come in parts.
+  turnWheel(pointer, 60, Qt::ControlModifier);
+  EXPECT_EQ(view<QLabel>("txtZoomLevel").text(), "100 %");
+  turnWheel(pointer, 60, Qt::ControlModifier);
+  EXPECT_EQ(view<QLabel>("txtZoomLevel").text(), "110 %");
+  ASSERT_TRUE(waitForResult());
+  const PixelRect after = picture().frame();
+  EXPECT_EQ(after.width, 1540);
+  // The same place of the photo lies under the pointer, to the pixel that rounding costs.
+  EXPECT_NEAR((pointer.x() - after.x) / 1.1, pointer.x() - before.x, 1.0);
+  EXPECT_NEAR((pointer.y() - after.y) / 1.1, pointer.y() - before.y, 1.0);
+
+  // Over the right half of dual style it is the same place of the same photo.
+  const QPoint right = pointer + QPoint(view("vwImageContainer").width(), 0);
+  turnWheel(right, -120, Qt::ControlModifier);
+  ASSERT_TRUE(waitForResult());
+  EXPECT_NEAR(picture().frame().x, before.x, 1.0);
+  EXPECT_NEAR(picture().frame().y, before.y, 1.0);
+}
+
+TEST_F(PreviewInputTest, AWheelDuringARunChangesNothing) {
+  ASSERT_TRUE(openAndWait(photo()));
+  engine.close();
+  QTest::keyClick(&window(), Qt::Key_PageUp);
+  ASSERT_TRUE(screen().session().runState().isRunningAlgorithm());
+  turnWheel({100, 100}, 120, Qt::ControlModifier);
+  EXPECT_EQ(view<QLabel>("txtZoomLevel").text(), "100 %");
+  engine.open();
+  ASSERT_TRUE(waitForResult());
+}
+
+TEST_F(PreviewInputTest, TheSpaceBarHeldShowsTheOriginal) {
+  ASSERT_TRUE(openAndWait(photo()));
+  const int runs = engine.runs();
+  auto& overlay = view("vwDenoisedPreviewForDual");
+  QWidget* focus = QApplication::focusWidget();
+  ASSERT_EQ(focus, &view("vwPreviewContainer"));
+  QTest::keyPress(focus, Qt::Key_Space);
+  EXPECT_FALSE(overlay.isVisible());
+  QTest::keyRelease(focus, Qt::Key_Space);
+  ASSERT_TRUE(waitForResult());
+  EXPECT_TRUE(overlay.isVisible());
+  EXPECT_EQ(engine.runs(), runs);
+
+  // Whatever takes the release away does not leave the original there.
+  QTest::keyPress(focus, Qt::Key_Space);
+  EXPECT_FALSE(overlay.isVisible());
+  view("btnExport").setFocus();
+  ASSERT_TRUE(waitForResult());
+  EXPECT_EQ(engine.runs(), runs);
+}
+
+TEST_F(PreviewInputTest, AResultOfAnotherZoomIsNotPutBack) {
+  ASSERT_TRUE(openAndWait(photo()));
+  QWidget* focus = QApplication::focusWidget();
+  QTest::keyPress(focus, Qt::Key_Space);
+  engine.close();
+  click("btnZoomIn");
+  ASSERT_TRUE(waitUntil([this] { return screen().session().runState().isRunningAlgorithm(); }));
+  QTest::keyRelease(focus, Qt::Key_Space);
+  EXPECT_FALSE(screen().preview().isResultShown());
+  engine.open();
+  ASSERT_TRUE(waitForResult());
+}
+
+TEST_F(PreviewInputTest, ArrowKeysPanUntilTheEdgeAndEndInAFreshResult) {
+  ASSERT_TRUE(openAndWait(largePhoto()));
+  click("btn100Percent");
+  ASSERT_TRUE(waitForResult());
+  const int runs = engine.runs();
+  const int start = picture().frame().x;
+  auto& area = view("vwPreviewContainer");
+  for (int i = 0; i < 60; ++i) QTest::keyClick(&area, Qt::Key_Left);
+  EXPECT_GT(picture().frame().x, start);
+  EXPECT_LE(picture().frame().x, 0);
+  // At the edge nothing moves any more, but what is seen now has no result yet.
+  EXPECT_FALSE(screen().preview().isResultShown());
+  ASSERT_TRUE(waitForResult());
+  EXPECT_GT(engine.runs(), runs);
+}
+
+}  // namespace
+}  // namespace velmara
