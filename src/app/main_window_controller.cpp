@@ -14,6 +14,8 @@
 namespace velmara {
 namespace {
 
+constexpr Seconds kIconDelay(0.1);
+
 QSize wholeSize(const Size& size) {
   return QSizeF(size.width, size.height).toSize();
 }
@@ -33,7 +35,6 @@ MainWindowController::MainWindowController(ScreenServices services)
       windowMain_(std::make_unique<AppStoreWindow>(nullptr, services_.timers)),
       mainScreenView_(new QWidget) {
   windowMain_->setWindowTitle(QString::fromStdString(services_.bundle.CFBundleName));
-  windowMain_->setWindowIcon(applicationIcon());
   auto* layout = new QVBoxLayout(mainScreenView_);
   layout->setContentsMargins(0, 0, 0, 0);
   windowMain_->setContentView(mainScreenView_);
@@ -92,6 +93,9 @@ void MainWindowController::hideTopWindowButtonAfterDelay() {
 
 void MainWindowController::showWindow() {
   windowMain_->show();
+  // Seven pictures that the first sight of the window does not wait for.
+  services_.timers.performSelector(this, "setWindowIcon", kIconDelay,
+                                   [this] { windowMain_->setWindowIcon(applicationIcon()); });
   windowMain_->raise();
   windowMain_->activateWindow();
 }

@@ -17,6 +17,7 @@
 #include "platform/log.h"
 #include "platform/log_file.h"
 #include "platform/temporary_directory.h"
+#include "platform/timer.h"
 #include "widgets/app_store_window.h"
 #include "widgets/desktop_alerts.h"
 #include "widgets/desktop_panels.h"
@@ -25,6 +26,8 @@
 
 namespace velmara {
 namespace {
+
+constexpr Seconds kDecodersDelay(0.3);
 
 void installEngine() {
   EngineEnvironment environment;
@@ -51,7 +54,6 @@ int runApplication(int argc, char** argv) {
     QApplication::installTranslator(&translator);
   }
   style::apply(application);
-  initialiseImaging();
   installEngine();
 
   DesktopAlerts alerts;
@@ -61,6 +63,9 @@ int runApplication(int argc, char** argv) {
   const AlgorithmEngine engine(DenoiseAlgoImplementation::sharedInstance());
   AppDelegate delegate(engine, alerts, panels, workspace, defaults);
   delegate.applicationDidFinishLaunching();
+  // The first photo finds the decoders loaded, but the window did not wait for them.
+  eventLoopTimers().performSelector(&application, "initialiseImaging", kDecodersDelay,
+                                    [] { globalQueue().async([] { initialiseImaging(); }); });
   alerts.setMainWindow(delegate.windowMain());
   panels.setMainWindow(delegate.windowMain());
 

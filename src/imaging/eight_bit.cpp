@@ -15,8 +15,8 @@ enum class Colors { gray, rgb, cmyk, lab };
 constexpr int kStripRows = 64;
 
 std::optional<Colors> colorsOf(VipsImage* image) {
-  const int bands = vips_image_get_bands(image);
-  switch (vips_image_guess_interpretation(image)) {
+  const int bands = vips().image_get_bands(image);
+  switch (vips().image_guess_interpretation(image)) {
     case VIPS_INTERPRETATION_B_W:
     case VIPS_INTERPRETATION_GREY16:
       return Colors::gray;
@@ -66,9 +66,9 @@ bool replace(VipsImagePtr& image, int failed, VipsImage* result) {
 }
 
 bool extractBands(VipsImagePtr& image, int first, int count) {
-  if (first == 0 && count == vips_image_get_bands(image.get())) return true;
+  if (first == 0 && count == vips().image_get_bands(image.get())) return true;
   VipsImage* part = nullptr;
-  const int failed = vips_extract_band(image.get(), &part, first, "n", count, nullptr);
+  const int failed = vips().extract_band(image.get(), &part, first, "n", count, nullptr);
   return replace(image, failed, part);
 }
 
@@ -76,28 +76,28 @@ bool throughProfile(VipsImagePtr& image, Colors colors, bool hasProfile) {
   VipsImage* out = nullptr;
   const char* fallback = colors == Colors::cmyk ? "cmyk" : "srgb";
   const int failed =
-      vips_icc_transform(image.get(), &out, "srgb", "embedded", static_cast<gboolean>(hasProfile),
-                         "input_profile", fallback, "intent", VIPS_INTENT_RELATIVE,
-                         "black_point_compensation", TRUE, "depth", 8, nullptr);
+      vips().icc_transform(image.get(), &out, "srgb", "embedded", static_cast<gboolean>(hasProfile),
+                           "input_profile", fallback, "intent", VIPS_INTENT_RELATIVE,
+                           "black_point_compensation", TRUE, "depth", 8, nullptr);
   if (!replace(image, failed, out)) return false;
   return colors != Colors::gray || extractBands(image, 1, 1);
 }
 
 bool labToRgb(VipsImagePtr& image) {
   VipsImage* out = nullptr;
-  const int failed = vips_colourspace(image.get(), &out, VIPS_INTERPRETATION_sRGB, nullptr);
+  const int failed = vips().colourspace(image.get(), &out, VIPS_INTERPRETATION_sRGB, nullptr);
   return replace(image, failed, out);
 }
 
 /// Puts an alpha sample of 8 or 16 bits behind 8-bit colours.
 bool joinAlpha(VipsImagePtr& image, VipsImagePtr alpha) {
-  if (vips_image_get_format(alpha.get()) == VIPS_FORMAT_USHORT) {
+  if (vips().image_get_format(alpha.get()) == VIPS_FORMAT_USHORT) {
     VipsImage* narrow = nullptr;
-    const int failed = vips_msb(alpha.get(), &narrow, nullptr);
+    const int failed = vips().msb(alpha.get(), &narrow, nullptr);
     if (!replace(alpha, failed, narrow)) return false;
   }
   VipsImage* joined = nullptr;
-  const int failed = vips_bandjoin2(image.get(), alpha.get(), &joined, nullptr);
+  const int failed = vips().bandjoin2(image.get(), alpha.get(), &joined, nullptr);
   return replace(image, failed, joined);
 }
 
@@ -105,7 +105,7 @@ bool joinAlpha(VipsImagePtr& image, VipsImagePtr alpha) {
 bool convertColors(VipsImagePtr& image, Colors colors, bool hasProfile) {
   const int samples = sampleCount(colors);
   VipsImagePtr alpha;
-  if (vips_image_get_bands(image.get()) > samples) {
+  if (vips().image_get_bands(image.get()) > samples) {
     g_object_ref(image.get());
     alpha.reset(image.get());
     if (!extractBands(alpha, samples, 1) || !extractBands(image, 0, samples)) return false;
@@ -126,13 +126,18 @@ void copyRow(const VipsPel* from, VipsBandFormat format, std::size_t samples, st
   }
 }
 
+// A row of a region that begins at the picture's left edge.
+const std::uint8_t* rowOf(const VipsRegion& region, int y) {
+  return region.data + static_cast<std::ptrdiff_t>(y - region.valid.top) * region.bpl;
+}
+
 }  // namespace
 
 ColorProfile embeddedProfile(const VipsImage* image) {
-  if (vips_image_get_typeof(image, VIPS_META_ICC_NAME) == 0) return nullptr;
+  if (vips().image_get_typeof(image, VIPS_META_ICC_NAME) == 0) return nullptr;
   const void* data = nullptr;
   std::size_t size = 0;
-  if (vips_image_get_blob(image, VIPS_META_ICC_NAME, &data, &size) != 0) return nullptr;
+  if (vips().image_get_blob(image, VIPS_META_ICC_NAME, &data, &size) != 0) return nullptr;
   const auto* bytes = static_cast<const std::uint8_t*>(data);
   if (!profileColors({bytes, size})) return nullptr;
   return std::make_shared<const std::vector<std::uint8_t>>(bytes, bytes + size);
@@ -140,19 +145,19 @@ ColorProfile embeddedProfile(const VipsImage* image) {
 
 Result<PlainPicture> toPlainPicture(VipsImagePtr image) {
   const std::optional<Colors> colors = colorsOf(image.get());
-  const VipsBandFormat format = vips_image_get_format(image.get());
+  const VipsBandFormat format = vips().image_get_format(image.get());
   const bool isPlain = format == VIPS_FORMAT_UCHAR || format == VIPS_FORMAT_USHORT;
-  if (!colors || vips_image_get_coding(image.get()) != VIPS_CODING_NONE ||
+  if (!colors || vips().image_get_coding(image.get()) != VIPS_CODING_NONE ||
       (!isPlain && colors != Colors::lab)) {
-    return Error{"pictures with " + std::to_string(vips_image_get_bands(image.get())) +
+    return Error{"pictures with " + std::to_string(vips().image_get_bands(image.get())) +
                  " samples of this kind a pixel cannot be read"};
   }
   // Samples beyond colours and alpha belong to programs that made them.
-  const int wanted = std::min(vips_image_get_bands(image.get()), sampleCount(*colors) + 1);
+  const int wanted = std::min(vips().image_get_bands(image.get()), sampleCount(*colors) + 1);
   ColorProfile profile = matchingProfile(image.get(), *colors);
   if (!extractBands(image, 0, wanted)) return Error{};
 
-  const bool isPalette = vips_image_get_typeof(image.get(), "palette-bit-depth") != 0;
+  const bool isPalette = vips().image_get_typeof(image.get(), "palette-bit-depth") != 0;
   const bool isDeep = format != VIPS_FORMAT_UCHAR;
   const bool convert = *colors == Colors::cmyk || *colors == Colors::lab ||
                        (profile != nullptr && (*colors == Colors::gray || isDeep || isPalette));
@@ -164,17 +169,17 @@ Result<PlainPicture> toPlainPicture(VipsImagePtr image) {
 }
 
 Result<Bitmap> toBitmap(VipsImage* image) {
-  const int width = vips_image_get_width(image);
-  const int height = vips_image_get_height(image);
-  auto bitmap = BitmapBuilder::allocate(width, height, vips_image_get_bands(image));
+  const int width = vips().image_get_width(image);
+  const int height = vips().image_get_height(image);
+  auto bitmap = BitmapBuilder::allocate(width, height, vips().image_get_bands(image));
   if (!bitmap) return Error{"not enough memory for the picture"};
-  const VipsBandFormat format = vips_image_get_format(image);
-  const VipsRegionPtr region(vips_region_new(image));
+  const VipsBandFormat format = vips().image_get_format(image);
+  const VipsRegionPtr region(vips().region_new(image));
   for (int top = 0; top < height; top += kStripRows) {
     const VipsRect strip = {0, top, width, std::min(kStripRows, height - top)};
-    if (vips_region_prepare(region.get(), &strip) != 0) return Error{};
+    if (vips().region_prepare(region.get(), &strip) != 0) return Error{};
     for (int y = top; y < top + strip.height; ++y) {
-      copyRow(VIPS_REGION_ADDR(region.get(), 0, y), format, bitmap->rowBytes(), bitmap->row(y));
+      copyRow(rowOf(*region, y), format, bitmap->rowBytes(), bitmap->row(y));
     }
   }
   return std::move(*bitmap).finish();

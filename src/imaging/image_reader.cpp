@@ -115,7 +115,8 @@ Result<std::vector<RepresentationSize>> readRepresentationSizes(const std::strin
   const auto first = openPicture(*file, 0);
   if (!first) return Error{first.error()};
   std::vector<RepresentationSize> sizes = file->pages;
-  sizes[0] = {vips_image_get_width(first->image.get()), vips_image_get_height(first->image.get())};
+  sizes[0] = {vips().image_get_width(first->image.get()),
+              vips().image_get_height(first->image.get())};
   return sizes;
 }
 

@@ -32,56 +32,57 @@ bool carriesProfile(FileFormat format) {
 VipsImagePtr wrapped(const Bitmap& bitmap, const ColorProfile& profile,
                      const EncodeOptions& options) {
   const VipsImagePtr samples(
-      vips_image_new_from_memory(bitmap.bytes().data(), bitmap.byteCount(), bitmap.width(),
-                                 bitmap.height(), bitmap.samplesPerPixel(), VIPS_FORMAT_UCHAR));
+      vips().image_new_from_memory(bitmap.bytes().data(), bitmap.byteCount(), bitmap.width(),
+                                   bitmap.height(), bitmap.samplesPerPixel(), VIPS_FORMAT_UCHAR));
   const Resolution resolution = options.resolution.value_or(Resolution{});
   VipsImage* described = nullptr;
-  if (samples == nullptr ||
-      vips_copy(samples.get(), &described, "interpretation",
-                bitmap.samplesPerPixel() <= 2 ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB,
-                "xres", resolution.width / kMillimetresPerInch, "yres",
-                resolution.height / kMillimetresPerInch, nullptr) != 0) {
+  if (samples == nullptr || vips().copy(samples.get(), &described, "interpretation",
+                                        bitmap.samplesPerPixel() <= 2 ? VIPS_INTERPRETATION_B_W
+                                                                      : VIPS_INTERPRETATION_sRGB,
+                                        "xres", resolution.width / kMillimetresPerInch, "yres",
+                                        resolution.height / kMillimetresPerInch, nullptr) != 0) {
     return nullptr;
   }
   if (profile != nullptr) {
-    vips_image_set_blob_copy(described, VIPS_META_ICC_NAME, profile->data(), profile->size());
+    vips().image_set_blob_copy(described, VIPS_META_ICC_NAME, profile->data(), profile->size());
   }
   return VipsImagePtr(described);
 }
 
 VipsImagePtr withoutLastBand(const VipsImagePtr& image) {
   VipsImage* colours = nullptr;
-  const int bands = vips_image_get_bands(image.get());
-  vips_extract_band(image.get(), &colours, 0, "n", bands - 1, nullptr);
+  const int bands = vips().image_get_bands(image.get());
+  vips().extract_band(image.get(), &colours, 0, "n", bands - 1, nullptr);
   return VipsImagePtr(colours);
 }
 
 int saveBmp(VipsImage* image, VipsTarget* target) {
   void* bytes = nullptr;
   std::size_t size = 0;
-  if (vips_magicksave_buffer(image, &bytes, &size, "format", "BMP", nullptr) != 0) return -1;
-  const int failed = vips_target_write(target, bytes, size);
+  if (vips().magicksave_buffer(image, &bytes, &size, "format", "BMP", nullptr) != 0) return -1;
+  const int failed = vips().target_write(target, bytes, size);
   g_free(bytes);
-  return failed != 0 ? failed : vips_target_end(target);
+  return failed != 0 ? failed : vips().target_end(target);
 }
 
 int save(VipsImage* image, FileFormat format, int quality, VipsTarget* target) {
   switch (format) {
     case FileFormat::jpeg:
-      return vips_jpegsave_target(image, target, "Q", quality, "subsample_mode",
-                                  quality >= kLeastQualityOfFullColours ? VIPS_FOREIGN_SUBSAMPLE_OFF
-                                                                        : VIPS_FOREIGN_SUBSAMPLE_ON,
-                                  nullptr);
+      return vips().jpegsave_target(image, target, "Q", quality, "subsample_mode",
+                                    quality >= kLeastQualityOfFullColours
+                                        ? VIPS_FOREIGN_SUBSAMPLE_OFF
+                                        : VIPS_FOREIGN_SUBSAMPLE_ON,
+                                    nullptr);
     case FileFormat::tiff:
-      return vips_tiffsave_target(image, target, "compression", VIPS_FOREIGN_TIFF_COMPRESSION_LZW,
-                                  "predictor", VIPS_FOREIGN_TIFF_PREDICTOR_HORIZONTAL, "resunit",
-                                  VIPS_FOREIGN_TIFF_RESUNIT_INCH, nullptr);
+      return vips().tiffsave_target(image, target, "compression", VIPS_FOREIGN_TIFF_COMPRESSION_LZW,
+                                    "predictor", VIPS_FOREIGN_TIFF_PREDICTOR_HORIZONTAL, "resunit",
+                                    VIPS_FOREIGN_TIFF_RESUNIT_INCH, nullptr);
     case FileFormat::gif:
-      return vips_gifsave_target(image, target, nullptr);
+      return vips().gifsave_target(image, target, nullptr);
     case FileFormat::png:
-      return vips_pngsave_target(image, target, nullptr);
+      return vips().pngsave_target(image, target, nullptr);
     case FileFormat::jpeg2000:
-      return vips_jp2ksave_target(image, target, "lossless", TRUE, nullptr);
+      return vips().jp2ksave_target(image, target, "lossless", TRUE, nullptr);
     case FileFormat::bmp:
       break;
   }
@@ -94,9 +95,9 @@ std::vector<std::uint8_t> contentsOf(VipsTarget* target) {
   VipsBlob* blob = nullptr;
   g_object_get(target, "blob", &blob, nullptr);
   const std::unique_ptr<VipsBlob, void (*)(VipsBlob*)> held(
-      blob, [](VipsBlob* area) { vips_area_unref(VIPS_AREA(area)); });
+      blob, [](VipsBlob* area) { vips().area_unref(VIPS_AREA(area)); });
   std::size_t size = 0;
-  const auto* bytes = static_cast<const std::uint8_t*>(vips_blob_get(blob, &size));
+  const auto* bytes = static_cast<const std::uint8_t*>(vips().blob_get(blob, &size));
   return {bytes, bytes + size};
 }
 
@@ -108,7 +109,7 @@ Result<std::vector<std::uint8_t>> encode(const Bitmap& bitmap, const ColorProfil
   if (!flat.isValid()) return Error{"not enough memory for the picture"};
   VipsImagePtr image = wrapped(flat, carriesProfile(format) ? profile : nullptr, options);
   if (image != nullptr && dropsAlpha) image = withoutLastBand(image);
-  const VipsTargetPtr target(vips_target_new_to_memory());
+  const VipsTargetPtr target(vips().target_new_to_memory());
   if (image == nullptr || target == nullptr ||
       save(image.get(), format, std::clamp(options.quality, 1, 100), target.get()) != 0) {
     return Error{"the picture cannot be encoded (" + takeVipsError() + ")"};

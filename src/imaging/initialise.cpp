@@ -1,7 +1,6 @@
 #include "imaging/initialise.h"
 
 #include <exiv2/exiv2.hpp>
-#include <vips/vips.h>
 
 #include "imaging/exiv2_session.h"
 #include "imaging/vips_handle.h"
@@ -24,18 +23,19 @@ void takeLogMessage(const char* /*domain*/, GLogLevelFlags /*level*/, const char
 }
 
 bool start() {
+  if (!vips().isLoaded) return false;
   constexpr auto kSilenced =
       static_cast<GLogLevelFlags>(G_LOG_LEVEL_CRITICAL | G_LOG_LEVEL_WARNING | G_LOG_LEVEL_MESSAGE |
                                   G_LOG_LEVEL_INFO | G_LOG_LEVEL_DEBUG | G_LOG_FLAG_RECURSION);
   g_log_set_handler("VIPS", kSilenced, takeLogMessage, nullptr);
   // A size that a property of libvips does not take is a warning of the object system's.
   g_log_set_handler("GLib-GObject", G_LOG_LEVEL_WARNING, takeLogMessage, nullptr);
-  if (vips_init("velmara") != 0) return false;
-  vips_cache_set_max(0);
-  vips_cache_set_max_mem(0);
-  vips_cache_set_max_files(0);
-  vips_operation_block_set("VipsForeignLoad", TRUE);
-  for (const char* decoder : kDecoders) vips_operation_block_set(decoder, FALSE);
+  if (vips().init("velmara") != 0) return false;
+  vips().cache_set_max(0);
+  vips().cache_set_max_mem(0);
+  vips().cache_set_max_files(0);
+  vips().operation_block_set("VipsForeignLoad", TRUE);
+  for (const char* decoder : kDecoders) vips().operation_block_set(decoder, FALSE);
 
   Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
   return Exiv2::XmpParser::initialize(lockXmpToolkit, nullptr);

@@ -14,7 +14,7 @@ namespace velmara {
 namespace {
 
 std::string colorModelOf(VipsImage* image) {
-  switch (vips_image_guess_interpretation(image)) {
+  switch (vips().image_guess_interpretation(image)) {
     case VIPS_INTERPRETATION_B_W:
     case VIPS_INTERPRETATION_GREY16:
       return "Gray";
@@ -24,7 +24,7 @@ std::string colorModelOf(VipsImage* image) {
     case VIPS_INTERPRETATION_LABS:
       return "Lab";
     default:
-      return vips_image_get_bands(image) < 3 ? "Gray" : "RGB";
+      return vips().image_get_bands(image) < 3 ? "Gray" : "RGB";
   }
 }
 
@@ -36,13 +36,13 @@ double dotsPerInch(double pixelsPerMillimetre) {
 }
 
 void addHeader(VipsImage* image, MetadataDictionary& dictionary) {
-  dictionary.emplace("PixelWidth", vips_image_get_width(image));
-  dictionary.emplace("PixelHeight", vips_image_get_height(image));
+  dictionary.emplace("PixelWidth", vips().image_get_width(image));
+  dictionary.emplace("PixelHeight", vips().image_get_height(image));
   dictionary.emplace("ColorModel", colorModelOf(image));
-  dictionary.emplace("HasAlpha", vips_image_hasalpha(image) != 0);
-  dictionary.emplace("Depth", static_cast<int>(8 * vips_format_sizeof(image->BandFmt)));
-  const double across = vips_image_get_xres(image);
-  const double down = vips_image_get_yres(image);
+  dictionary.emplace("HasAlpha", vips().image_hasalpha(image) != 0);
+  dictionary.emplace("Depth", static_cast<int>(8 * vips().format_sizeof(image->BandFmt)));
+  const double across = vips().image_get_xres(image);
+  const double down = vips().image_get_yres(image);
   // 1 pixel a millimetre is what libvips says when the file says nothing.
   if (across > 0.0 && down > 0.0 && (across != 1.0 || down != 1.0)) {
     dictionary.emplace("DPIWidth", dotsPerInch(across));
@@ -57,8 +57,8 @@ void addHeader(VipsImage* image, MetadataDictionary& dictionary) {
 std::span<const std::uint8_t> blobOf(const VipsImage* image, const char* name) {
   const void* data = nullptr;
   std::size_t size = 0;
-  if (vips_image_get_typeof(image, name) == 0 ||
-      vips_image_get_blob(image, name, &data, &size) != 0) {
+  if (vips().image_get_typeof(image, name) == 0 ||
+      vips().image_get_blob(image, name, &data, &size) != 0) {
     return {};
   }
   return {static_cast<const std::uint8_t*>(data), size};

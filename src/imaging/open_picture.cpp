@@ -16,24 +16,24 @@ int load(FileKind kind, VipsSource* source, int page, bool tolerant, VipsImage**
   switch (kind) {
     case FileKind::jpeg:
       // What libjpeg only warns of may be a picture of which the lower half is missing.
-      return vips_jpegload_source(source, image, "access", kAccess, "fail_on",
-                                  tolerant ? VIPS_FAIL_ON_TRUNCATED : VIPS_FAIL_ON_WARNING,
-                                  nullptr);
+      return vips().jpegload_source(source, image, "access", kAccess, "fail_on",
+                                    tolerant ? VIPS_FAIL_ON_TRUNCATED : VIPS_FAIL_ON_WARNING,
+                                    nullptr);
     case FileKind::png:
-      return vips_pngload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+      return vips().pngload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
     case FileKind::tiff:
-      return vips_tiffload_source(source, image, "access", kAccess, "fail_on", kFailOn, "page",
-                                  page, nullptr);
+      return vips().tiffload_source(source, image, "access", kAccess, "fail_on", kFailOn, "page",
+                                    page, nullptr);
     case FileKind::gif:
-      return vips_gifload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+      return vips().gifload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
     case FileKind::webp:
-      return vips_webpload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+      return vips().webpload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
     case FileKind::jpeg2000:
-      return vips_jp2kload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+      return vips().jp2kload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
     case FileKind::heif:
-      return vips_heifload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+      return vips().heifload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
     case FileKind::pnm:
-      return vips_ppmload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
+      return vips().ppmload_source(source, image, "access", kAccess, "fail_on", kFailOn, nullptr);
     case FileKind::bmp:
       break;
   }
@@ -42,17 +42,17 @@ int load(FileKind kind, VipsSource* source, int page, bool tolerant, VipsImage**
 
 int loadBmp(const std::vector<std::uint8_t>& bytes, VipsImage** image) {
   // libvips takes the buffer as void* but does not write to it.
-  return vips_magickload_buffer(const_cast<std::uint8_t*>(bytes.data()), bytes.size(), image,
-                                "access", VIPS_ACCESS_SEQUENTIAL, "fail_on", VIPS_FAIL_ON_TRUNCATED,
-                                nullptr);
+  return vips().magickload_buffer(const_cast<std::uint8_t*>(bytes.data()), bytes.size(), image,
+                                  "access", VIPS_ACCESS_SEQUENTIAL, "fail_on",
+                                  VIPS_FAIL_ON_TRUNCATED, nullptr);
 }
 
 // The bitmap's own four bytes a pixel and as many that a decoder may need beside it.
 constexpr std::uint64_t kBytesWhileDecoding = 8;
 
 Status checkSize(const VipsImage* image, const PictureFile& file) {
-  const std::int64_t width = vips_image_get_width(image);
-  const std::int64_t height = vips_image_get_height(image);
+  const std::int64_t width = vips().image_get_width(image);
+  const std::int64_t height = vips().image_get_height(image);
   const std::string size = std::to_string(width) + " x " + std::to_string(height) + " pixels";
   if (!isAllowedBitmapSize(width, height, 4)) return Error{"the picture is too large: " + size};
   if (!fitsInMemory(static_cast<std::uint64_t>(width * height) * kBytesWhileDecoding)) {
@@ -97,8 +97,8 @@ Result<OpenedPicture> openPicture(const PictureFile& file, int page, bool tolera
     picture.bytes = file.file.read(0, static_cast<std::size_t>(file.file.size()));
     failed = loadBmp(picture.bytes, &image);
   } else {
-    const VipsSourcePtr source(vips_source_new_from_descriptor(file.file.descriptor()));
-    if (source == nullptr || vips_source_rewind(source.get()) != 0) return damagedFile(file.kind);
+    const VipsSourcePtr source(vips().source_new_from_descriptor(file.file.descriptor()));
+    if (source == nullptr || vips().source_rewind(source.get()) != 0) return damagedFile(file.kind);
     failed = load(file.kind, source.get(), page, tolerant, &image);
   }
   if (failed != 0) return damagedFile(file.kind);

@@ -21,8 +21,8 @@ Image recompressJpeg(const Image& image, float factor) {
   const auto bytes = encodeImage(image.bitmap(), nullptr, FileFormat::jpeg, options);
   if (!bytes) return {};
   VipsImage* decoded = nullptr;
-  if (vips_jpegload_buffer(const_cast<std::uint8_t*>(bytes->data()), bytes->size(), &decoded,
-                           "access", VIPS_ACCESS_SEQUENTIAL, nullptr) != 0) {
+  if (vips().jpegload_buffer(const_cast<std::uint8_t*>(bytes->data()), bytes->size(), &decoded,
+                             "access", VIPS_ACCESS_SEQUENTIAL, nullptr) != 0) {
     return {};
   }
   const VipsImagePtr owner(decoded);

@@ -23,7 +23,7 @@ std::string inWords(std::string text) {
 }  // namespace
 
 std::string takeVipsError() {
-  char* buffer = vips_error_buffer_copy();
+  char* buffer = vips().error_buffer_copy();
   std::string text = buffer;
   g_free(buffer);
   return inWords(std::move(text));

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <vips/vips.h>
-
 #include <memory>
 #include <string>
+
+#include "imaging/vips_api.h"
 
 namespace velmara {
 

@@ -73,7 +73,8 @@ void paintImageButton(QPainter& painter, const QRectF& bounds, const QString& ti
   drawThreePartImage(painter, bounds, fields.pattern_St, fields.pattern_Mdl, fields.pattern_En);
 
   fields.rectText = fields.rectTextM = fields.rectTextNoM = bounds;
-  layoutTitle(fields, bounds, false, measureTitle);
+  // The search for a size loads a font for each it tries.
+  if (!title.isEmpty()) layoutTitle(fields, bounds, false, measureTitle);
   if (canBreakTitle(fields)) layoutTitle(fields, bounds, true, measureTitle);
   const ChosenTitle chosen = chooseTitle(fields, drawing.isMouseDown);
   fields.rectText = chosen.rect;

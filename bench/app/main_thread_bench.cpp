@@ -1,0 +1,207 @@
+// main_thread_bench PHOTO [ROUNDS]: the real window works on a photo, and how long its main thread
+// keeps others waiting is printed step by step. With ROUNDS the photo is opened and denoised that
+// often, and memory and open descriptors are printed along the way: both must stay flat.
+#include <QEventLoop>
+#include <QTest>
+#include <QTimer>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+
+#include "app/main_screen/main_screen_view_controller.h"
+#include "app/main_window_controller.h"
+#include "engine/denoise_algo_implementation.h"
+#include "imaging/initialise.h"
+#include "imaging/recompress_jpeg.h"
+#include "platform/dispatch.h"
+#include "platform/memory_user_defaults.h"
+#include "support/scratch_folder.h"
+#include "support/scripted_desktop.h"
+#include "watched_application.h"
+#include "widgets/app_store_window.h"
+#include "widgets/style.h"
+
+namespace velmara {
+namespace {
+
+EngineEnvironment engineEnvironment() {
+  EngineEnvironment environment;
+  environment.workers = &globalQueue();
+  environment.mainQueue = &mainQueue();
+  environment.recompressJpeg = recompressJpeg;
+  return environment;
+}
+
+// Waits as the program does, in the event loop; QTest's waits poll and would be measured.
+void serve(int milliseconds) {
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+/// The window with a scripted desktop around it.
+class Desk {
+ public:
+  Desk()
+      : algorithm_(engineEnvironment()),
+        engine_(algorithm_),
+        bundle_(mainBundle()),
+        controller_(ScreenServices{photos_, engine_, mainQueue(), globalQueue(), eventLoopTimers(),
+                                   center_, alerts_, panels_, workspace_, defaults_, bundle_,
+                                   [](const std::string&) {}, folder_.path().string() + "/", [] {},
+                                   [] {}, [] {}, [] {}}) {
+    controller_.windowMain()->resize(1220, 700);
+    controller_.showWindow();
+    settle();
+  }
+
+  MainScreenViewController& screen() { return *controller_.viewController(); }
+  AppStoreWindow& window() { return *controller_.windowMain(); }
+  QWidget& view(const char* name) { return *window().findChild<QWidget*>(QLatin1String(name)); }
+  void click(const char* name) { QTest::mouseClick(&view(name), Qt::LeftButton); }
+
+  void open(const std::string& path) {
+    // Opened without the question about the photo before.
+    photos_.arraySelectedImagesToProcess.clear();
+    photos_.selectedImageFile.reset();
+    screen().photoDraggedWithPath(path);
+    waitForResult();
+  }
+  void waitForResult() {
+    for (int tries = 0; !isResultShown(); ++tries) {
+      if (tries == 3000) {
+        std::fprintf(stderr, "no result\n");
+        std::_Exit(1);
+      }
+      serve(20);
+    }
+    settle();
+  }
+  static void settle() { serve(150); }
+
+ private:
+  bool isResultShown() {
+    return !screen().session().runState().isRunningAlgorithm() &&
+           screen().preview().isResultShown() &&
+           (view("vwDenoisedPreview").isVisible() || view("vwDenoisedPreviewForDual").isVisible());
+  }
+
+  testing_support::ScratchFolder folder_;
+  DenoiseAlgoImplementation algorithm_;
+  AlgorithmEngine engine_;
+  PhotoSlots photos_;
+  NotificationCenter center_;
+  testing_support::ScriptedAlerts alerts_;
+  testing_support::ScriptedPanels panels_;
+  testing_support::RecordingWorkspace workspace_;
+  MemoryUserDefaults defaults_{"bench"};
+  BundleFacts bundle_;
+  MainWindowController controller_;
+};
+
+void measure(WatchedApplication& application, const char* step, const std::function<void()>& work) {
+  application.takeBusyTimes();
+  // Inside the event loop, as what a user does.
+  QEventLoop loop;
+  QTimer::singleShot(0, &loop, [&] {
+    work();
+    loop.quit();
+  });
+  loop.exec();
+  const BusyTimes times = application.takeBusyTimes();
+  std::printf("%-22s longest wait %6.1f ms, longest event %6.1f ms: %s\n", step, times.longestWait,
+              times.longestEvent, times.event.c_str());
+  std::fflush(stdout);
+}
+
+void drag(Desk& desk) {
+  QWidget& area = desk.view("vwPreviewContainer");
+  QTest::mousePress(&area, Qt::LeftButton, {}, {500, 300});
+  for (int i = 1; i <= 60; ++i) {
+    QTest::mouseMove(&area, {500 - 4 * i, 300 - 2 * i});
+    serve(1);
+  }
+  QTest::mouseRelease(&area, Qt::LeftButton, {}, {260, 180});
+}
+
+void measureSteps(WatchedApplication& application, Desk& desk, const std::string& photo) {
+  const auto clickAndWait = [&](const char* name) {
+    return [&desk, name] {
+      desk.click(name);
+      desk.waitForResult();
+    };
+  };
+  measure(application, "first opening", [&] { desk.open(photo); });
+  measure(application, "second opening", [&] { desk.open(photo); });
+  measure(application, "fit, zoom in", clickAndWait("btnZoomIn"));
+  measure(application, "fit, zoom out", clickAndWait("btnZoomOut"));
+  measure(application, "actual size", clickAndWait("btn100Percent"));
+  measure(application, "double size", clickAndWait("btn200Percent"));
+  measure(application, "drag at double size", [&] {
+    drag(desk);
+    desk.waitForResult();
+  });
+  measure(application, "split style", clickAndWait("btnSplitMode"));
+  measure(application, "fit to screen", clickAndWait("btnFitScreen"));
+  measure(application, "another level", [&] {
+    desk.screen().changeLevel(3);
+    desk.waitForResult();
+  });
+  measure(application, "window resize", [&] {
+    for (int i = 1; i <= 20; ++i) {
+      desk.window().resize(1220 + 4 * i, 700 + 2 * i);
+      serve(15);
+    }
+    desk.waitForResult();
+  });
+}
+
+long residentKilobytes() {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.rfind("VmRSS:", 0) == 0) return std::atol(line.c_str() + 6);
+  }
+  return 0;
+}
+
+long openDescriptors() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
+void repeat(Desk& desk, const std::string& photo, int rounds) {
+  for (int round = 1; round <= rounds; ++round) {
+    desk.open(photo);
+    if (round % 20 == 0 || round == 1) {
+      std::printf("round %3d: %ld KB resident, %ld descriptors\n", round, residentKilobytes(),
+                  openDescriptors());
+      std::fflush(stdout);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace velmara
+
+int main(int argc, char** argv) {
+  if (argc < 2) {
+    std::fprintf(stderr, "usage: main_thread_bench PHOTO [ROUNDS]\n");
+    return 2;
+  }
+  velmara::WatchedApplication application(argc, argv);
+  velmara::style::apply(application);
+  velmara::initialiseImaging();
+  const std::string photo = std::filesystem::absolute(argv[1]).string();
+  velmara::Desk desk;
+  if (argc > 2) {
+    velmara::repeat(desk, photo, std::atoi(argv[2]));
+  } else {
+    velmara::measureSteps(application, desk, photo);
+  }
+  std::fflush(stdout);
+  // As the program ends.
+  std::_Exit(0);
+}
