@@ -12,7 +12,8 @@ struct BusyTimes {
   /// The longest that an event of another thread had to wait for its turn, in milliseconds: how
   /// long a click may go unheard.
   double longestWait = 0.0;
-  /// The longest single event, and its receiver's class, its name and the event's type.
+  /// The single event with the most of this thread's processor time (what other programs took
+  /// meanwhile is left out), its receiver's class, its name and the event's type.
   double longestEvent = 0.0;
   std::string event;
 };
