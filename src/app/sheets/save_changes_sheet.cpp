@@ -12,7 +12,8 @@ namespace velmara {
 
 SaveChangesSheet::SaveChangesSheet(QWidget* mainWindow)
     : QDialog(mainWindow, Qt::Dialog | Qt::FramelessWindowHint),
-      lblSaveChangeHeader_(new QLabel(this)) {
+      lblSaveChangeHeader_(new QLabel(this)),
+      btnSaveChanges_(new QPushButton(tr("Save"), this)) {
   setObjectName(QStringLiteral("windowSaveChanges"));
   setProperty("role", "alert");
   setAttribute(Qt::WA_StyledBackground);
@@ -23,14 +24,13 @@ SaveChangesSheet::SaveChangesSheet(QWidget* mainWindow)
   lblSaveChangeHeader_->setWordWrap(true);
   lblSaveChangeHeader_->setMinimumWidth(380);
 
-  auto* save = new QPushButton(tr("Save"), this);
   auto* dontSave = new QPushButton(tr("Don't Save"), this);
   auto* cancel = new QPushButton(tr("Cancel"), this);
-  save->setObjectName(QStringLiteral("btnSaveChanges"));
+  btnSaveChanges_->setObjectName(QStringLiteral("btnSaveChanges"));
   dontSave->setObjectName(QStringLiteral("btnDontSaveChanges"));
   cancel->setObjectName(QStringLiteral("btnCancelChanges"));
-  save->setDefault(true);
-  connect(save, &QPushButton::clicked, this, &SaveChangesSheet::btnSaveChangesTapped);
+  btnSaveChanges_->setDefault(true);
+  connect(btnSaveChanges_, &QPushButton::clicked, this, &SaveChangesSheet::btnSaveChangesTapped);
   connect(dontSave, &QPushButton::clicked, this, &SaveChangesSheet::btnDontSaveChangesTapped);
   connect(cancel, &QPushButton::clicked, this, &SaveChangesSheet::btnCancelChangesTapped);
 
@@ -39,7 +39,7 @@ SaveChangesSheet::SaveChangesSheet(QWidget* mainWindow)
   buttons->addWidget(dontSave);
   buttons->addStretch();
   buttons->addWidget(cancel);
-  buttons->addWidget(save);
+  buttons->addWidget(btnSaveChanges_);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(24, 22, 24, 20);
   layout->setSpacing(20);
@@ -54,6 +54,7 @@ void SaveChangesSheet::showSheet(const std::string& header) {
   show();
   raise();
   activateWindow();
+  btnSaveChanges_->setFocus();  // Not on the button of the last answer.
 }
 
 void SaveChangesSheet::closeSheet() {

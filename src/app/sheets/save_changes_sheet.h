@@ -5,6 +5,7 @@
 #include <string>
 
 class QLabel;
+class QPushButton;
 
 namespace velmara {
 
@@ -29,6 +30,7 @@ class SaveChangesSheet : public QDialog {
 
  private:
   QLabel* lblSaveChangeHeader_;
+  QPushButton* btnSaveChanges_;
 };
 
 }  // namespace velmara
