@@ -2,11 +2,13 @@
 
 #include <QWidget>
 
+#include <memory>
 #include <string>
 #include <vector>
 
-class QComboBox;
-class QSlider;
+namespace Ui {
+class ExportOptionsView;
+}
 
 namespace velmara {
 
@@ -18,6 +20,7 @@ class ExportOptionsView : public QWidget {
 
  public:
   explicit ExportOptionsView(QWidget* parent = nullptr);
+  ~ExportOptionsView() override;
 
   void setTitles(const std::vector<std::string>& titles);
   void setQualityShown(bool isShown);
@@ -27,9 +30,7 @@ class ExportOptionsView : public QWidget {
   void selectFormat(int index);
 
  private:
-  QComboBox* btnPopupFileFormat_;
-  QWidget* viewExportQuality_;
-  QSlider* sliderExportQuality_;
+  std::unique_ptr<Ui::ExportOptionsView> ui_;
 };
 
 }  // namespace velmara

@@ -2,10 +2,12 @@
 
 #include <QDialog>
 
+#include <memory>
 #include <string>
 
-class QLabel;
-class QPushButton;
+namespace Ui {
+class SaveChangesSheet;
+}
 
 namespace velmara {
 
@@ -16,6 +18,7 @@ class SaveChangesSheet : public QDialog {
 
  public:
   explicit SaveChangesSheet(QWidget* mainWindow);
+  ~SaveChangesSheet() override;
 
   void showSheet(const std::string& header);
   /// Takes the sheet away without an answer.
@@ -29,8 +32,7 @@ class SaveChangesSheet : public QDialog {
   void btnCancelChangesTapped();
 
  private:
-  QLabel* lblSaveChangeHeader_;
-  QPushButton* btnSaveChanges_;
+  std::unique_ptr<Ui::SaveChangesSheet> ui_;
 };
 
 }  // namespace velmara

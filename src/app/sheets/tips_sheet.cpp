@@ -1,13 +1,8 @@
 #include "app/sheets/tips_sheet.h"
 
-#include <QHBoxLayout>
-#include <QLabel>
-#include <QPushButton>
 #include <QShortcut>
-#include <QVBoxLayout>
 
-#include "app/sheets/page_dots.h"
-#include "app/sheets/tip_picture.h"
+#include "ui_TipsSheet.h"
 #include "widgets/desktop_alerts.h"
 
 namespace velmara {
@@ -20,59 +15,27 @@ constexpr double kTitleScale = 1.3;
 
 TipsSheet::TipsSheet(QWidget* mainWindow)
     : QDialog(mainWindow, Qt::Dialog | Qt::FramelessWindowHint),
+      ui_(std::make_unique<Ui::TipsSheet>()),
       tips_(allTips()),
-      pages_(static_cast<int>(tips_.size())),
-      imgTip_(new TipPicture(this)),
-      lblTipTitle_(new QLabel(this)),
-      lblTipText_(new QLabel(this)),
-      pageDots_(new PageDots(this)),
-      btnBackPage_(new QPushButton(tr("Back"), this)),
-      btnNextpage_(new QPushButton(this)) {
-  setObjectName(QStringLiteral("windowTips"));
-  setProperty("role", "alert");
+      pages_(static_cast<int>(tips_.size())) {
+  ui_->setupUi(this);
   setAttribute(Qt::WA_StyledBackground);
-  setWindowModality(Qt::WindowModal);
-  setWindowTitle(tr("Tips"));
-  lblTipTitle_->setObjectName(QStringLiteral("lblTipTitle"));
-  lblTipText_->setObjectName(QStringLiteral("lblTipText"));
-  btnBackPage_->setObjectName(QStringLiteral("btnBackPage"));
-  btnNextpage_->setObjectName(QStringLiteral("btnNextpage"));
-
   QFont title = font();
   title.setPointSizeF(title.pointSizeF() * kTitleScale);
   title.setWeight(QFont::DemiBold);
-  lblTipTitle_->setFont(title);
-  lblTipText_->setWordWrap(true);
-  lblTipText_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+  ui_->lblTipTitle->setFont(title);
   // One height for all pages, so that the buttons stay under the pointer.
-  lblTipText_->setFixedHeight(lblTipText_->fontMetrics().lineSpacing() * kTextLines + 4);
-  btnBackPage_->setAutoDefault(false);
-  btnNextpage_->setDefault(true);
+  ui_->lblTipText->setFixedHeight(ui_->lblTipText->fontMetrics().lineSpacing() * kTextLines + 4);
 
-  auto* bottom = new QHBoxLayout;
-  bottom->addWidget(btnBackPage_);
-  bottom->addStretch();
-  bottom->addWidget(pageDots_);
-  bottom->addStretch();
-  bottom->addWidget(btnNextpage_);
-  auto* whole = new QVBoxLayout(this);
-  whole->setContentsMargins(20, 20, 20, 16);
-  whole->setSpacing(10);
-  whole->addWidget(imgTip_);
-  whole->addSpacing(4);
-  whole->addWidget(lblTipTitle_);
-  whole->addWidget(lblTipText_);
-  whole->addSpacing(4);
-  whole->addLayout(bottom);
-  whole->setSizeConstraint(QLayout::SetFixedSize);
-
-  connect(btnBackPage_, &QPushButton::clicked, this, &TipsSheet::btnBackPageTapped);
-  connect(btnNextpage_, &QPushButton::clicked, this,
+  connect(ui_->btnBackPage, &QPushButton::clicked, this, &TipsSheet::btnBackPageTapped);
+  connect(ui_->btnNextpage, &QPushButton::clicked, this,
           [this] { pages_.isLast() ? accept() : btnNextpageTapped(); });
-  connect(pageDots_, &PageDots::pageChosen, this, &TipsSheet::selectPage);
+  connect(ui_->pageDots, &PageDots::pageChosen, this, &TipsSheet::selectPage);
   addShortcuts();
   showPage();
 }
+
+TipsSheet::~TipsSheet() = default;
 
 void TipsSheet::addShortcuts() {
   const auto add = [this](Qt::Key key, auto action) {
@@ -89,7 +52,7 @@ void TipsSheet::addShortcuts() {
 
 void TipsSheet::showTipsScreen() {
   selectPage(0);
-  btnNextpage_->setFocus();
+  ui_->btnNextpage->setFocus();
   if (!isVisible()) {
     adjustSize();
     placeOnWindow(*this, parentWidget(), false);
@@ -113,14 +76,14 @@ void TipsSheet::selectPage(int index) {
 
 void TipsSheet::showPage() {
   const Tip& tip = tips_[static_cast<std::size_t>(pages_.selectedIndex())];
-  imgTip_->setTopic(tip.topic);
-  lblTipTitle_->setText(tip.title);
-  lblTipText_->setText(tip.text);
-  pageDots_->setPages(pages_.pageCount(), pages_.selectedIndex());
+  ui_->imgTip->setTopic(tip.topic);
+  ui_->lblTipTitle->setText(tip.title);
+  ui_->lblTipText->setText(tip.text);
+  ui_->pageDots->setPages(pages_.pageCount(), pages_.selectedIndex());
   // A disabled button would hand the focus on to the other one at every end.
-  if (pages_.isFirst() && btnBackPage_->hasFocus()) btnNextpage_->setFocus();
-  btnBackPage_->setEnabled(!pages_.isFirst());
-  btnNextpage_->setText(pages_.isLast() ? tr("Done") : tr("Next"));
+  if (pages_.isFirst() && ui_->btnBackPage->hasFocus()) ui_->btnNextpage->setFocus();
+  ui_->btnBackPage->setEnabled(!pages_.isFirst());
+  ui_->btnNextpage->setText(pages_.isLast() ? tr("Done") : tr("Next"));
   // What a screen reader says of the sheet as a whole.
   setAccessibleName(tip.title);
   setAccessibleDescription(tip.text);

@@ -2,18 +2,17 @@
 
 #include <QDialog>
 
+#include <memory>
 #include <vector>
 
 #include "app/sheets/page_controller.h"
 #include "app/sheets/tips.h"
 
-class QLabel;
-class QPushButton;
+namespace Ui {
+class TipsSheet;
+}
 
 namespace velmara {
-
-class PageDots;
-class TipPicture;
 
 /// The tips: a sheet on the main window that pages through pictures of how the program is used.
 /// Arrow keys, Page Up, Page Down, Home and End page as the buttons and the dots do; Escape closes,
@@ -23,6 +22,7 @@ class TipsSheet : public QDialog {
 
  public:
   explicit TipsSheet(QWidget* mainWindow);
+  ~TipsSheet() override;
 
   /// Shows the sheet from its first page.
   void showTipsScreen();
@@ -38,14 +38,9 @@ class TipsSheet : public QDialog {
   void selectPage(int index);
   void showPage();
 
+  std::unique_ptr<Ui::TipsSheet> ui_;
   std::vector<Tip> tips_;
   PageController pages_;
-  TipPicture* imgTip_;
-  QLabel* lblTipTitle_;
-  QLabel* lblTipText_;
-  PageDots* pageDots_;
-  QPushButton* btnBackPage_;
-  QPushButton* btnNextpage_;
 };
 
 }  // namespace velmara
