@@ -5,6 +5,7 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 #include "app/main_menu.h"
@@ -84,7 +85,10 @@ void MainWindowController::placeWindow() {
   windowMain_->setMaximumSize(
       wholeSize(geometry.maximumSize).expandedTo(wholeSize(geometry.minimumSize)));
   const Rect frame = topDown(geometry.frame, screen->geometry().height());
-  windowMain_->setGeometry(QRectF(frame.x, frame.y, frame.width, frame.height).toRect());
+  QRect place = QRectF(frame.x, frame.y, frame.width, frame.height).toRect();
+  // On a screen smaller than the minimum, the title bar is what has to be reached.
+  place.moveTopLeft({std::max(place.left(), visible.left()), std::max(place.top(), visible.top())});
+  windowMain_->setGeometry(place);
 }
 
 void MainWindowController::hideTopWindowButtonAfterDelay() {
