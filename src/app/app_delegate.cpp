@@ -1,12 +1,14 @@
 #include "app/app_delegate.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMetaObject>
 #include <QWidget>
 
+#include <array>
 #include <string>
 #include <utility>
 
+#include "app/late_sender.h"
 #include "app/main_window_controller.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
@@ -14,49 +16,74 @@
 #include "widgets/app_store_window.h"
 
 namespace velmara {
+namespace {
 
-AppDelegate::AppDelegate(const DenoiseEngine& engine, AlertPresenter& alerts, Panels& panels,
-                         Workspace& workspace, UserDefaults& defaults, AppAddresses addresses)
-    : engine_(engine),
-      alerts_(alerts),
-      panels_(panels),
-      workspace_(workspace),
-      defaults_(defaults),
-      addresses_(std::move(addresses)) {}
+// The maker's applications, this one among them.
+constexpr std::array kAppsList = {
+    "/Applications/Velmara.app",         "/Applications/Velmara Frames.app",
+    "/Applications/Velmara Horizon.app", "/Applications/Velmara Contact Sheet.app",
+    "/Applications/Velmara Colour.app",  "/Applications/Velmara Archive.app",
+    "/Applications/Velmara Proof.app",
+};
 
-AppDelegate::~AppDelegate() = default;
+}  // namespace
+
+AppDelegate::AppDelegate(AppEnvironment environment)
+    : environment_(std::move(environment)),
+      dataStore_(
+          {.applicationSupportDirectory = environment_.applicationSupport,
+           .bundle = environment_.bundle,
+           .alerts = &environment_.alerts,
+           .presentError = [this](const DataStoreError& error) { return presentError(error); }}),
+      sender_(std::make_shared<LateSender>(environment_.httpOptions)) {}
+
+AppDelegate::~AppDelegate() {
+  endServices();
+}
 
 void AppDelegate::applicationDidFinishLaunching() {
   // Every launch begins without settings; what follows depends on it.
-  defaults_.removePersistentDomain(mainBundle().bundleIdentifier);
-  baseTrackURL = addresses_.baseTrackURL;
+  environment_.defaults.removePersistentDomain(environment_.bundle.bundleIdentifier);
+  trackInstall();
+  registerReachability();
+  baseTrackURL = environment_.addresses.baseTrackURL;
   photos.arraySelectedImagesToProcess.clear();
   openMainWindow();
+  mutArrAppsList.assign(kAppsList.begin(), kAppsList.end());
 }
 
 void AppDelegate::openMainWindow() {
   if (windowController_ == nullptr) {
     windowController_ = std::make_unique<MainWindowController>(ScreenServices{
         .photos = photos,
-        .engine = engine_,
+        .engine = environment_.engine,
         .mainQueue = mainQueue(),
         .globalQueue = globalQueue(),
         .timers = eventLoopTimers(),
         .center = defaultCenter(),
-        .alerts = alerts_,
-        .panels = panels_,
-        .workspace = workspace_,
-        .defaults = defaults_,
-        .bundle = mainBundle(),
+        .alerts = environment_.alerts,
+        .panels = environment_.panels,
+        .workspace = environment_.workspace,
+        .defaults = environment_.defaults,
+        .bundle = environment_.bundle,
         .log = [](const std::string& line) { logLine(line); },
         .temporaryDirectory = temporaryDirectory(),
         .terminateApp = [this] { terminateApp(); },
         .showAppInFront = [this] { showAppInFront(); },
-        .showFeedback = [this] { showVMPHelp(); },
+        .showFeedback = [this] { showFeedback(); },
         .showVMPHelp = [this] { showVMPHelp(); },
     });
     connect(windowMain(), &AppStoreWindow::windowWillClose, this,
             [this] { handleWindowClose(windowMain()); });
+    // After the window's own close has been answered, which may bring it back.
+    connect(
+        qApp, &QGuiApplication::lastWindowClosed, this,
+        [this] {
+          if (applicationShouldTerminateAfterLastWindowClosed() && !windowMain()->isVisible()) {
+            terminateApp();
+          }
+        },
+        Qt::QueuedConnection);
   }
   windowController_->showWindow();
 }
@@ -83,16 +110,16 @@ void AppDelegate::saveAsTapped() {
 }
 
 void AppDelegate::showVMPHelp() {
-  openURL(addresses_.support, false);
+  openURL(environment_.addresses.supportPage, false);
 }
 
 bool AppDelegate::openURL(const std::string& url, bool inBackground) {
-  return workspace_.openURL(url, !inBackground);
+  return environment_.workspace.openURL(url, !inBackground);
 }
 
 void AppDelegate::showAppInFront() {
   logLine("showAppInFront");
-  if (windowMain() != nullptr) workspace_.showInFront(*windowMain());
+  if (windowMain() != nullptr) environment_.workspace.showInFront(*windowMain());
 }
 
 void AppDelegate::handleWindowClose(QObject* window) {
@@ -107,7 +134,28 @@ void AppDelegate::handleWindowClose_Main(QObject* window) {
 }
 
 void AppDelegate::terminateApp() {
-  QCoreApplication::exit(0);
+  if (isTerminating_) return;
+  isTerminating_ = true;
+  if (applicationShouldTerminate() == TerminateReply::kNow) {
+    applicationWillTerminate();
+    QCoreApplication::exit(0);
+    return;
+  }
+  isTerminating_ = false;
+  if (windowMain() != nullptr && !windowMain()->isVisible()) windowController_->showWindow();
+}
+
+QUndoStack* AppDelegate::windowWillReturnUndoManager() {
+  ManagedObjectContext* context = dataStore_.managedObjectContext();
+  return context != nullptr ? &context->undoManager() : nullptr;
+}
+
+// Nothing here can mend an error.
+bool AppDelegate::presentError(const DataStoreError& error) {
+  std::string reason = error.failureReason;
+  if (!error.underlyingError.empty()) reason += "\n" + error.underlyingError;
+  environment_.alerts.runModal({error.description, reason, {}});
+  return false;
 }
 
 }  // namespace velmara

@@ -6,32 +6,35 @@
 #include <string>
 #include <vector>
 
-#include "app/main_screen/screen_services.h"
+#include "app/app_environment.h"
+#include "app/data_store/data_store.h"
+#include "services/feedback_upload.h"
+#include "services/reachability.h"
+#include "services/tracker.h"
 #include "session/editing_session.h"
+
+class QUndoStack;
 
 namespace velmara {
 
 class AppStoreWindow;
+class FeedbackWindowController;
+class LateSender;
 class MainWindowController;
-
-/// Where the application's own pages on the net are.
-struct AppAddresses {
-  std::string support = "https://support.velmara.invalid/";
-  std::string shopPage = "https://shop.velmara.invalid/velmara";
-  std::string baseTrackURL = "https://track.velmara.invalid/click";
-};
 
 /// Start, shared slots and end of the application. Main thread.
 class AppDelegate : public QObject {
   Q_OBJECT
 
  public:
-  /// The services' `photos` and application callbacks are filled in by this object.
-  explicit AppDelegate(const DenoiseEngine& engine, AlertPresenter& alerts, Panels& panels,
-                       Workspace& workspace, UserDefaults& defaults, AppAddresses addresses = {});
+  explicit AppDelegate(AppEnvironment environment);
+  /// Ends what the services have under way.
   ~AppDelegate() override;
 
-  /// The start-up sequence.
+  // Start and window, in app_delegate.cpp.
+
+  /// The start-up sequence. The light appearance is set before, when the application object is
+  /// made.
   void applicationDidFinishLaunching();
   void openMainWindow();
 
@@ -42,11 +45,34 @@ class AppDelegate : public QObject {
   void showVMPHelp();
   bool openURL(const std::string& url, bool inBackground);
   void showAppInFront();
+
+  // The end, in app_delegate.cpp.
+
   /// From any thread.
   void handleWindowClose(QObject* window);
   void handleWindowClose_Main(QObject* window);
+  /// Ends the application if applicationShouldTerminate lets it. If not, and the main window is
+  /// closed already, shows it again: without it the program could not be reached.
   void terminateApp();
   bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
+  void applicationWillTerminate() {}
+  TerminateReply applicationShouldTerminate() { return dataStore_.applicationShouldTerminate(); }
+  void saveAction() { dataStore_.saveAction(); }
+  /// The undo manager of the data store; null if there is no store.
+  QUndoStack* windowWillReturnUndoManager();
+  DataStore& dataStore() { return dataStore_; }
+
+  // The services, in app_delegate_services.cpp.
+
+  void registerReachability();
+  void reachabilityChanged(const Notification& notification);
+  void updateInterfaceWithReachability(Reachability& monitor);
+  /// Opens the feedback form.
+  void showFeedback();
+  /// Drops the requests that are under way; what is asked for later is not sent.
+  void endServices();
+  /// How many feedback uploads are under way.
+  std::size_t uploadsUnderWay() const { return uploads_ ? uploads_->underWay() : 0; }
 
   MainWindowController* myWindowController() const { return windowController_.get(); }
   AppStoreWindow* windowMain() const;
@@ -55,15 +81,26 @@ class AppDelegate : public QObject {
   std::string baseTrackURL;
   /// Bundle paths that a promotion window would look for.
   std::vector<std::string> mutArrAppsList;
+  std::shared_ptr<Reachability> internetReachability;
+  NetworkStatus networkStatus = kNotReachable;
+  bool isInternetAvailable = false;
+  bool isInternetAvailableUsingWiFi = false;
+  bool isInternetAvailableUsingDataProvider = false;
+  bool connectionRequired = false;
+  std::shared_ptr<Tracker> tracker;
 
  private:
-  const DenoiseEngine& engine_;
-  AlertPresenter& alerts_;
-  Panels& panels_;
-  Workspace& workspace_;
-  UserDefaults& defaults_;
-  AppAddresses addresses_;
+  void trackInstall();
+  FeedbackUploads& uploads();
+  bool presentError(const DataStoreError& error);
+
+  AppEnvironment environment_;
+  DataStore dataStore_;
+  std::shared_ptr<LateSender> sender_;
+  std::unique_ptr<FeedbackUploads> uploads_;
   std::unique_ptr<MainWindowController> windowController_;
+  FeedbackWindowController* feedbackController_ = nullptr;  ///< owned by the main window
+  bool isTerminating_ = false;
 };
 
 }  // namespace velmara

@@ -40,7 +40,7 @@ void installEngine() {
 
 }  // namespace
 
-int runApplication(int argc, char** argv) {
+int runApplication(int argc, char** argv, const ServiceAddresses& addresses) {
   redirectStandardErrorToLogFile(homeDirectory(), mainBundle().CFBundleName);
   QApplication application(argc, argv);
   // The toolkit takes the user's locale over; numbers in files and the log keep their point.
@@ -48,7 +48,8 @@ int runApplication(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("velmara"));
   QApplication::setApplicationDisplayName(QString::fromStdString(mainBundle().CFBundleName));
   QApplication::setDesktopFileName(QString::fromStdString(mainBundle().bundleIdentifier));
-  QApplication::setQuitOnLastWindowClosed(true);
+  // The delegate ends the program, which it may refuse.
+  QApplication::setQuitOnLastWindowClosed(false);
   QTranslator translator;
   if (translator.load(QLocale(), "velmara", "_", ":/translations")) {
     QApplication::installTranslator(&translator);
@@ -61,7 +62,12 @@ int runApplication(int argc, char** argv) {
   DesktopWorkspace workspace;
   FileUserDefaults defaults(mainBundle().bundleIdentifier, userDefaultsPath());
   const AlgorithmEngine engine(DenoiseAlgoImplementation::sharedInstance());
-  AppDelegate delegate(engine, alerts, panels, workspace, defaults);
+  AppDelegate delegate({.engine = engine,
+                        .alerts = alerts,
+                        .panels = panels,
+                        .workspace = workspace,
+                        .defaults = defaults,
+                        .addresses = addresses});
   delegate.applicationDidFinishLaunching();
   // The first photo finds the decoders loaded, but the window did not wait for them.
   eventLoopTimers().performSelector(&application, "initialiseImaging", kDecodersDelay,
@@ -70,6 +76,7 @@ int runApplication(int argc, char** argv) {
   panels.setMainWindow(delegate.windowMain());
 
   const int exitCode = QApplication::exec();
+  delegate.endServices();
   // A run under way waits for this thread to take its result and would keep the process from
   // ending; what it works on is its own, and files are whole or not there.
   removeTemporaryDirectory();

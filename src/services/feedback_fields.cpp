@@ -8,9 +8,13 @@
 
 namespace velmara {
 
-FeedbackFaults checkFeedbackFields(FeedbackForm& form) {
+void tidyFeedbackFields(FeedbackForm& form) {
   form.email = StringEscaping::trim(QString::fromStdString(form.email).toLower().toStdString());
   form.experience = StringEscaping::trim(form.experience);
+}
+
+FeedbackFaults checkFeedbackFields(FeedbackForm& form) {
+  tidyFeedbackFields(form);
   logLine("Title :" + form.type);
   return {.invalidEmail = !validateEmail(form.email),
           .invalidType = form.type == kNoFeedbackType,

@@ -37,8 +37,11 @@ struct FeedbackFaults {
 };
 
 /// Makes the e-mail address lower-case and takes white space and newlines off the ends of it and of
-/// the experience, in the form itself; then makes every check, so that all messages can show
-/// together. Logs the type as "Title :TYPE".
+/// the experience: so they are sent.
+void tidyFeedbackFields(FeedbackForm& form);
+
+/// Tidies the form, then makes every check, so that all messages can show together. Logs the type
+/// as "Title :TYPE".
 FeedbackFaults checkFeedbackFields(FeedbackForm& form);
 
 }  // namespace velmara

@@ -1,5 +1,6 @@
 #include "widgets/desktop_alerts.h"
 
+#include <QApplication>
 #include <QPointer>
 
 #include <utility>
@@ -19,10 +20,17 @@ void placeOnWindow(QWidget& dialog, const QWidget* window, bool asSheet) {
   dialog.move(place.topLeft());
 }
 
+// A sheet that is open over the main window would cover an alert of the main window's.
+QWidget* DesktopAlerts::frontWindow() const {
+  QWidget* modal = QApplication::activeModalWidget();
+  return modal != nullptr ? modal : mainWindow_.data();
+}
+
 int DesktopAlerts::runModal(const Alert& alert) {
-  // On the heap: the main window, and the dialog with it, may go while the dialog waits.
-  const QPointer<AlertDialog> dialog = new AlertDialog(alert, mainWindow_);
-  placeOnWindow(*dialog, mainWindow_, false);
+  QWidget* window = frontWindow();
+  // On the heap: its window, and the dialog with it, may go while the dialog waits.
+  const QPointer<AlertDialog> dialog = new AlertDialog(alert, window);
+  placeOnWindow(*dialog, window, false);
   dialog->exec();
   if (!dialog) return alert.buttons.empty() ? 0 : static_cast<int>(alert.buttons.size()) - 1;
   const int answer = dialog->answer();
@@ -31,9 +39,10 @@ int DesktopAlerts::runModal(const Alert& alert) {
 }
 
 void DesktopAlerts::beginSheet(const Alert& alert, Completion completion) {
-  auto* dialog = new AlertDialog(alert, mainWindow_);
+  QWidget* window = frontWindow();
+  auto* dialog = new AlertDialog(alert, window);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
-  placeOnWindow(*dialog, mainWindow_, true);
+  placeOnWindow(*dialog, window, true);
   QObject::connect(dialog, &QDialog::finished, dialog,
                    [dialog, completion = std::move(completion)] {
                      if (completion) completion(dialog->answer());

@@ -7,8 +7,9 @@
 
 namespace velmara {
 
-/// Shows alerts as dialogs of ours: modal ones in the middle of the main window, sheets under its
-/// upper edge. A sheet whose window is deleted is not answered any more.
+/// Shows alerts as dialogs of ours on the main window, or on the dialog that is open over it: modal
+/// ones in the middle of it, sheets under its upper edge. A sheet whose window is deleted is not
+/// answered any more.
 class DesktopAlerts final : public AlertPresenter {
  public:
   explicit DesktopAlerts(QWidget* mainWindow = nullptr) : mainWindow_(mainWindow) {}
@@ -19,6 +20,8 @@ class DesktopAlerts final : public AlertPresenter {
   void beginSheet(const Alert& alert, Completion completion) override;
 
  private:
+  QWidget* frontWindow() const;
+
   QPointer<QWidget> mainWindow_;
 };
 

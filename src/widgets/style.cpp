@@ -28,6 +28,7 @@ constexpr std::array kNames = std::to_array<std::pair<const char*, QColor>>({
     {"@kAccent", kAccent},
     {"@kSurround", kSurround},
     {"@kFocusRing", kFocusRing},
+    {"@kError", kError},
 });
 
 QPalette lightPalette() {

@@ -1,0 +1,28 @@
+#include "app/late_sender.h"
+
+namespace velmara {
+
+std::shared_ptr<BackgroundSender> LateSender::sender() {
+  {
+    const std::scoped_lock lock(mutex_);
+    if (isShutDown_ || sender_ != nullptr) return sender_;
+  }
+  // Without the lock, which shutDown() must not wait for.
+  auto made = std::make_shared<BackgroundSender>(options_());
+  const std::scoped_lock lock(mutex_);
+  if (!isShutDown_ && sender_ == nullptr) sender_ = std::move(made);
+  return sender_;
+}
+
+std::optional<std::string> LateSender::send(const HttpRequest& request) {
+  const std::shared_ptr<BackgroundSender> known = sender();
+  return known != nullptr ? known->send(request) : std::nullopt;
+}
+
+void LateSender::shutDown() {
+  const std::scoped_lock lock(mutex_);
+  isShutDown_ = true;
+  if (sender_ != nullptr) sender_->shutDown();
+}
+
+}  // namespace velmara

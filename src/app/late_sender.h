@@ -1,0 +1,35 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "services/background_sender.h"
+#include "services/http_connection.h"
+
+namespace velmara {
+
+/// A sender that is made when something is first sent, on the thread that sends: getting ready for
+/// TLS takes a while, and the start of the program need not wait for it. Any thread.
+class LateSender {
+ public:
+  explicit LateSender(std::function<HttpOptions()> options) : options_(std::move(options)) {}
+
+  /// See BackgroundSender::send.
+  std::optional<std::string> send(const HttpRequest& request);
+
+  /// See BackgroundSender::shutDown; nothing is made afterwards.
+  void shutDown();
+
+ private:
+  std::shared_ptr<BackgroundSender> sender();
+
+  std::function<HttpOptions()> options_;
+  std::mutex mutex_;
+  std::shared_ptr<BackgroundSender> sender_;
+  bool isShutDown_ = false;
+};
+
+}  // namespace velmara
