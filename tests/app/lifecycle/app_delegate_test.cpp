@@ -1,0 +1,235 @@
+#include "app/app_delegate.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <set>
+
+#include "app/lifecycle/launch_fixture.h"
+#include "platform/file_user_defaults.h"
+
+namespace velmara {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing_support::kReportEnd;
+using testing_support::LaunchTest;
+using testing_support::Peer;
+using testing_support::RecordingServer;
+
+constexpr std::string_view kTid = "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n{\"tid\":77}";
+
+std::string answerReport(Peer& peer) {
+  return recordAndAnswer(peer, kReportEnd, kTid);
+}
+
+TEST_F(LaunchTest, StartsInItsOrder) {
+  const RecordingServer server(answerReport);
+  environment.addresses.trackingService = server.url("127.0.0.1", "/service");
+  defaults.setString(defaults_keys::kTrackedForAppStore, "TRACKING CALLED");
+  defaults.setBool(defaults_keys::kNotShowPromotionWindow, true);
+  // What is there when the window builds its title bar.
+  int headers = 0;
+  const auto token =
+      defaultCenter().addObserver(notifications::kSetupHeader, [&](const Notification&) {
+        ++headers;
+        EXPECT_FALSE(defaults.boolForKey(defaults_keys::kNotShowPromotionWindow));
+        EXPECT_EQ(defaults.stringForKey(defaults_keys::kTrackedForAppStore), "TRACKING CALLED");
+        EXPECT_NE(delegate().tracker, nullptr);
+        EXPECT_NE(delegate().internetReachability, nullptr);
+        EXPECT_GE(logged("Internet Available : "), 0);
+        EXPECT_EQ(delegate().baseTrackURL, "http://clicks.test/base");
+        EXPECT_TRUE(delegate().photos.arraySelectedImagesToProcess.empty());
+        EXPECT_TRUE(delegate().mutArrAppsList.empty());
+      });
+  launch();
+  EXPECT_EQ(headers, 1);
+  EXPECT_TRUE(delegate().windowMain()->isVisible());
+  const std::set<std::string> apps(delegate().mutArrAppsList.begin(),
+                                   delegate().mutArrAppsList.end());
+  EXPECT_EQ(apps.size(), 7U);
+  for (const std::string& app : apps) EXPECT_TRUE(app.starts_with("/Applications/")) << app;
+
+  EXPECT_EQ(delegate().tracker->frmApp, "vlpro");
+  EXPECT_LT(logged("fireTQSHitForTrackSource"), logged("Reachability Flag Status: "));
+  EXPECT_LT(logged("Reachability Flag Status: "), logged("Internet Available : "));
+  ASSERT_TRUE(waitUntil([&] { return delegate().tracker->tid == 77; }));
+  ASSERT_EQ(server.requests().size(), 1U);
+  EXPECT_THAT(server.requests()[0], testing::StartsWith("POST /service/registerAppInstalls "));
+  EXPECT_THAT(server.requests()[0],
+              testing::EndsWith("\r\n\r\n{\"pid\":\"10931\",\"bins\":\"1\",\"mac\":\"SER1\"}"));
+}
+
+// With settings that outlive the process, as the program has them.
+TEST_F(LaunchTest, EveryLaunchReportsAnew) {
+  const RecordingServer server(answerReport);
+  for (std::size_t count = 1; count <= 3; ++count) {
+    FileUserDefaults stored(mainBundle().bundleIdentifier, home.file("settings.json"));
+    testing_support::IdleEngine idle;
+    AppEnvironment again{.engine = idle,
+                         .alerts = alerts,
+                         .panels = panels,
+                         .workspace = workspace,
+                         .defaults = stored};
+    again.addresses.trackingService = server.url();
+    again.asksForNoTracking = false;
+    AppDelegate delegate(again);
+    delegate.applicationDidFinishLaunching();
+    EXPECT_TRUE(waitUntil([&] { return server.requests().size() == count; }));
+    stored.synchronize();
+  }
+}
+
+TEST_F(LaunchTest, WhoeverAsksForNoTrackingIsNotReported) {
+  const RecordingServer server(answerReport);
+  environment.addresses.trackingService = server.url();
+  environment.asksForNoTracking = true;
+  launch();
+  ASSERT_TRUE(waitUntil(isGlobalQueueIdle));
+  // Everything else is as always.
+  EXPECT_GE(logged("fireTQSHitForTrackSource"), 0);
+  EXPECT_GE(logged("url = " + server.url() + "/registerAppInstalls"), 0);
+  EXPECT_EQ(defaults.stringForKey(defaults_keys::kTrackedForAppStore), "TRACKING CALLED");
+  EXPECT_EQ(delegate().tracker->tid, 0U);
+  // Had a connection been made, it would be recorded before this one.
+  environment.asksForNoTracking = false;
+  end();
+  launch();
+  ASSERT_TRUE(waitUntil([&] { return delegate().tracker->tid == 77; }));
+  EXPECT_EQ(server.requests().size(), 1U);
+}
+
+TEST_F(LaunchTest, ASilentServiceHoldsUpNeitherTheStartNorTheEnd) {
+  std::atomic<int> asked = 0;
+  const RecordingServer silent([&](Peer& peer) {
+    std::string request = peer.readUntil(kReportEnd);
+    ++asked;
+    peer.waitForClose();
+    return request;
+  });
+  environment.addresses.trackingService = silent.url();
+  launch();
+  EXPECT_TRUE(delegate().windowMain()->isVisible());
+  ASSERT_TRUE(waitUntil([&] { return asked == 1; }));
+  EXPECT_FALSE(isGlobalQueueIdle());
+  QElapsedTimer taken;
+  taken.start();
+  delegate().endServices();
+  EXPECT_LT(taken.elapsed(), 200);
+  EXPECT_TRUE(waitUntil(isGlobalQueueIdle));
+}
+
+TEST_F(LaunchTest, MenuCommandsPostTheirNotifications) {
+  launch();
+  std::vector<std::string> posted;
+  std::vector<NotificationCenter::Token> tokens;
+  for (const auto name :
+       {notifications::kOpenPhotoFromMenuTapped, notifications::kClosePhotoFromMenuTapped,
+        notifications::kSavePhotoFromMenuTapped}) {
+    tokens.push_back(defaultCenter().addObserver(name, [&](const Notification& note) {
+      posted.push_back(note.name);
+      EXPECT_FALSE(note.object.has_value());
+    }));
+  }
+  delegate().openTapped();
+  delegate().saveTapped();
+  delegate().saveAsTapped();
+  EXPECT_THAT(posted, ElementsAre("notificationOpenPhotoFromMenuTapped",
+                                  "notificationSavePhotoFromMenuTapped",
+                                  "notificationSavePhotoFromMenuTapped"));
+  panels.answerOpen({});
+
+  delegate().showVMPHelp();
+  EXPECT_TRUE(delegate().openURL("https://elsewhere.test/", true));
+  workspace.accepts = false;
+  EXPECT_FALSE(delegate().openURL("::", false));
+  EXPECT_EQ(workspace.opened.at(0), (std::pair<std::string, bool>("https://help.test/", true)));
+  EXPECT_FALSE(workspace.opened.at(1).second);
+  delegate().showAppInFront();
+  EXPECT_THAT(workspace.shownInFront, ElementsAre(delegate().windowMain()));
+  EXPECT_GE(logged("showAppInFront"), 0);
+}
+
+// Runs the application's loop: the exit code, or kGoesOn if nothing ended it.
+constexpr int kGoesOn = 77;
+int runApplicationLoop(const std::function<void()>& act) {
+  QTimer::singleShot(0, act);
+  QTimer stillRunning;
+  stillRunning.setSingleShot(true);
+  QObject::connect(&stillRunning, &QTimer::timeout, [] { QApplication::exit(kGoesOn); });
+  stillRunning.start(300);
+  return QApplication::exec();
+}
+
+TEST_F(LaunchTest, EndsWithItsWindowUnlessSavingFails) {
+  QApplication::setQuitOnLastWindowClosed(false);
+  enum class Store { kNone, kFailing };
+  struct Case {
+    const char* name;
+    std::function<void()> act;
+    Store store;
+    int answer;
+    int exitCode;
+  };
+  const auto close = [this] { delegate().windowMain()->close(); };
+  const auto terminate = [this] { delegate().terminateApp(); };
+  const Case cases[] = {
+      {"the window closes", close, Store::kNone, 0, 0},
+      {"terminated", terminate, Store::kNone, 0, 0},
+      {"told from another object",
+       [this] { delegate().handleWindowClose(delegate().windowMain()); }, Store::kNone, 0, 0},
+      {"another window closes",
+       [this] {
+         QDialog other(delegate().windowMain());
+         other.show();
+         other.close();
+         delegate().handleWindowClose_Main(&other);
+       },
+       Store::kNone, 0, kGoesOn},
+      {"Quit anyway", close, Store::kFailing, 0, kGoesOn},
+      {"Cancel", close, Store::kFailing, 1, 0},
+      {"Quit anyway without closing", terminate, Store::kFailing, 0, kGoesOn},
+  };
+  for (const Case& c : cases) {
+    launch();
+    alerts.shown.clear();
+    if (c.store == Store::kFailing) {
+      ManagedObjectContext* context = delegate().dataStore().managedObjectContext();
+      ASSERT_NE(context, nullptr);
+      EXPECT_EQ(delegate().windowWillReturnUndoManager(), &context->undoManager());
+      // Makes changes that cannot be saved: the file's place is taken.
+      context->undoManager().push(new QUndoCommand);
+      std::filesystem::create_directories(
+          home.file("share/KV.Tarnlet/OSXCoreDataObjC.storedata/x"));
+      alerts.answers = {0, c.answer};  // The error is presented first.
+    }
+    EXPECT_EQ(runApplicationLoop(c.act), c.exitCode) << c.name;
+    EXPECT_EQ(alerts.shown.size(), c.store == Store::kFailing ? 2U : 0U) << c.name;
+    if (c.exitCode == kGoesOn) {
+      EXPECT_TRUE(delegate().windowMain()->isVisible()) << c.name;
+    }
+    end();
+    std::filesystem::remove_all(home.file("share"));
+  }
+  EXPECT_GE(logged("closing Window Class velmara::AppStoreWindow"), 0);
+}
+
+TEST_F(LaunchTest, TellsWhyThereIsNoStore) {
+  testing_support::writeFile(home.file("share"), "x");
+  launch();
+  EXPECT_EQ(delegate().windowWillReturnUndoManager(), nullptr);
+  delegate().saveAction();
+  ASSERT_EQ(alerts.shown.size(), 1U);
+  EXPECT_EQ(alerts.shown[0].messageText, "Failed to initialize the application's saved data");
+  EXPECT_THAT(alerts.shown[0].informativeText,
+              HasSubstr("There was an error creating or loading the application's saved data.\n"));
+  EXPECT_EQ(delegate().applicationShouldTerminate(), TerminateReply::kNow);
+}
+
+}  // namespace
+}  // namespace velmara

@@ -1,0 +1,127 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QTest>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "app/app_delegate.h"
+#include "app/main_window_controller.h"
+#include "platform/dispatch.h"
+#include "platform/log.h"
+#include "platform/memory_user_defaults.h"
+#include "services/recording_server.h"
+#include "support/scratch_folder.h"
+#include "support/scripted_desktop.h"
+#include "widgets/app_store_window.h"
+
+namespace velmara::testing_support {
+
+/// No test here opens a photo.
+class IdleEngine final : public DenoiseEngine {
+ public:
+  Image denoise(const Image& image, const FilterParameters& /*parameters*/) const override {
+    return image;
+  }
+  double psnr(const Image& /*image*/) const override { return 0.0; }
+  std::int64_t processingSpeed(const Image& /*image*/,
+                               const FilterParameters& /*parameters*/) const override {
+    return 1;
+  }
+};
+
+/// Reads a request whole and answers it.
+inline std::string recordAndAnswer(Peer& peer, std::string_view ending, std::string_view answer) {
+  std::string request = peer.readUntil(ending);
+  peer.send(answer);
+  return request;
+}
+
+/// Reads a request whole and says nothing until the other side goes.
+inline std::string recordInSilence(Peer& peer, std::string_view ending) {
+  std::string request = peer.readUntil(ending);
+  peer.waitForClose();
+  return request;
+}
+
+inline constexpr std::string_view kReportEnd = "}";
+inline constexpr std::string_view kEnvelopeEnd = "</soap:Envelope>";
+
+/// The application delegate as the program makes it, offscreen, with the desktop's part scripted
+/// and the services' addresses on loopback or nowhere.
+class LaunchTest : public testing::Test {
+ protected:
+  LaunchTest() {
+    before_ = setLogSink([this](const std::string& line) {
+      const std::scoped_lock lock(logMutex_);
+      log_.push_back(line);
+    });
+    environment.addresses.trackingService = "http://tracking.velmara.invalid";
+    environment.addresses.baseTrackURL = "http://clicks.test/base";
+    environment.addresses.feedbackEndpoint = "http://feedback.velmara.invalid/";
+    environment.addresses.feedbackNamespace = "urn:f/";
+    environment.addresses.supportPage = "https://help.test/";
+    environment.bundle.CFBundleName = "Velmara";
+    environment.home = home.path().string();
+    environment.applicationSupport = home.file("share");
+    environment.asksForNoTracking = false;
+    environment.serialNumber = [] { return std::optional<std::string>("SER1"); };
+  }
+  ~LaunchTest() override {
+    delegate_.reset();
+    // What was sent in the background ends with the delegate.
+    EXPECT_TRUE(waitUntil(isGlobalQueueIdle));
+    setLogSink(before_);
+  }
+
+  void launch() {
+    delegate_ = std::make_unique<AppDelegate>(environment);
+    delegate_->applicationDidFinishLaunching();
+    QApplication::processEvents();
+  }
+  void end() { delegate_.reset(); }
+  AppDelegate& delegate() { return *delegate_; }
+
+  /// Serves the event loop until the condition holds; false after ten seconds.
+  static bool waitUntil(const std::function<bool()>& condition) {
+    return QTest::qWaitFor(condition, 10'000);
+  }
+  std::vector<std::string> log() const {
+    const std::scoped_lock lock(logMutex_);
+    return log_;
+  }
+  /// Where a line that begins so first stands in the log; -1 if none does.
+  int logged(std::string_view beginning) const {
+    const std::vector<std::string> lines = log();
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      if (lines[i].starts_with(beginning)) return static_cast<int>(i);
+    }
+    return -1;
+  }
+
+  ScratchFolder home;
+  IdleEngine engine;
+  ScriptedAlerts alerts;
+  ScriptedPanels panels;
+  RecordingWorkspace workspace;
+  MemoryUserDefaults defaults{mainBundle().bundleIdentifier};
+  AppEnvironment environment{.engine = engine,
+                             .alerts = alerts,
+                             .panels = panels,
+                             .workspace = workspace,
+                             .defaults = defaults};
+
+ private:
+  std::unique_ptr<AppDelegate> delegate_;
+  mutable std::mutex logMutex_;
+  std::vector<std::string> log_;
+  LogSink before_;
+};
+
+}  // namespace velmara::testing_support

@@ -1,0 +1,451 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QTranslator>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/sheets/feedback_preview.h"
+#include "app/sheets/feedback_window_controller.h"
+#include "support/scripted_desktop.h"
+#include "widgets/alert_dialog.h"
+#include "widgets/desktop_alerts.h"
+
+namespace velmara {
+namespace {
+
+using testing::HasSubstr;
+using testing_support::ScriptedAlerts;
+
+constexpr const char* kErrors[] = {"lblFBInvalidEmail", "lblFBInvalidType", "lblFBInvalidExp"};
+
+class FeedbackFormTest : public testing::Test {
+ protected:
+  FeedbackFormTest() {
+    window.resize(1220, 700);
+    window.show();
+    sheet.showSheet();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&sheet));
+  }
+
+  template <typename Widget = QWidget>
+  Widget& part(const char* name) {
+    auto* found = sheet.findChild<Widget*>(QLatin1String(name));
+    EXPECT_NE(found, nullptr) << name;
+    return *found;
+  }
+  QLineEdit& email() { return part<QLineEdit>("txtFBEmailID"); }
+  QComboBox& type() { return part<QComboBox>("btnFBType"); }
+  QPlainTextEdit& experience() { return part<QPlainTextEdit>("txtViewFBExp"); }
+  QString whatIsSent() { return part<QPlainTextEdit>("txtWhatIsSent").toPlainText(); }
+
+  // Types what a careful user would, by keyboard alone.
+  void fillIn() {
+    QTest::keyClicks(&email(), "a@b.co");
+    QTest::keyClick(&type(), Qt::Key_Down);
+    QTest::keyClicks(&experience(), "It works.");
+  }
+  static QString focusName() {
+    const QWidget* widget = QApplication::focusWidget();
+    return widget != nullptr ? widget->objectName() : QString();
+  }
+  // Which error labels show: "ETX" for all three.
+  std::string errors() {
+    std::string shown;
+    for (int i = 0; i < 3; ++i) {
+      if (part(kErrors[i]).isVisible()) shown += "ETX"[i];
+    }
+    return shown;
+  }
+
+  QWidget window;
+  ScriptedAlerts alerts;
+  bool isInternetAvailable = true;
+  std::vector<FeedbackForm> sent;
+  std::function<void()> whileSending = [] {};
+  using Receiver = std::function<void(const FeedbackReport&)>;
+  std::vector<std::pair<FeedbackForm, Receiver>> described;
+  FeedbackWindowController sheet{{.alerts = alerts,
+                                  .isInternetAvailable = [this] { return isInternetAvailable; },
+                                  .extractInfoAndSendFeedback =
+                                      [this](const FeedbackForm& form) {
+                                        sent.push_back(form);
+                                        whileSending();
+                                      },
+                                  .describe =
+                                      [this](const FeedbackForm& form, Receiver receiver) {
+                                        described.emplace_back(form, std::move(receiver));
+                                      }},
+                                 &window};
+};
+
+TEST_F(FeedbackFormTest, SaysWhatItAlwaysSaid) {
+  const std::map<const char*, const char*> labels = {
+      {"lblFBHeading", "Submit your feedback for Velmara"},
+      {"lblFBSubHeading", "Your experience is highly appreciated."},
+      {"lblFBType", "Feedback"},
+      {"lblEmailAddress", "Email Address"},
+      {"lblFeedBackType", "Please Select Feedback Type"},
+      {"lblShareExperience", "Share your experience"},
+      {"lblFBWait", "Your feedback is being sent, please wait."},
+      {"lblFBInvalidEmail", "*Invalid Email Address"},
+      {"lblFBInvalidType", "*Please Select Feedback Type"},
+      {"lblFBInvalidExp", "*Please share your experience"}};
+  for (const auto& [name, text] : labels) EXPECT_EQ(part<QLabel>(name).text(), text) << name;
+  const std::map<const char*, const char*> buttons = {
+      {"btnFBSendLogs", "Include Velmara log in the feedback"},
+      {"btnFBSendScanLog", "Send usage information for product improvment"},
+      {"btnFBSubmit", "Submit"},
+      {"btnFBCancel", "Cancel"},
+      {"linkSendFeedback", "Show what is sent"}};
+  for (const auto& [name, text] : buttons) {
+    EXPECT_EQ(part<QAbstractButton>(name).text(), text) << name;
+  }
+  QStringList types;
+  for (int i = 0; i < type().count(); ++i) types << type().itemText(i);
+  EXPECT_EQ(types, QStringList({"*Please Select Feedback Type", "General Feedback",
+                                "I feel good whenerver I have used it",
+                                "I want to report a problem", "Unable to understand the problem"}));
+  // Nothing is sent along that was not asked for.
+  EXPECT_FALSE(sheet.form().sendLogs || sheet.form().sendScanLog);
+  EXPECT_TRUE(sheet.isModal());
+}
+
+TEST_F(FeedbackFormTest, TabGoesThroughItInReadingOrderAndRound) {
+  const std::vector<QString> order = {"txtFBEmailID",  "btnFBType",        "txtViewFBExp",
+                                      "btnFBSendLogs", "btnFBSendScanLog", "linkSendFeedback",
+                                      "btnFBCancel",   "btnFBSubmit",      "txtFBEmailID"};
+  std::vector<QString> visited = {focusName()};
+  while (visited.size() < order.size()) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    visited.push_back(focusName());
+  }
+  EXPECT_EQ(visited, order);
+  while (visited.size() > 1) {
+    visited.pop_back();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(focusName(), visited.back());
+  }
+  // What is typed in the text view is no Tab, and what is open is reached too.
+  EXPECT_EQ(experience().toPlainText(), "");
+  part("linkSendFeedback").setFocus();
+  QTest::keyClick(&part("linkSendFeedback"), Qt::Key_Space);
+  QTest::keyClick(&part("linkSendFeedback"), Qt::Key_Tab);
+  EXPECT_EQ(focusName(), "txtWhatIsSent");
+}
+
+TEST_F(FeedbackFormTest, EveryFaultShowsAtItsFieldAndNothingMoves) {
+  struct Case {
+    const char* email;
+    int type;
+    const char* experience;
+    const char* errors;
+    const char* focus;  // on the first field that is wrong
+  };
+  const Case cases[] = {
+      {"", 0, "", "ETX", "txtFBEmailID"},
+      {"a@b", 1, "fine", "E", "txtFBEmailID"},
+      {"a@b.co", 0, "fine", "T", "btnFBType"},
+      {"a@b.co", 4, " \n\t ", "X", "txtViewFBExp"},
+      {"two words@b.co", 0, "fine", "ET", "txtFBEmailID"},
+      {"a@b.co", 0, "", "TX", "btnFBType"},
+      {"@", 2, "", "EX", "txtFBEmailID"},
+  };
+  const auto places = [this] {
+    std::map<QString, QRect> all = {{"sheet", sheet.geometry()}};
+    for (const QWidget* widget : sheet.findChildren<QWidget*>()) {
+      if (!widget->objectName().isEmpty()) all[widget->objectName()] = widget->geometry();
+    }
+    return all;
+  };
+  QApplication::processEvents();
+  const auto before = places();
+  EXPECT_EQ(errors(), "");
+  for (const Case& c : cases) {
+    email().setText(c.email);
+    type().setCurrentIndex(c.type);
+    experience().setPlainText(c.experience);
+    QTest::mouseClick(&part("btnFBSubmit"), Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_EQ(errors(), c.errors) << c.email;
+    EXPECT_EQ(focusName(), c.focus) << c.email;
+    EXPECT_EQ(email().accessibleDescription().isEmpty(), errors().find('E') == std::string::npos);
+    EXPECT_EQ(places(), before) << c.errors;
+    EXPECT_TRUE(sheet.isVisible());
+  }
+  EXPECT_TRUE(sent.empty());
+  // Opened anew, it accuses nobody.
+  sheet.cancelFeedbackSheet();
+  sheet.showSheet();
+  EXPECT_EQ(errors(), "");
+}
+
+TEST_F(FeedbackFormTest, WhatIsSentIsTidied) {
+  QTest::keyClicks(&email(), "  SOMEBODY@Example.COM ");
+  type().setCurrentIndex(2);
+  experience().setPlainText("\n  It Works.\n\n");
+  part<QCheckBox>("btnFBSendScanLog").setChecked(true);
+  QTest::keyClick(&email(), Qt::Key_Return);
+  ASSERT_EQ(sent.size(), 1U);
+  EXPECT_EQ(sent[0].email, "somebody@example.com");
+  EXPECT_EQ(sent[0].type, "I feel good whenerver I have used it");
+  EXPECT_EQ(sent[0].experience, "It Works.");
+  EXPECT_FALSE(sent[0].sendLogs);
+  EXPECT_TRUE(sent[0].sendScanLog);
+  EXPECT_FALSE(sheet.isVisible());
+}
+
+TEST_F(FeedbackFormTest, EnterSubmitsFromEveryField) {
+  const auto plain = Qt::KeyboardModifiers();
+  struct Case {
+    const char* field;
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+    bool submits;
+  };
+  for (const auto& [field, key, modifiers, submits] : std::initializer_list<Case>{
+           {"txtFBEmailID", Qt::Key_Return, plain, true},
+           {"txtFBEmailID", Qt::Key_Enter, Qt::KeypadModifier, true},
+           {"btnFBType", Qt::Key_Return, plain, true},
+           {"txtViewFBExp", Qt::Key_Return, plain, false},  // A new line.
+           {"txtViewFBExp", Qt::Key_Return, Qt::ControlModifier, true},
+           {"txtViewFBExp", Qt::Key_Enter, Qt::ControlModifier | Qt::KeypadModifier, true},
+           {"btnFBSendLogs", Qt::Key_Return, plain, true},
+           {"btnFBSendScanLog", Qt::Key_Return, plain, true},
+           {"btnFBSubmit", Qt::Key_Return, plain, true},
+           {"btnFBSubmit", Qt::Key_Space, plain, true},
+           {"btnFBCancel", Qt::Key_Return, plain, false},
+       }) {
+    sent.clear();
+    sheet.showSheet();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&sheet));
+    email().clear();
+    type().setCurrentIndex(0);
+    fillIn();
+    part(field).setFocus();
+    QTest::keyClick(&part(field), key, modifiers);
+    EXPECT_EQ(sent.size(), submits ? 1U : 0U) << field;
+    sheet.cancelFeedbackSheet();
+  }
+}
+
+TEST_F(FeedbackFormTest, EscapeAndClosingCancelFromEverywhere) {
+  for (const char* field : {"txtFBEmailID", "btnFBType", "txtViewFBExp", "btnFBSendLogs",
+                            "linkSendFeedback", "btnFBSubmit"}) {
+    sheet.showSheet();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&sheet));
+    fillIn();
+    part(field).setFocus();
+    QTest::keyClick(&part(field), Qt::Key_Escape);
+    EXPECT_FALSE(sheet.isVisible()) << field;
+  }
+  sheet.showSheet();
+  EXPECT_EQ(experience().toPlainText(), "");  // Each opening begins a new text,
+  EXPECT_NE(email().text(), "");              // from the same sender.
+  sheet.close();
+  EXPECT_FALSE(sheet.isVisible());
+  sheet.showSheet();
+  QTest::mouseClick(&part("btnFBCancel"), Qt::LeftButton);
+  EXPECT_FALSE(sheet.isVisible());
+  EXPECT_TRUE(sent.empty());
+}
+
+TEST_F(FeedbackFormTest, ShowsThatItIsBusyUntilTheUploadRuns) {
+  fillIn();
+  int looks = 0;
+  const auto isBusy = [this] {
+    return part("lblFBWait").isVisible() && part("progressFB").isVisible();
+  };
+  EXPECT_FALSE(isBusy());
+  whileSending = [&] {
+    ++looks;
+    EXPECT_TRUE(isBusy());
+    EXPECT_TRUE(sheet.isVisible());
+  };
+  QTest::mouseClick(&part("btnFBSubmit"), Qt::LeftButton);
+  EXPECT_EQ(looks, 1);
+  EXPECT_FALSE(sheet.isVisible());
+  sheet.showSheet();
+  EXPECT_FALSE(isBusy());
+}
+
+TEST_F(FeedbackFormTest, WithoutTheInternetItSaysSoAndKeepsEverything) {
+  isInternetAvailable = false;
+  QTest::keyClicks(&email(), " NOT YET ");
+  QTest::keyClick(&email(), Qt::Key_Return);
+  ASSERT_EQ(alerts.shown.size(), 1U);
+  EXPECT_EQ(alerts.shown[0].messageText, "Internet Not Connected");
+  EXPECT_EQ(alerts.shown[0].informativeText, "");
+  EXPECT_EQ(alerts.shown[0].buttons, std::vector<std::string>{"OK"});
+  EXPECT_TRUE(sheet.isVisible());
+  EXPECT_EQ(email().text(), " NOT YET ");  // Not even checked.
+  EXPECT_EQ(errors(), "");
+  EXPECT_TRUE(sent.empty());
+}
+
+TEST_F(FeedbackFormTest, AlertsStandInTheMiddleOfTheSheet) {
+  DesktopAlerts real(&window);
+  QPoint alertAt;
+  const QWidget* alertOf = nullptr;
+  QTimer::singleShot(0, [&] {
+    auto* alert = qobject_cast<AlertDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(alert, nullptr);
+    alertAt = alert->geometry().center();
+    alertOf = alert->parentWidget();
+    QTest::keyClick(alert, Qt::Key_Return);
+  });
+  real.runModal({"Internet Not Connected", {}, {"OK"}});
+  EXPECT_EQ(alertOf, &sheet);
+  EXPECT_LE((alertAt - sheet.geometry().center()).manhattanLength(), 2);
+
+  sheet.setWindowOpacity(0.5);
+  sheet.displayAlertWithMessageText("Something");
+  EXPECT_EQ(sheet.windowOpacity(), 1.0);
+  EXPECT_EQ(alerts.shown.back().messageText, "Something");
+}
+
+FeedbackReport reportFor(const FeedbackForm& form, const std::string& log) {
+  FeedbackReport report;
+  report.appName = "Velmara";
+  report.email = form.email;
+  report.feedbackType = form.type;
+  report.content = form.experience;
+  if (form.sendLogs) report.logPart = log;
+  return report;
+}
+
+TEST_F(FeedbackFormTest, ShowsWhatIsSentBeforeItIs) {
+  auto& link = part<QPushButton>("linkSendFeedback");
+  email().setText("ME@B.CO ");
+  EXPECT_FALSE(part("txtWhatIsSent").isVisible());
+  QTest::mouseClick(&link, Qt::LeftButton);
+  ASSERT_EQ(described.size(), 1U);
+  EXPECT_TRUE(part("txtWhatIsSent").isVisible());
+  EXPECT_TRUE(part<QPlainTextEdit>("txtWhatIsSent").isReadOnly());
+  described[0].second(reportFor(described[0].first, {}));
+  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("me@b.co\n"));
+  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("Log: not included"));
+
+  // Typing changes the words at once and reads no file.
+  experience().setPlainText("Typed later. ");
+  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("Typed later.\n"));
+  EXPECT_EQ(described.size(), 1U);
+
+  // Ticking reads again; an answer that was overtaken is not shown.
+  part<QCheckBox>("btnFBSendLogs").setChecked(true);
+  part<QCheckBox>("btnFBSendScanLog").setChecked(true);
+  ASSERT_EQ(described.size(), 3U);
+  described[1].second(reportFor(described[1].first, "the older log"));
+  EXPECT_EQ(whatIsSent().indexOf("older"), -1);
+  described[2].second(reportFor(described[2].first, "the newer log"));
+  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("the newer log"));
+
+  // Closed, it is forgotten, and what comes late with it.
+  part<QCheckBox>("btnFBSendLogs").setChecked(false);
+  QTest::mouseClick(&link, Qt::LeftButton);
+  EXPECT_FALSE(part("txtWhatIsSent").isVisible());
+  described.back().second(reportFor(described.back().first, {}));
+  EXPECT_EQ(whatIsSent(), "");
+}
+
+TEST_F(FeedbackFormTest, AnEnormousLogIsShownByItsEnd) {
+  std::string log;
+  while (log.size() < (std::size_t{64} << 20)) log += "2026-01-01 an older line\n";
+  log += "2026-01-02 the newest line\n";
+  part<QCheckBox>("btnFBSendLogs").setChecked(true);
+  QTest::mouseClick(&part("linkSendFeedback"), Qt::LeftButton);
+  ASSERT_EQ(described.size(), 1U);
+  const FeedbackReport report = reportFor(described[0].first, log);
+  QElapsedTimer taken;
+  taken.start();
+  described[0].second(report);
+  EXPECT_LT(taken.elapsed(), 200);
+  EXPECT_LT(whatIsSent().size(), 40'000);
+  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("[67.1 MB before this are sent too]\n2026"));
+  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("the newest line\n"));
+}
+
+TEST(ShortenedForReadingTest, KeepsWholeLinesAndWholeCharacters) {
+  struct Case {
+    const char* name;
+    std::string text;
+    std::string kept;  // after the note; all of it where there is none
+    bool hasNote;
+  };
+  const Case cases[] = {
+      {"short", "ab\ncd", "ab\ncd", false},
+      {"as long as may be", "0123456789", "0123456789", false},
+      {"lines", "aaa\nbbb\nccc\nddd", "ccc\nddd", true},
+      {"one line", "0123456789abc", "3456789abc", true},
+      {"only the last line end", "0123456789ab\n", "3456789ab\n", true},
+      {"cut inside a character", "xxxx\xF0\x9F\x98\x80zzzzzzzz", "zzzzzzzz", true},
+  };
+  for (const Case& c : cases) {
+    FeedbackReport report;
+    report.logPart = c.text;
+    const std::string shown = shortenedForReading(report, 10).logPart;
+    EXPECT_EQ(shown.starts_with('['), c.hasNote) << c.name;
+    EXPECT_EQ(c.hasNote ? shown.substr(shown.find('\n') + 1) : shown, c.kept) << c.name;
+  }
+}
+
+// Stands for languages that need more room.
+class LongerTexts final : public QTranslator {
+ public:
+  QString translate(const char* /*context*/, const char* source, const char* /*disambiguation*/,
+                    int /*n*/) const override {
+    const QString text = QString::fromUtf8(source);
+    return text + QString(text.size() / 5 + 1, QLatin1Char('m'));
+  }
+  bool isEmpty() const override { return false; }
+};
+
+TEST_F(FeedbackFormTest, NoTextIsCutAlsoInLongerLanguages) {
+  const LongerTexts longer;
+  for (const bool isLonger : {false, true}) {
+    if (isLonger) QApplication::installTranslator(const_cast<LongerTexts*>(&longer));
+    sheet.convertUIAccordingToLocale();
+    QTest::mouseClick(&part("btnFBSubmit"), Qt::LeftButton);
+    EXPECT_EQ(errors(), "ETX");
+    part("lblFBWait").show();
+    part<QPushButton>("linkSendFeedback").setChecked(!isLonger);
+    part<QPushButton>("linkSendFeedback").setChecked(true);
+    QApplication::processEvents();
+    int seen = 0;
+    for (const QWidget* widget : sheet.findChildren<QWidget*>()) {
+      const bool hasText = qobject_cast<const QLabel*>(widget) != nullptr ||
+                           qobject_cast<const QAbstractButton*>(widget) != nullptr ||
+                           qobject_cast<const QComboBox*>(widget) != nullptr;
+      if (!hasText || !widget->isVisible() || widget->objectName().isEmpty()) continue;
+      ++seen;
+      const std::string name = widget->objectName().toStdString();
+      EXPECT_GE(widget->width(), widget->sizeHint().width()) << name;
+      EXPECT_GE(widget->height(), widget->sizeHint().height()) << name;
+      const QRect place(widget->mapTo(&sheet, QPoint()), widget->size());
+      EXPECT_TRUE(sheet.rect().contains(place)) << name;
+    }
+    EXPECT_EQ(seen, 16);
+    // The smallest main window has room for the sheet with everything open.
+    EXPECT_TRUE(window.geometry().contains(sheet.geometry())) << isLonger;
+  }
+  QApplication::removeTranslator(const_cast<LongerTexts*>(&longer));
+  // What the service is told is not translated.
+  type().setCurrentIndex(1);
+  EXPECT_EQ(sheet.form().type, "General Feedback");
+}
+
+}  // namespace
+}  // namespace velmara
