@@ -11,6 +11,7 @@ namespace velmara {
 namespace {
 
 constexpr double kHeadingScale = 1.3;
+constexpr double kTextMargin = 2.0;
 
 void keepPlace(QWidget& widget) {
   QSizePolicy policy = widget.sizePolicy();
@@ -42,6 +43,10 @@ FeedbackWindowController::FeedbackWindowController(FeedbackServices services, QW
         static_cast<QWidget*>(ui_->lblFBInvalidExp), static_cast<QWidget*>(ui_->lblFBWait),
         static_cast<QWidget*>(ui_->progressFB)}) {
     keepPlace(*widget);
+  }
+  // Its text begins where that of the fields does.
+  for (QPlainTextEdit* view : {ui_->txtViewFBExp, ui_->txtWhatIsSent}) {
+    view->document()->setDocumentMargin(kTextMargin);
   }
   preview_ = std::make_unique<FeedbackPreview>(*ui_->txtWhatIsSent, services_);
   preview_->hide();
