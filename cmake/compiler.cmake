@@ -29,13 +29,14 @@ function(velmara_layer name)
                                         PRIVATE ${arg_PRIVATE_LINKS})
 endfunction()
 
-# velmara_test(NAME SOURCES ... LINKS ...): one test program, its cases known to ctest.
+# velmara_test(NAME SOURCES ... LINKS ... PROPERTIES ...): one test program, its cases known to
+# ctest with these properties.
 function(velmara_test name)
-  cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PROPERTIES" ${ARGN})
   add_executable(${name}_test ${arg_SOURCES})
   target_link_libraries(${name}_test PRIVATE velmara_options ${arg_LINKS} GTest::gtest
                                              GTest::gmock)
   target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   gtest_discover_tests(${name}_test DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300
-                       ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+                       ENVIRONMENT "QT_QPA_PLATFORM=offscreen" ${arg_PROPERTIES})
 endfunction()

@@ -30,8 +30,12 @@ PACKAGES_TEST="
   libimage-exiftool-perl
   libtiff-tools
   libvips-tools
+  openbox
   openssl
   python3
+  x11-utils
+  xdotool
+  xvfb
 "
 
 # What guards main besides the tests.

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+
+#include <memory>
+#include <string>
+
+#include "e2e/expected_photo.h"
+#include "e2e/program.h"
+#include "e2e/scene.h"
+#include "e2e/virtual_display.h"
+#include "e2e/waiting.h"
+#include "support/scratch_folder.h"
+
+namespace velmara::e2e {
+
+/// The built program on a display of its own, driven by mouse and keys, looked at through its
+/// pixels.
+class DesktopTest : public testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  /// Before SetUp: the screen's size, and device pixels a point.
+  virtual QSize screenSize() const { return {1360, 800}; }
+  virtual int scale() const { return 1; }
+
+  VirtualDisplay& display() { return *display_; }
+  Program& program() { return *program_; }
+
+  /// A noisy photo of 900 x 700 whose pixels every decoder agrees on.
+  std::string photo(const std::string& name = "photo.png");
+  /// Opens it and expects it in dual style, fitted, with its result.
+  void openInDual(const std::string& path, const ExpectedPhoto& expected);
+
+  /// What dual style shows of a photo at a size: the original left; right its result, or the
+  /// original while there is none.
+  Scene dualScene(const ExpectedPhoto& photo, const QSize& size, float zoomFactor, bool hasResult,
+                  const QPoint& dragged = {});
+  /// What single style shows: the result.
+  Scene singleScene(const ExpectedPhoto& photo, const QSize& size, float zoomFactor, int level = 0);
+  /// Waits until the screen shows a scene; adds a failure with pictures if it does not.
+  testing::AssertionResult shows(const Scene& scene, const std::string& what);
+
+  testing_support::ScratchFolder folder;
+
+ private:
+  Scene withFrame(Scene scene) const;
+
+  std::unique_ptr<VirtualDisplay> display_;
+  std::unique_ptr<Program> program_;
+};
+
+}  // namespace velmara::e2e

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <QImage>
+#include <QPoint>
+#include <QSize>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "e2e/child_process.h"
+#include "support/scratch_folder.h"
+
+namespace velmara::e2e {
+
+/// Whether the programs that a display of our own needs are installed.
+bool canMakeDisplay();
+
+/// An X server of our own with a window manager, its mouse and its keyboard. Its screen lies in a
+/// file, so looking at it costs no round trip; the pointer is not drawn on it.
+class VirtualDisplay {
+ public:
+  explicit VirtualDisplay(const QSize& size);
+
+  /// Whether it came up.
+  bool isReady() const { return isReady_; }
+  /// "DISPLAY" for the programs on it.
+  const std::string& name() const { return name_; }
+
+  /// What stands on the screen now.
+  QImage screen() const;
+
+  // Mouse and keys, as a hand would use them.
+  void moveTo(const QPoint& place) const;
+  void press(int button = 1) const;
+  void release(int button = 1) const;
+  void click(const QPoint& place, int button = 1) const;
+  /// One after another, as fast as it goes.
+  void clickAll(const std::vector<QPoint>& places) const;
+  /// Presses at one place and moves on to another by small steps; the button stays down.
+  void dragTo(const QPoint& from, const QPoint& to, int steps = 8) const;
+  /// Notches away from the hand, or towards it below 0.
+  void turnWheel(int notches) const;
+  /// Keys by name, "ctrl+o" or "Return".
+  void key(const std::string& keys) const;
+  void keys(const std::vector<std::string>& keys) const;
+  void keyDown(const std::string& key) const;
+  void keyUp(const std::string& key) const;
+  void type(const std::string& text) const;
+
+  /// What a tool that works on this display prints.
+  std::string ask(std::vector<std::string> words) const;
+  /// The title of the window that has the keyboard.
+  std::string activeTitle() const;
+  /// Waits until that title is, or holds, a text.
+  bool waitForActive(const std::string& title) const;
+
+ private:
+  bool startServer(const QSize& size);
+  bool startWindowManager();
+
+  testing_support::ScratchFolder folder_;
+  std::string name_;
+  std::unique_ptr<ChildProcess> server_;
+  std::unique_ptr<ChildProcess> windowManager_;
+  bool isReady_ = false;
+};
+
+}  // namespace velmara::e2e
