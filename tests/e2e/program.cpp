@@ -152,13 +152,20 @@ bool Program::saveByKeyboard(const std::string& path, const std::string& format)
   return confirmSavePanel(path, format);
 }
 
-bool Program::confirmSavePanel(const std::string& path, const std::string& format) const {
-  if (!display_.waitForActive("Save Image")) return false;
+bool Program::confirmSavePanel(const std::string& path, const std::string& format,
+                               SavePanelAnswer answer) const {
+  const std::string panelTitle = "Save Image";
+  if (!display_.waitForActive(panelTitle)) return false;
   display_.key("ctrl+a");
   display_.type(path);
   if (!format.empty()) display_.keys({"Tab", "Tab", "Tab", format});
+  const std::string panel = display_.activeWindow();
   display_.key("Return");
-  return waitUntil([&] { return display_.activeTitle().find("Save Image") == std::string::npos; });
+  if (answer == SavePanelAnswer::kReplaces) {
+    if (!waitUntil([&] { return display_.activeWindow() != panel; })) return false;
+    display_.key("alt+y");
+  }
+  return waitUntil([&] { return display_.activeTitle().find(panelTitle) == std::string::npos; });
 }
 
 bool Program::declineInvitation() const {
@@ -168,7 +175,7 @@ bool Program::declineInvitation() const {
 }
 
 bool Program::isMainWindowActive() const {
-  return display_.ask({"xdotool", "getactivewindow"}) == windowId_ + "\n";
+  return display_.activeWindow() == windowId_;
 }
 
 bool Program::waitForSheet() const {

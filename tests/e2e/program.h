@@ -15,6 +15,12 @@
 
 namespace velmara::e2e {
 
+enum class SavePanelAnswer {
+  kSaves,
+  /// Says yes when asked whether the file that is there is to be replaced.
+  kReplaces,
+};
+
 /// The built program on a display, as a user of his own who has no other programs: private home,
 /// configuration and temporary folders.
 class Program {
@@ -43,7 +49,7 @@ class Program {
   QRect captions() const;
 
   /// What the window shows in a rectangle of the screen.
-  QImage seen(const QRect& place) const { return display_.screen().copy(place); }
+  QImage seen(const QRect& place) const { return display_.screen(place); }
   /// Clicks on it and takes the pointer away, so that no tool tip covers the picture.
   void click(const QString& view) const;
 
@@ -59,7 +65,8 @@ class Program {
   /// format whose name begins with it.
   bool saveByKeyboard(const std::string& path, const std::string& format = {}) const;
   /// Confirms the save panel that is shown.
-  bool confirmSavePanel(const std::string& path, const std::string& format = {}) const;
+  bool confirmSavePanel(const std::string& path, const std::string& format = {},
+                        SavePanelAnswer answer = SavePanelAnswer::kSaves) const;
   /// Says no to the invitation to rate the program, once it comes.
   bool declineInvitation() const;
   /// Whether a sheet or an alert is shown: the keyboard is not the main window's.

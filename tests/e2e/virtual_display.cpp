@@ -1,12 +1,11 @@
 #include "e2e/virtual_display.h"
 
-#include <QByteArray>
+#include <QFile>
 #include <QtEndian>
 
 #include <array>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <poll.h>
 #include <unistd.h>
 #include <utility>
@@ -17,7 +16,6 @@
 namespace velmara::e2e {
 namespace {
 
-using testing_support::contentsOf;
 using testing_support::hasTool;
 using testing_support::runProgram;
 
@@ -30,11 +28,10 @@ enum XwdField : std::size_t {
   kBytesPerLine = 12,
   kColors = 19,
 };
-constexpr std::size_t kXwdFields = 25;
-constexpr std::size_t kXwdColorBytes = 12;
+constexpr qsizetype kXwdColorBytes = 12;
 
-std::uint32_t fieldOf(const std::string& dump, XwdField field) {
-  return qFromBigEndian<std::uint32_t>(dump.data() + field * sizeof(std::uint32_t));
+std::uint32_t fieldOf(const uchar* dump, XwdField field) {
+  return qFromBigEndian<std::uint32_t>(dump + field * sizeof(std::uint32_t));
 }
 
 std::string readLine(int fd) {
@@ -88,20 +85,18 @@ bool VirtualDisplay::startWindowManager() {
   });
 }
 
-QImage VirtualDisplay::screen() const {
-  const std::string dump = contentsOf(folder_.file("Xvfb_screen0"));
-  if (dump.size() < kXwdFields * sizeof(std::uint32_t)) return {};
-  const auto width = static_cast<int>(fieldOf(dump, kWidth));
+QImage VirtualDisplay::screen(const QRect& place) const {
+  QFile file(QString::fromStdString(folder_.file("Xvfb_screen0")));
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  const uchar* dump = file.map(0, file.size());
+  if (dump == nullptr || fieldOf(dump, kBitsPerPixel) != 32) return {};
+  const qsizetype rowBytes = fieldOf(dump, kBytesPerLine);
+  const qsizetype start = fieldOf(dump, kHeaderSize) + fieldOf(dump, kColors) * kXwdColorBytes;
   const auto height = static_cast<int>(fieldOf(dump, kHeight));
-  const std::size_t rowBytes = fieldOf(dump, kBytesPerLine);
-  const std::size_t start = fieldOf(dump, kHeaderSize) + fieldOf(dump, kColors) * kXwdColorBytes;
-  if (fieldOf(dump, kBitsPerPixel) != 32 ||
-      dump.size() < start + rowBytes * static_cast<std::size_t>(height)) {
-    return {};
-  }
-  const QImage shared(reinterpret_cast<const uchar*>(dump.data() + start), width, height,
-                      static_cast<qsizetype>(rowBytes), QImage::Format_RGB32);
-  return shared.copy();
+  if (file.size() < start + rowBytes * height) return {};
+  const QImage whole(dump + start, static_cast<int>(fieldOf(dump, kWidth)), height, rowBytes,
+                     QImage::Format_RGB32);
+  return whole.copy(place);
 }
 
 std::string VirtualDisplay::ask(std::vector<std::string> words) const {
@@ -169,6 +164,12 @@ void VirtualDisplay::keyUp(const std::string& key) const {
 
 void VirtualDisplay::type(const std::string& text) const {
   ask({"xdotool", "type", "--delay", "4", "--", text});
+}
+
+std::string VirtualDisplay::activeWindow() const {
+  std::string number = ask({"xdotool", "getactivewindow"});
+  if (number.ends_with('\n')) number.pop_back();
+  return number;
 }
 
 std::string VirtualDisplay::activeTitle() const {

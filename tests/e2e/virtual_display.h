@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QPoint>
+#include <QRect>
 #include <QSize>
 
 #include <memory>
@@ -27,8 +28,8 @@ class VirtualDisplay {
   /// "DISPLAY" for the programs on it.
   const std::string& name() const { return name_; }
 
-  /// What stands on the screen now.
-  QImage screen() const;
+  /// What stands in a rectangle of the screen now.
+  QImage screen(const QRect& place) const;
 
   // Mouse and keys, as a hand would use them.
   void moveTo(const QPoint& place) const;
@@ -50,6 +51,8 @@ class VirtualDisplay {
 
   /// What a tool that works on this display prints.
   std::string ask(std::vector<std::string> words) const;
+  /// The window that has the keyboard, by its number; empty for none.
+  std::string activeWindow() const;
   /// The title of the window that has the keyboard.
   std::string activeTitle() const;
   /// Waits until that title is, or holds, a text.

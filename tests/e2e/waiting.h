@@ -12,12 +12,12 @@ inline constexpr Seconds kDeadline{40.0};
 
 /// Looks until the condition holds; false if it does not within the deadline.
 template <typename Condition>
-bool waitUntil(Condition condition, Seconds deadline = kDeadline) {
-  constexpr std::chrono::milliseconds kBetweenLooks{15};
+bool waitUntil(Condition condition, Seconds deadline = kDeadline,
+               std::chrono::milliseconds betweenLooks = std::chrono::milliseconds(15)) {
   const auto end = std::chrono::steady_clock::now() + deadline;
   do {
     if (condition()) return true;
-    std::this_thread::sleep_for(kBetweenLooks);
+    std::this_thread::sleep_for(betweenLooks);
   } while (std::chrono::steady_clock::now() < end);
   return condition();
 }
