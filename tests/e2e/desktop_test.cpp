@@ -68,14 +68,38 @@ Scene DesktopTest::dualScene(const ExpectedPhoto& photo, const QSize& size, floa
 }
 
 Scene DesktopTest::singleScene(const ExpectedPhoto& photo, const QSize& size, float zoomFactor,
-                               int level) {
+                               int level, const QPoint& dragged) {
   Scene scene = emptyScene(program().previewArea());
-  const QRect standsAt = placeIn(scene.place.size(), size);
+  const QRect standsAt = placeIn(scene.place.size(), size, dragged);
   const QRect part = visiblePart(scene.place.size(), standsAt);
   QPainter(&scene.picture)
       .drawImage(standsAt.topLeft() + part.topLeft(),
                  photo.denoised(photo.original(size, part), zoomFactor, level));
   return withFrame(scene);
+}
+
+Scene DesktopTest::splitScene(const ExpectedPhoto& photo, const QSize& size, float zoomFactor,
+                              int line, const QPoint& dragged) {
+  Scene scene = singleScene(photo, size, zoomFactor, 0, dragged);
+  const QRect standsAt = placeIn(scene.place.size(), size, dragged);
+  const QRect part = visiblePart(scene.place.size(), standsAt);
+  QPainter painter(&scene.picture);
+  painter.setClipRect(0, 0, line, scene.place.height());
+  painter.drawImage(standsAt.topLeft() + part.topLeft(), photo.original(size, part));
+  constexpr int kLineWidth = 6;
+  scene.covered += QRect(line - 1, 0, kLineWidth + 1, scene.place.height());
+  return scene;
+}
+
+std::optional<int> DesktopTest::lineAt() {
+  const QRect area = program().previewArea();
+  const QImage row = program().seen({area.left(), area.top() + 3, area.width(), 1});
+  const auto isBlack = [&](int x) { return qGray(row.pixel(x, 0)) == 0; };
+  const auto isLight = [&](int x) { return qGray(row.pixel(x, 0)) > 150; };
+  for (int x = 1; x + 4 < row.width(); ++x) {
+    if (isBlack(x) && isLight(x + 1) && isLight(x + 2) && isBlack(x + 3)) return x - 1;
+  }
+  return std::nullopt;
 }
 
 testing::AssertionResult DesktopTest::shows(const Scene& scene, const std::string& what) {

@@ -8,6 +8,7 @@
 #include <QSize>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "e2e/expected_photo.h"
@@ -42,8 +43,17 @@ class DesktopTest : public testing::Test {
   /// original while there is none.
   Scene dualScene(const ExpectedPhoto& photo, const QSize& size, float zoomFactor, bool hasResult,
                   const QPoint& dragged = {});
-  /// What single style shows: the result.
-  Scene singleScene(const ExpectedPhoto& photo, const QSize& size, float zoomFactor, int level = 0);
+  /// What single style shows: the result, automatic or at a level.
+  Scene singleScene(const ExpectedPhoto& photo, const QSize& size, float zoomFactor, int level = 0,
+                    const QPoint& dragged = {});
+  /// What split style shows: the original left of the line, the result right of it. The line itself
+  /// is left out, with one column beside it: a picture of odd width stands half a pixel off the
+  /// line's own place.
+  Scene splitScene(const ExpectedPhoto& photo, const QSize& size, float zoomFactor, int line,
+                   const QPoint& dragged = {});
+  /// The left edge of the line of split style, from the preview area's: black, two columns of light
+  /// grey, black.
+  std::optional<int> lineAt();
   /// Waits until the screen shows a scene; adds a failure with pictures if it does not.
   testing::AssertionResult shows(const Scene& scene, const std::string& what);
 

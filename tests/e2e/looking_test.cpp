@@ -90,6 +90,39 @@ TEST_F(LookingTest, APauseInADragAndItsEndGiveTheResultOfThePlace) {
   EXPECT_TRUE(shows(result(size, 1.0F, first + second), "not beyond the picture's edge"));
 }
 
+TEST_F(LookingTest, ALargePictureIsDraggedUnderTheLineOfSplitStyle) {
+  program().click("btnSplitMode");
+  program().click("btn200Percent");
+  ASSERT_TRUE(program().waitForLog("Denoising Done !!", 2));
+  ASSERT_TRUE(waitUntil([&] { return lineAt().has_value(); }));
+  const QRect area = program().previewArea();
+  const QPoint grip(area.left() + *lineAt() + 3, area.center().y());
+  const int line = *lineAt() - 170;
+  display().dragTo(grip, grip - QPoint(170, 0));
+  display().release();
+  ASSERT_TRUE(waitUntil([&] { return lineAt() == line; })) << lineAt().value_or(-1);
+  const QSize size = photoTimes(2.0F);
+  ASSERT_GT(size.width(), area.width());
+  ASSERT_TRUE(shows(splitScene(*expected, size, 2.0F, line), "split at double size"));
+
+  // The picture moves, the line stays.
+  const QPoint hand = area.center() + QPoint(130, 60);
+  const QPoint moved(-75, 45);
+  display().dragTo(hand, hand + moved);
+  display().release();
+  EXPECT_TRUE(shows(splitScene(*expected, size, 2.0F, line, moved), "dragged in split style"));
+}
+
+TEST_F(LookingTest, ALevelChosenByTheKeyboardIsAnotherResult) {
+  display().key("1");
+  const QSize size = fittedSize(expected->upright().size(), program().previewArea().size());
+  ASSERT_TRUE(shows(singleScene(*expected, size, 1.0F), "automatic"));
+  display().key("Prior");
+  ASSERT_TRUE(shows(singleScene(*expected, size, 1.0F, 2), "level 2"));
+  display().key("a");
+  EXPECT_TRUE(shows(singleScene(*expected, size, 1.0F), "automatic again"));
+}
+
 TEST_F(LookingTest, AWindowResizedByItsCornerShowsTheResultOfItsNewSize) {
   const QRect before = program().windowRect();
   const QPoint corner = before.bottomRight() - QPoint(2, 2);

@@ -2,10 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
-#include <QPainter>
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,32 +26,6 @@ class OpeningTest : public DesktopTest {
       }
     }
     return dark;
-  }
-
-  /// The left edge of the line of split style: black, two columns of light grey, black.
-  std::optional<int> lineAt() {
-    const QRect area = program().previewArea();
-    const QImage row = program().seen({area.left(), area.top() + 3, area.width(), 1});
-    const auto isBlack = [&](int x) { return qGray(row.pixel(x, 0)) == 0; };
-    const auto isLight = [&](int x) { return qGray(row.pixel(x, 0)) > 150; };
-    for (int x = 1; x + 4 < row.width(); ++x) {
-      if (isBlack(x) && isLight(x + 1) && isLight(x + 2) && isBlack(x + 3)) return x - 1;
-    }
-    return std::nullopt;
-  }
-
-  /// The original left of the line, the result right of it. The line itself is left out, with one
-  /// column beside it: a picture of odd width stands half a pixel off the line's own place.
-  Scene splitScene(const ExpectedPhoto& photo, const QSize& size, float zoomFactor, int line) {
-    Scene scene = singleScene(photo, size, zoomFactor);
-    const QRect standsAt = placeIn(scene.place.size(), size);
-    const QRect part = visiblePart(scene.place.size(), standsAt);
-    QPainter painter(&scene.picture);
-    painter.setClipRect(0, 0, line, scene.place.height());
-    painter.drawImage(standsAt.topLeft() + part.topLeft(), photo.original(size, part));
-    constexpr int kLineWidth = 6;
-    scene.covered += QRect(line - 1, 0, kLineWidth + 1, scene.place.height());
-    return scene;
   }
 };
 
