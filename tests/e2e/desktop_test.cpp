@@ -31,8 +31,8 @@ void DesktopTest::TearDown() {
 std::string DesktopTest::photo(const std::string& name) {
   std::string path = folder.file(name);
   if (std::filesystem::exists(path)) return path;
-  runProgram({"convert", VELMARA_DATA "/noisy-harbour.jpg", "-auto-orient", "-crop",
-              "900x700+90+400", "+repage", "-strip", path});
+  runProgram(
+      {"convert", kHarbour, "-auto-orient", "-crop", "900x700+90+400", "+repage", "-strip", path});
   return path;
 }
 

@@ -20,6 +20,9 @@
 
 namespace velmara::e2e {
 
+/// The noisy photo that comes with the project, stored on its side.
+inline const std::string kHarbour = VELMARA_DATA "/noisy-harbour.jpg";
+
 /// The built program on a display of its own, driven by mouse and keys, looked at through its
 /// pixels.
 class DesktopTest : public testing::Test {

@@ -98,7 +98,7 @@ TEST_F(DroppingTest, APhotoDroppedOnTheEmptyWindowIsOpened) {
 
   // The next one has to wait for the answer about the first.
   const std::string other = folder.file("other.jpg");
-  fs::copy_file(VELMARA_DATA "/noisy-harbour.jpg", other);
+  fs::copy_file(kHarbour, other);
   const ExpectedPhoto next(other);
   offer({fileUrl(other)});
   carryTo(place);

@@ -88,8 +88,7 @@ class ExportingTest : public DesktopTest {
 
 TEST_F(ExportingTest, EveryFormatIsSavedByTheKeyboardWithThePixelsOfTheCommandLine) {
   const std::string path = folder.file("on its side.jpg");
-  runProgram({"convert", VELMARA_DATA "/noisy-harbour.jpg", "-crop", "600x450+300+300", "+repage",
-              "-quality", "92", path});
+  runProgram({"convert", kHarbour, "-crop", "600x450+300+300", "+repage", "-quality", "92", path});
   ASSERT_TRUE(open(path));
   runProgram({VELMARA_PROGRAM, "denoise", "--quiet", "-o", folder.file("lossless.png"), path});
   const QImage lossless = readByImageMagick(folder.file("lossless.png"));

@@ -30,7 +30,7 @@ class LeavingTest : public DesktopTest {
   }
   std::string otherPhoto() {
     std::string path = folder.file("other.jpg");
-    std::filesystem::copy_file(VELMARA_DATA "/noisy-harbour.jpg", path);
+    std::filesystem::copy_file(kHarbour, path);
     return path;
   }
   bool waitForFile(const std::string& path) {

@@ -80,8 +80,7 @@ QRect Program::windowRect() const {
           shellNumber(text, "HEIGHT")};
 }
 
-const WindowPlan& Program::plan() const {
-  const QSize size = windowRect().size() / scale_;
+const WindowPlan& Program::planFor(const QSize& size) const {
   if (plan_ == nullptr || size != plannedSize_) {
     plan_ = std::make_unique<WindowPlan>(size);
     plannedSize_ = size;
@@ -89,12 +88,15 @@ const WindowPlan& Program::plan() const {
   return *plan_;
 }
 
-QRect Program::onScreen(const QRect& inWindow) const {
-  return {windowRect().topLeft() + inWindow.topLeft() * scale_, inWindow.size() * scale_};
+template <typename Part>
+QRect Program::onScreen(Part part) const {
+  const QRect window = windowRect();
+  const QRect inWindow = part(planFor(window.size() / scale_));
+  return {window.topLeft() + inWindow.topLeft() * scale_, inWindow.size() * scale_};
 }
 
 QRect Program::rectOf(const QString& view) const {
-  return onScreen(plan().rectOf(view));
+  return onScreen([&](const WindowPlan& plan) { return plan.rectOf(view); });
 }
 
 QPoint Program::middleOf(const QString& view) const {
@@ -102,19 +104,19 @@ QPoint Program::middleOf(const QString& view) const {
 }
 
 QRect Program::previewArea() const {
-  return onScreen(plan().previewArea());
+  return onScreen([](const WindowPlan& plan) { return plan.previewArea(); });
 }
 
 QRect Program::leftHalf() const {
-  return onScreen(plan().leftHalf());
+  return onScreen([](const WindowPlan& plan) { return plan.leftHalf(); });
 }
 
 QRect Program::rightHalf() const {
-  return onScreen(plan().rightHalf());
+  return onScreen([](const WindowPlan& plan) { return plan.rightHalf(); });
 }
 
 QRect Program::captions() const {
-  return onScreen(plan().captions());
+  return onScreen([](const WindowPlan& plan) { return plan.captions(); });
 }
 
 void Program::click(const QString& view) const {

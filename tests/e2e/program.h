@@ -77,8 +77,9 @@ class Program {
   bool isMainWindowActive() const;
   void start();
   std::string findWindow() const;
-  QRect onScreen(const QRect& inWindow) const;
-  const WindowPlan& plan() const;
+  template <typename Part>
+  QRect onScreen(Part part) const;
+  const WindowPlan& planFor(const QSize& size) const;
 
   const VirtualDisplay& display_;
   int scale_;

@@ -18,7 +18,7 @@ int wholeHalf(int length) {
 }
 
 QString failureFolder() {
-  const QString folder = QStringLiteral(VELMARA_E2E_FAILURES);
+  QString folder = QStringLiteral(VELMARA_E2E_FAILURES);
   QDir().mkpath(folder);
   return folder;
 }

@@ -50,7 +50,7 @@ class VirtualDisplay {
   void type(const std::string& text) const;
 
   /// What a tool that works on this display prints.
-  std::string ask(std::vector<std::string> words) const;
+  std::string ask(const std::vector<std::string>& words) const;
   /// The window that has the keyboard, by its number; empty for none.
   std::string activeWindow() const;
   /// The title of the window that has the keyboard.
