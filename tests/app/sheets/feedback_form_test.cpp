@@ -1,9 +1,7 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -18,79 +16,14 @@
 #include <utility>
 #include <vector>
 
-#include "app/sheets/feedback_preview.h"
-#include "app/sheets/feedback_window_controller.h"
-#include "support/scripted_desktop.h"
+#include "app/sheets/feedback_form_fixture.h"
 #include "widgets/alert_dialog.h"
 #include "widgets/desktop_alerts.h"
 
 namespace velmara {
 namespace {
 
-using testing::HasSubstr;
-using testing_support::ScriptedAlerts;
-
-constexpr const char* kErrors[] = {"lblFBInvalidEmail", "lblFBInvalidType", "lblFBInvalidExp"};
-
-class FeedbackFormTest : public testing::Test {
- protected:
-  FeedbackFormTest() {
-    window.resize(1220, 700);
-    window.show();
-    sheet.showSheet();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&sheet));
-  }
-
-  template <typename Widget = QWidget>
-  Widget& part(const char* name) {
-    auto* found = sheet.findChild<Widget*>(QLatin1String(name));
-    EXPECT_NE(found, nullptr) << name;
-    return *found;
-  }
-  QLineEdit& email() { return part<QLineEdit>("txtFBEmailID"); }
-  QComboBox& type() { return part<QComboBox>("btnFBType"); }
-  QPlainTextEdit& experience() { return part<QPlainTextEdit>("txtViewFBExp"); }
-  QString whatIsSent() { return part<QPlainTextEdit>("txtWhatIsSent").toPlainText(); }
-
-  // Types what a careful user would, by keyboard alone.
-  void fillIn() {
-    QTest::keyClicks(&email(), "a@b.co");
-    QTest::keyClick(&type(), Qt::Key_Down);
-    QTest::keyClicks(&experience(), "It works.");
-  }
-  static QString focusName() {
-    const QWidget* widget = QApplication::focusWidget();
-    return widget != nullptr ? widget->objectName() : QString();
-  }
-  // Which error labels show: "ETX" for all three.
-  std::string errors() {
-    std::string shown;
-    for (int i = 0; i < 3; ++i) {
-      if (part(kErrors[i]).isVisible()) shown += "ETX"[i];
-    }
-    return shown;
-  }
-
-  QWidget window;
-  ScriptedAlerts alerts;
-  bool isInternetAvailable = true;
-  std::vector<FeedbackForm> sent;
-  std::function<void()> whileSending = [] {};
-  using Receiver = std::function<void(const FeedbackReport&)>;
-  std::vector<std::pair<FeedbackForm, Receiver>> described;
-  FeedbackWindowController sheet{{.alerts = alerts,
-                                  .isInternetAvailable = [this] { return isInternetAvailable; },
-                                  .extractInfoAndSendFeedback =
-                                      [this](const FeedbackForm& form) {
-                                        sent.push_back(form);
-                                        whileSending();
-                                      },
-                                  .describe =
-                                      [this](const FeedbackForm& form, Receiver receiver) {
-                                        described.emplace_back(form, std::move(receiver));
-                                      }},
-                                 &window};
-};
+using testing_support::FeedbackFormTest;
 
 TEST_F(FeedbackFormTest, SaysWhatItAlwaysSaid) {
   const std::map<const char*, const char*> labels = {
@@ -315,91 +248,6 @@ TEST_F(FeedbackFormTest, AlertsStandInTheMiddleOfTheSheet) {
   sheet.displayAlertWithMessageText("Something");
   EXPECT_EQ(sheet.windowOpacity(), 1.0);
   EXPECT_EQ(alerts.shown.back().messageText, "Something");
-}
-
-FeedbackReport reportFor(const FeedbackForm& form, const std::string& log) {
-  FeedbackReport report;
-  report.appName = "Velmara";
-  report.email = form.email;
-  report.feedbackType = form.type;
-  report.content = form.experience;
-  if (form.sendLogs) report.logPart = log;
-  return report;
-}
-
-TEST_F(FeedbackFormTest, ShowsWhatIsSentBeforeItIs) {
-  auto& link = part<QPushButton>("linkSendFeedback");
-  email().setText("ME@B.CO ");
-  EXPECT_FALSE(part("txtWhatIsSent").isVisible());
-  QTest::mouseClick(&link, Qt::LeftButton);
-  ASSERT_EQ(described.size(), 1U);
-  EXPECT_TRUE(part("txtWhatIsSent").isVisible());
-  EXPECT_TRUE(part<QPlainTextEdit>("txtWhatIsSent").isReadOnly());
-  described[0].second(reportFor(described[0].first, {}));
-  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("me@b.co\n"));
-  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("Log: not included"));
-
-  // Typing changes the words at once and reads no file.
-  experience().setPlainText("Typed later. ");
-  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("Typed later.\n"));
-  EXPECT_EQ(described.size(), 1U);
-
-  // Ticking reads again; an answer that was overtaken is not shown.
-  part<QCheckBox>("btnFBSendLogs").setChecked(true);
-  part<QCheckBox>("btnFBSendScanLog").setChecked(true);
-  ASSERT_EQ(described.size(), 3U);
-  described[1].second(reportFor(described[1].first, "the older log"));
-  EXPECT_EQ(whatIsSent().indexOf("older"), -1);
-  described[2].second(reportFor(described[2].first, "the newer log"));
-  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("the newer log"));
-
-  // Closed, it is forgotten, and what comes late with it.
-  part<QCheckBox>("btnFBSendLogs").setChecked(false);
-  QTest::mouseClick(&link, Qt::LeftButton);
-  EXPECT_FALSE(part("txtWhatIsSent").isVisible());
-  described.back().second(reportFor(described.back().first, {}));
-  EXPECT_EQ(whatIsSent(), "");
-}
-
-TEST_F(FeedbackFormTest, AnEnormousLogIsShownByItsEnd) {
-  std::string log;
-  while (log.size() < (std::size_t{64} << 20)) log += "2026-01-01 an older line\n";
-  log += "2026-01-02 the newest line\n";
-  part<QCheckBox>("btnFBSendLogs").setChecked(true);
-  QTest::mouseClick(&part("linkSendFeedback"), Qt::LeftButton);
-  ASSERT_EQ(described.size(), 1U);
-  const FeedbackReport report = reportFor(described[0].first, log);
-  QElapsedTimer taken;
-  taken.start();
-  described[0].second(report);
-  EXPECT_LT(taken.elapsed(), 200);
-  EXPECT_LT(whatIsSent().size(), 40'000);
-  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("[67.1 MB before this are sent too]\n2026"));
-  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("the newest line\n"));
-}
-
-TEST(ShortenedForReadingTest, KeepsWholeLinesAndWholeCharacters) {
-  struct Case {
-    const char* name;
-    std::string text;
-    std::string kept;  // after the note; all of it where there is none
-    bool hasNote;
-  };
-  const Case cases[] = {
-      {"short", "ab\ncd", "ab\ncd", false},
-      {"as long as may be", "0123456789", "0123456789", false},
-      {"lines", "aaa\nbbb\nccc\nddd", "ccc\nddd", true},
-      {"one line", "0123456789abc", "3456789abc", true},
-      {"only the last line end", "0123456789ab\n", "3456789ab\n", true},
-      {"cut inside a character", "xxxx\xF0\x9F\x98\x80zzzzzzzz", "zzzzzzzz", true},
-  };
-  for (const Case& c : cases) {
-    FeedbackReport report;
-    report.logPart = c.text;
-    const std::string shown = shortenedForReading(report, 10).logPart;
-    EXPECT_EQ(shown.starts_with('['), c.hasNote) << c.name;
-    EXPECT_EQ(c.hasNote ? shown.substr(shown.find('\n') + 1) : shown, c.kept) << c.name;
-  }
 }
 
 // Stands for languages that need more room.

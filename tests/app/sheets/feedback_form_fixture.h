@@ -1,0 +1,85 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTest>
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/sheets/feedback_window_controller.h"
+#include "support/scripted_desktop.h"
+
+namespace velmara::testing_support {
+
+/// The feedback form on a window of the smallest size, open; what it sends and asks for is kept.
+class FeedbackFormTest : public testing::Test {
+ protected:
+  static constexpr const char* kErrors[] = {"lblFBInvalidEmail", "lblFBInvalidType",
+                                            "lblFBInvalidExp"};
+
+  FeedbackFormTest() {
+    window.resize(1220, 700);
+    window.show();
+    sheet.showSheet();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&sheet));
+  }
+
+  template <typename Widget = QWidget>
+  Widget& part(const char* name) {
+    auto* found = sheet.findChild<Widget*>(QLatin1String(name));
+    EXPECT_NE(found, nullptr) << name;
+    return *found;
+  }
+  QLineEdit& email() { return part<QLineEdit>("txtFBEmailID"); }
+  QComboBox& type() { return part<QComboBox>("btnFBType"); }
+  QPlainTextEdit& experience() { return part<QPlainTextEdit>("txtViewFBExp"); }
+  QString whatIsSent() { return part<QPlainTextEdit>("txtWhatIsSent").toPlainText(); }
+
+  // Types what a careful user would, by keyboard alone.
+  void fillIn() {
+    QTest::keyClicks(&email(), "a@b.co");
+    QTest::keyClick(&type(), Qt::Key_Down);
+    QTest::keyClicks(&experience(), "It works.");
+  }
+  static QString focusName() {
+    const QWidget* widget = QApplication::focusWidget();
+    return widget != nullptr ? widget->objectName() : QString();
+  }
+  // Which error labels show: "ETX" for all three.
+  std::string errors() {
+    std::string shown;
+    for (int i = 0; i < 3; ++i) {
+      if (part(kErrors[i]).isVisible()) shown += "ETX"[i];
+    }
+    return shown;
+  }
+
+  QWidget window;
+  ScriptedAlerts alerts;
+  bool isInternetAvailable = true;
+  std::vector<FeedbackForm> sent;
+  std::function<void()> whileSending = [] {};
+  using Receiver = std::function<void(const FeedbackReport&)>;
+  std::vector<std::pair<FeedbackForm, Receiver>> described;
+  FeedbackWindowController sheet{{.alerts = alerts,
+                                  .isInternetAvailable = [this] { return isInternetAvailable; },
+                                  .extractInfoAndSendFeedback =
+                                      [this](const FeedbackForm& form) {
+                                        sent.push_back(form);
+                                        whileSending();
+                                      },
+                                  .describe =
+                                      [this](const FeedbackForm& form, Receiver receiver) {
+                                        described.emplace_back(form, std::move(receiver));
+                                      }},
+                                 &window};
+};
+
+}  // namespace velmara::testing_support
