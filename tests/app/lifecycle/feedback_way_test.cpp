@@ -21,7 +21,6 @@
 namespace velmara {
 namespace {
 
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing_support::Heartbeat;
