@@ -2,6 +2,7 @@
 #include <QFrame>
 #include <QWidget>
 
+#include <cmath>
 #include <utility>
 
 #include "platform/dispatch.h"
@@ -73,7 +74,10 @@ void PreviewController::configureMainVerticalSplitView() {
         splitViewPlacement(width, actualPreviewSize_, lastSplitViewDividerPosPercent_);
     lastSplitViewDividerPosPercent_ = placement.dividerPercent;
     const Rect& f = placement.frame;
-    views_.splitView->setFrame(QRectF(f.x, f.y, f.width, f.height).toRect());
+    // As the picture is: a centred one that leaves half a pixel goes to the left.
+    views_.splitView->setFrame(QRect(static_cast<int>(std::floor(f.x)), static_cast<int>(f.y),
+                                     static_cast<int>(std::lround(f.width)),
+                                     static_cast<int>(std::lround(f.height))));
     views_.splitView->setPosition(static_cast<double>(placement.dividerPosition), 0);
     views_.splitView->raise();
   }

@@ -19,7 +19,7 @@ inline constexpr QColor kTextDisabled{0xa3, 0xa8, 0xad};  ///< as light as what 
 inline constexpr QColor kDark{0x3f, 0x44, 0x4a};          ///< what is switched on
 inline constexpr QColor kAccent{0xf6, 0xc9, 0x45};        ///< hover, progress, the default button
 inline constexpr QColor kAccentDark{0xd9, 0xa9, 0x1e};    ///< the accent's edge, pressed accent
-inline constexpr QColor kSurround{0x8c, 0x8e, 0x90};      ///< around the picture: neutral mid grey
+inline constexpr QColor kSurround{0x8e, 0x8e, 0x8e};      ///< around the picture: neutral mid grey
 inline constexpr QColor kFocusRing{0xa0, 0x70, 0x00};     ///< on kWindow: 4.0 to 1
 inline constexpr QColor kError{0xa6, 0x2b, 0x1f};         ///< what is wrong; on kWindow: 6.4 to 1
 inline constexpr QColor kFocusGap{0xff, 0xff, 0xff};

@@ -87,7 +87,7 @@ Scene DesktopTest::splitScene(const ExpectedPhoto& photo, const QSize& size, flo
   painter.setClipRect(0, 0, line, scene.place.height());
   painter.drawImage(standsAt.topLeft() + part.topLeft(), photo.original(size, part));
   constexpr int kLineWidth = 6;
-  scene.covered += QRect(line - 1, 0, kLineWidth + 1, scene.place.height());
+  scene.covered += QRect(line, 0, kLineWidth, scene.place.height());
   return scene;
 }
 

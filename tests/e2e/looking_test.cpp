@@ -92,8 +92,12 @@ TEST_F(LookingTest, APauseInADragAndItsEndGiveTheResultOfThePlace) {
 
 TEST_F(LookingTest, ALargePictureIsDraggedUnderTheLineOfSplitStyle) {
   program().click("btnSplitMode");
+  ASSERT_TRUE(waitUntil([&] { return lineAt().has_value(); }));
+  // A size that is chosen during the new style's run is refused.
+  const QSize fit = fittedSize(expected->upright().size(), program().previewArea().size());
+  ASSERT_TRUE(shows(splitScene(*expected, fit, 1.0F, *lineAt()), "split at fit"));
   program().click("btn200Percent");
-  ASSERT_TRUE(program().waitForLog("Denoising Done !!", 2));
+  ASSERT_TRUE(program().waitForLog("Denoising Done !!", 3));
   ASSERT_TRUE(waitUntil([&] { return lineAt().has_value(); }));
   const QRect area = program().previewArea();
   const QPoint grip(area.left() + *lineAt() + 3, area.center().y());
