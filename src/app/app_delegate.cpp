@@ -13,6 +13,7 @@
 #include "platform/dispatch.h"
 #include "platform/log.h"
 #include "platform/temporary_directory.h"
+#include "platform/timer.h"
 #include "widgets/app_store_window.h"
 
 namespace velmara {
@@ -38,6 +39,7 @@ AppDelegate::AppDelegate(AppEnvironment environment)
       sender_(std::make_shared<LateSender>(environment_.httpOptions)) {}
 
 AppDelegate::~AppDelegate() {
+  eventLoopTimers().cancelPreviousPerformRequests(this);
   endServices();
 }
 

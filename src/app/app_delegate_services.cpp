@@ -5,9 +5,15 @@
 #include "platform/dispatch.h"
 #include "platform/log.h"
 #include "platform/notification_names.h"
+#include "platform/timer.h"
 #include "widgets/app_store_window.h"
 
 namespace velmara {
+namespace {
+
+constexpr Seconds kSendingBegins(0.3);
+
+}  // namespace
 
 void AppDelegate::trackInstall() {
   UserDefaults& defaults = environment_.defaults;
@@ -19,6 +25,8 @@ void AppDelegate::trackInstall() {
   setup.serialNumber = environment_.serialNumber;
   setup.isSilent = environment_.asksForNoTracking;
   tracker = Tracker::initWithApp(Tracker::kApplicationCode, std::move(setup));
+  eventLoopTimers().performSelector(this, "begin", kSendingBegins,
+                                    [sender = sender_] { sender->begin(); });
   tracker->crossTrackingForProductId(Tracker::kProductId);
   defaults.setString(defaults_keys::kTrackedForAppStore, "TRACKING CALLED");
 }

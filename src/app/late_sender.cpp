@@ -4,7 +4,8 @@ namespace velmara {
 
 std::shared_ptr<BackgroundSender> LateSender::sender() {
   {
-    const std::scoped_lock lock(mutex_);
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return hasBegun_ || isShutDown_; });
     if (isShutDown_ || sender_ != nullptr) return sender_;
   }
   // Without the lock, which shutDown() must not wait for.
@@ -12,6 +13,12 @@ std::shared_ptr<BackgroundSender> LateSender::sender() {
   const std::scoped_lock lock(mutex_);
   if (!isShutDown_ && sender_ == nullptr) sender_ = std::move(made);
   return sender_;
+}
+
+void LateSender::begin() {
+  const std::scoped_lock lock(mutex_);
+  hasBegun_ = true;
+  changed_.notify_all();
 }
 
 std::optional<std::string> LateSender::send(const HttpRequest& request) {
@@ -22,6 +29,7 @@ std::optional<std::string> LateSender::send(const HttpRequest& request) {
 void LateSender::shutDown() {
   const std::scoped_lock lock(mutex_);
   isShutDown_ = true;
+  changed_.notify_all();
   if (sender_ != nullptr) sender_->shutDown();
 }
 

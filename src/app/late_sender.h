@@ -1,5 +1,6 @@
 #pragma once
 
+#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -11,11 +12,15 @@
 
 namespace velmara {
 
-/// A sender that is made when something is first sent, on the thread that sends: getting ready for
-/// TLS takes a while, and the start of the program need not wait for it. Any thread.
+/// A sender that is made when something is first sent, on the thread that sends, and not before the
+/// window is there: getting ready for TLS takes a while, and loads libraries that the window would
+/// wait for. Any thread.
 class LateSender {
  public:
   explicit LateSender(std::function<HttpOptions()> options) : options_(std::move(options)) {}
+
+  /// From now on things are sent; those who want to until then wait.
+  void begin();
 
   /// See BackgroundSender::send.
   std::optional<std::string> send(const HttpRequest& request);
@@ -28,6 +33,8 @@ class LateSender {
 
   std::function<HttpOptions()> options_;
   std::mutex mutex_;
+  std::condition_variable changed_;
+  bool hasBegun_ = false;
   std::shared_ptr<BackgroundSender> sender_;
   bool isShutDown_ = false;
 };
