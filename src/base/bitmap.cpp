@@ -1,10 +1,28 @@
 #include "base/bitmap.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <new>
+#include <sys/mman.h>
 #include <utility>
 
 namespace velmara {
+namespace {
+
+// Room for samples that are not set. Large pictures get large pages where the system gives them on
+// demand: their memory is touched for the first time soon, and with small pages that takes longer
+// than filling it. Throws std::bad_alloc.
+std::shared_ptr<std::uint8_t[]> samplesFor(std::size_t count) {
+  constexpr std::size_t kLargePage = std::size_t{2} << 20U;
+  if (count < kLargePage) return std::make_shared_for_overwrite<std::uint8_t[]>(count);
+  const std::size_t bytes = (count + kLargePage - 1) / kLargePage * kLargePage;
+  auto* samples = static_cast<std::uint8_t*>(std::aligned_alloc(kLargePage, bytes));
+  if (samples == nullptr) throw std::bad_alloc();
+  ::madvise(samples, bytes, MADV_HUGEPAGE);  // A wish: it does not matter if it is not granted.
+  return {samples, [](std::uint8_t* memory) { std::free(memory); }};
+}
+
+}  // namespace
 
 Bitmap::Bitmap(std::shared_ptr<const std::uint8_t[]> samples, int width, int height,
                int samplesPerPixel)
@@ -32,8 +50,8 @@ std::optional<BitmapBuilder> BitmapBuilder::allocate(std::int64_t width, std::in
   const auto count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
                      static_cast<std::size_t>(samplesPerPixel);
   try {
-    return BitmapBuilder(std::make_shared_for_overwrite<std::uint8_t[]>(count),
-                         static_cast<int>(width), static_cast<int>(height), samplesPerPixel);
+    return BitmapBuilder(samplesFor(count), static_cast<int>(width), static_cast<int>(height),
+                         samplesPerPixel);
   } catch (const std::bad_alloc&) {
     return std::nullopt;
   }

@@ -6,21 +6,15 @@
 namespace velmara {
 namespace {
 
-// One row of the frame: the source row between its own mirrored ends.
-void mirrorRow(const std::uint8_t* source, int width, int samples, int border, std::uint8_t* out) {
+// Mirrors a row's ends into the frame beside it.
+void mirrorEnds(std::uint8_t* row, int width, int samples, int border) {
   const auto pixelBytes = static_cast<std::size_t>(samples);
-  for (int x = 0; x < border; ++x) {
-    const auto left = static_cast<std::size_t>(mirroredIndex(std::int64_t{x} - border, width));
-    const auto right = static_cast<std::size_t>(mirroredIndex(std::int64_t{x} + width, width));
-    std::memcpy(out + static_cast<std::size_t>(x) * pixelBytes, source + left * pixelBytes,
-                pixelBytes);
-    std::memcpy(out + (static_cast<std::size_t>(border) + static_cast<std::size_t>(width) +
-                       static_cast<std::size_t>(x)) *
-                          pixelBytes,
-                source + right * pixelBytes, pixelBytes);
+  const auto pixel = [&](std::int64_t x) { return row + (x + border) * std::int64_t{samples}; };
+  for (int x = 1; x <= border; ++x) {
+    std::memcpy(pixel(-x), pixel(mirroredIndex(-std::int64_t{x}, width)), pixelBytes);
+    const std::int64_t right = std::int64_t{width} - 1 + x;
+    std::memcpy(pixel(right), pixel(mirroredIndex(right, width)), pixelBytes);
   }
-  std::memcpy(out + static_cast<std::size_t>(border) * pixelBytes, source,
-              static_cast<std::size_t>(width) * pixelBytes);
 }
 
 }  // namespace
@@ -32,18 +26,33 @@ std::int64_t mirroredIndex(std::int64_t index, std::int64_t count) {
   return position < count ? position : period - 1 - position;
 }
 
-Bitmap withMirroredBorder(const Bitmap& bitmap, int border) {
-  if (!bitmap.isValid() || border < 0) return {};
-  auto framed =
-      BitmapBuilder::allocate(bitmap.width() + 2 * std::int64_t{border},
-                              bitmap.height() + 2 * std::int64_t{border}, bitmap.samplesPerPixel());
+Bitmap withMirroredBorder(int width, int height, int samples, int border,
+                          const std::function<void(int y, std::uint8_t* out)>& writeRow) {
+  auto framed = BitmapBuilder::allocate(width + 2 * std::int64_t{border},
+                                        height + 2 * std::int64_t{border}, samples);
   if (!framed) return {};
-  for (int y = 0; y < framed->height(); ++y) {
-    const auto source = mirroredIndex(std::int64_t{y} - border, bitmap.height());
-    mirrorRow(bitmap.row(static_cast<int>(source)), bitmap.width(), bitmap.samplesPerPixel(),
-              border, framed->row(y));
+  const std::size_t offset = static_cast<std::size_t>(border) * static_cast<std::size_t>(samples);
+  for (int y = 0; y < height; ++y) {
+    std::uint8_t* row = framed->row(y + border);
+    writeRow(y, row + offset);
+    mirrorEnds(row, width, samples, border);
+  }
+  const auto mirrorRow = [&](int y) {
+    const auto source = static_cast<int>(mirroredIndex(y, height));
+    std::memcpy(framed->row(y + border), framed->row(source + border), framed->rowBytes());
+  };
+  for (int y = 1; y <= border; ++y) {
+    mirrorRow(-y);
+    mirrorRow(height - 1 + y);
   }
   return std::move(*framed).finish();
+}
+
+Bitmap withMirroredBorder(const Bitmap& bitmap, int border) {
+  if (!bitmap.isValid() || border < 0) return {};
+  return withMirroredBorder(
+      bitmap.width(), bitmap.height(), bitmap.samplesPerPixel(), border,
+      [&](int y, std::uint8_t* out) { std::memcpy(out, bitmap.row(y), bitmap.rowBytes()); });
 }
 
 }  // namespace velmara

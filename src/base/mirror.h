@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 
 #include "base/bitmap.h"
 
@@ -14,5 +15,10 @@ std::int64_t mirroredIndex(std::int64_t index, std::int64_t count);
 /// ways, with the same samples per pixel. Not valid if the input is not, the border is negative or
 /// the memory is not to be had.
 Bitmap withMirroredBorder(const Bitmap& bitmap, int border);
+
+/// The same for a picture of which only the rows are known: `writeRow(y, out)` is asked for each of
+/// them once and writes width * samples bytes.
+Bitmap withMirroredBorder(int width, int height, int samples, int border,
+                          const std::function<void(int y, std::uint8_t* out)>& writeRow);
 
 }  // namespace velmara

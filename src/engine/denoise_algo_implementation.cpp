@@ -75,14 +75,8 @@ Image DenoiseAlgoImplementation::applyFastNLMeansAlgorithmOnImage(const Image& i
   if (!image.isValid()) return image;
   if (!isTestSpeedMode && !mayRunInParallel()) return {};
 
-  std::unique_ptr<DenoiseRequest> request;
-  {
-    const Bitmap& decoded = image.bitmap();
-    const Bitmap opaque = decoded.samplesPerPixel() >= 4 ? withoutAlpha(decoded) : decoded;
-    if (opaque.isValid()) {
-      request = prepareRequest(opaque, templateWinSize, searchWinSize, sigmaVal);
-    }
-  }
+  const std::unique_ptr<DenoiseRequest> request =
+      prepareRequest(image.bitmap(), templateWinSize, searchWinSize, sigmaVal);
   if (request == nullptr) {
     log("denoise: not enough memory for the request");
     return {};

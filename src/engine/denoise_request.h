@@ -15,11 +15,12 @@ struct DenoiseRequest {
   PackedRgbCanvas canvas;  ///< Holds destBytes.
   FilterBuffers buffers;
 
-  explicit DenoiseRequest(PackedRgbCanvas black) : canvas(std::move(black)) {}
+  explicit DenoiseRequest(PackedRgbCanvas rgb) : canvas(std::move(rgb)) {}
 };
 
-/// Pads a bitmap without alpha for its windows, makes the black canvas and builds the weight table.
-/// Null if the memory is not to be had or the padded picture would be larger than a bitmap may be.
+/// Pads a bitmap for its windows, one of 4 samples without its alpha, makes the canvas, black where
+/// the kernel writes nothing, and builds the weight table. Null if the memory is not to be had or
+/// the padded picture would be larger than a bitmap may be.
 ///
 /// destBytes are the first bytes of a packed colour canvas whatever the channels, as the result is
 /// built from three bytes a pixel: a one-channel output fills the first third of them.

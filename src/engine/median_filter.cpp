@@ -6,62 +6,106 @@
 #include <utility>
 #include <vector>
 
+#include "engine/fast/instruction_sets.h"
+#include "engine/fast/targets.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "engine/median_filter.cpp"
+#include <hwy/foreach_target.h>  // Compiles what follows once per instruction set.
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace velmara {
+namespace HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+template <class D>
+HWY_INLINE hn::Vec<D> medianOfThree(D /*d*/, hn::Vec<D> a, hn::Vec<D> b, hn::Vec<D> c) {
+  return hn::Max(hn::Min(a, b), hn::Min(hn::Max(a, b), c));
+}
+
+// Calls `step(d, i)` for places from 0 to count - 1, whole vectors first, then one sample each.
+template <class Step>
+HWY_INLINE void forSamples(std::size_t count, const Step& step) {
+  const hn::ScalableTag<std::uint8_t> d;
+  const hn::CappedTag<std::uint8_t, 1> one;
+  std::size_t i = 0;
+  for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) step(d, i);
+  for (; i < count; ++i) step(one, i);
+}
+
+// The three samples of each column in ascending order.
+void sortColumnsOfRows(const std::uint8_t* above, const std::uint8_t* here,
+                       const std::uint8_t* below, std::size_t count, std::uint8_t* low,
+                       std::uint8_t* middle, std::uint8_t* high) {
+  forSamples(count, [&](auto d, std::size_t i) {
+    const auto a = hn::LoadU(d, above + i);
+    const auto b = hn::LoadU(d, here + i);
+    const auto c = hn::LoadU(d, below + i);
+    const auto smaller = hn::Min(a, b);
+    const auto larger = hn::Max(a, b);
+    hn::StoreU(hn::Min(smaller, c), d, low + i);
+    hn::StoreU(hn::Max(smaller, hn::Min(larger, c)), d, middle + i);
+    hn::StoreU(hn::Max(larger, c), d, high + i);
+  });
+}
+
+// The median of nine is the median of the largest low, the middle middle and the smallest high of
+// three columns, `step` samples apart.
+void mediansOfColumns(const std::uint8_t* low, const std::uint8_t* middle, const std::uint8_t* high,
+                      std::size_t count, std::size_t step, std::uint8_t* out) {
+  forSamples(count, [&](auto d, std::size_t i) {
+    const auto load = [&](const std::uint8_t* line, std::size_t column) {
+      return hn::LoadU(d, line + i + column * step);
+    };
+    const auto largestLow = hn::Max(hn::Max(load(low, 0), load(low, 1)), load(low, 2));
+    const auto middleMiddle = medianOfThree(d, load(middle, 0), load(middle, 1), load(middle, 2));
+    const auto smallestHigh = hn::Min(hn::Min(load(high, 0), load(high, 1)), load(high, 2));
+    hn::StoreU(medianOfThree(d, largestLow, middleMiddle, smallestHigh), d, out + i);
+  });
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace velmara
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
 namespace velmara {
 namespace {
 
-using Sample = std::uint8_t;
+HWY_EXPORT(sortColumnsOfRows);
+HWY_EXPORT(mediansOfColumns);
 
-Sample medianOfThree(Sample a, Sample b, Sample c) {
-  return std::max(std::min(a, b), std::min(std::max(a, b), c));
-}
-
-// The three samples of each column in ascending order, with one pixel of room at both ends for the
-// repeated edges.
+// Sorted columns of one row, with one pixel of room at both ends for the repeated edges.
 class SortedColumns {
  public:
   SortedColumns(std::size_t rowBytes, std::size_t pixelBytes)
       : rowBytes_(rowBytes), pixelBytes_(pixelBytes) {
-    const std::size_t size = rowBytes + 2 * pixelBytes;
-    for (auto* line : {&low_, &middle_, &high_}) line->resize(size);
+    for (auto* line : {&low_, &middle_, &high_}) line->resize(rowBytes + 2 * pixelBytes);
   }
 
-  void sort(const Sample* above, const Sample* here, const Sample* below) {
-    Sample* low = low_.data() + pixelBytes_;
-    Sample* middle = middle_.data() + pixelBytes_;
-    Sample* high = high_.data() + pixelBytes_;
-    for (std::size_t i = 0; i < rowBytes_; ++i) {
-      const Sample smaller = std::min(above[i], here[i]);
-      const Sample larger = std::max(above[i], here[i]);
-      low[i] = std::min(smaller, below[i]);
-      middle[i] = std::max(smaller, std::min(larger, below[i]));
-      high[i] = std::max(larger, below[i]);
-    }
+  void sort(const std::uint8_t* above, const std::uint8_t* here, const std::uint8_t* below) {
+    HWY_DYNAMIC_DISPATCH(sortColumnsOfRows)
+    (above, here, below, rowBytes_, low_.data() + pixelBytes_, middle_.data() + pixelBytes_,
+     high_.data() + pixelBytes_);
     for (auto* line : {&low_, &middle_, &high_}) repeatEnds(*line);
   }
-
-  // The median of nine is the median of the largest low, the middle middle and the smallest high.
-  void writeMedians(Sample* out) const {
-    const std::size_t p = pixelBytes_;
-    const Sample* low = low_.data();
-    const Sample* middle = middle_.data();
-    const Sample* high = high_.data();
-    for (std::size_t i = 0; i < rowBytes_; ++i) {
-      const Sample largestLow = std::max(std::max(low[i], low[i + p]), low[i + 2 * p]);
-      const Sample middleMiddle = medianOfThree(middle[i], middle[i + p], middle[i + 2 * p]);
-      const Sample smallestHigh = std::min(std::min(high[i], high[i + p]), high[i + 2 * p]);
-      out[i] = medianOfThree(largestLow, middleMiddle, smallestHigh);
-    }
+  void writeMedians(std::uint8_t* out) const {
+    HWY_DYNAMIC_DISPATCH(mediansOfColumns)
+    (low_.data(), middle_.data(), high_.data(), rowBytes_, pixelBytes_, out);
   }
 
  private:
-  void repeatEnds(std::vector<Sample>& line) const {
+  void repeatEnds(std::vector<std::uint8_t>& line) const {
     std::copy_n(line.data() + pixelBytes_, pixelBytes_, line.data());
     std::copy_n(line.data() + rowBytes_, pixelBytes_, line.data() + rowBytes_ + pixelBytes_);
   }
 
   std::size_t rowBytes_;
   std::size_t pixelBytes_;
-  std::vector<Sample> low_, middle_, high_;
+  std::vector<std::uint8_t> low_, middle_, high_;
 };
 
 }  // namespace
@@ -72,6 +116,7 @@ Bitmap medianFiltered(const Bitmap& bitmap, int rows) try {
   auto filtered =
       BitmapBuilder::allocate(bitmap.width(), std::min(rows, height), bitmap.samplesPerPixel());
   if (!filtered) return {};
+  useInstructionSetOfEnvironment();
   SortedColumns columns(bitmap.rowBytes(), static_cast<std::size_t>(bitmap.samplesPerPixel()));
   for (int y = 0; y < filtered->height(); ++y) {
     columns.sort(bitmap.row(std::max(y - 1, 0)), bitmap.row(y),
@@ -84,3 +129,5 @@ Bitmap medianFiltered(const Bitmap& bitmap, int rows) try {
 }
 
 }  // namespace velmara
+
+#endif  // HWY_ONCE

@@ -1,7 +1,8 @@
 #include "engine/packed_rgb.h"
 
-#include <algorithm>
 #include <utility>
+
+#include "engine/alpha_rows.h"
 
 namespace velmara {
 
@@ -10,9 +11,7 @@ PackedRgbCanvas::PackedRgbCanvas(BitmapBuilder rgba) : rgba_(std::move(rgba)) {}
 std::optional<PackedRgbCanvas> PackedRgbCanvas::allocate(int width, int height) {
   auto rgba = BitmapBuilder::allocate(width, height, 4);
   if (!rgba) return std::nullopt;
-  PackedRgbCanvas canvas(std::move(*rgba));
-  std::ranges::fill(canvas.packed(), std::uint8_t{0});
-  return canvas;
+  return PackedRgbCanvas(std::move(*rgba));
 }
 
 // The packed bytes lie at the end of the memory, so that spreading them from the front to 4 bytes
@@ -23,14 +22,7 @@ std::span<std::uint8_t> PackedRgbCanvas::packed() {
 }
 
 Bitmap PackedRgbCanvas::finish() && {
-  const std::uint8_t* in = packed().data();
-  std::uint8_t* out = rgba_.bytes().data();
-  const std::uint8_t* end = in + packed().size();
-  for (; in != end; in += 3, out += 4) {
-    const std::uint8_t rgb[3] = {in[0], in[1], in[2]};
-    std::copy_n(rgb, 3, out);
-    out[3] = 255;
-  }
+  addAlpha(packed().data(), packed().size() / 3, rgba_.bytes().data());
   return std::move(rgba_).finish();
 }
 

@@ -12,7 +12,8 @@ namespace velmara {
 /// become an opaque 4-sample bitmap in the same memory.
 class PackedRgbCanvas {
  public:
-  /// A black picture; nothing if the size is not allowed or the memory is not to be had.
+  /// A picture whose samples are not set; nothing if the size is not allowed or the memory is not
+  /// to be had.
   static std::optional<PackedRgbCanvas> allocate(int width, int height);
 
   /// The packed bytes, 3 * width * height of them.
