@@ -30,8 +30,12 @@ FilterRun::FilterRun(const FilterCase& filterCase, int width, int height)
 }
 
 Seconds FilterRun::filter(MakeKernel make) {
+  return filter(make, benchWorkers());
+}
+
+Seconds FilterRun::filter(MakeKernel make, ThreadQueue& workers) {
   EngineEnvironment environment;
-  environment.workers = &benchWorkers();
+  environment.workers = &workers;
   environment.mainQueue = &benchMainQueue();
   std::ranges::fill(output_, std::uint8_t{0});
   buffers_.completedSlices = 0;

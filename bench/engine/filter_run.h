@@ -33,8 +33,9 @@ class FilterRun {
 
   FilterRun(const FilterCase& filterCase, int width, int height);
 
-  /// Filters once; making the kernel counts.
+  /// Filters once on all processors, or on the threads of a queue; making the kernel counts.
   Seconds filter(MakeKernel make);
+  Seconds filter(MakeKernel make, ThreadQueue& workers);
   const std::vector<std::uint8_t>& output() const { return output_; }
   /// Pixels times candidates.
   double comparisons() const;

@@ -1,41 +1,20 @@
 #include "engine/band_run.h"
 
-#include <algorithm>
-#include <array>
 #include <memory>
 #include <optional>
 #include <semaphore>
+#include <vector>
+
+#include "engine/tile_queue.h"
 
 namespace velmara {
 namespace {
 
-// The tiles of one band, counted row of tiles by row of tiles.
-class BandTiles {
- public:
-  BandTiles(const FilterKernel& kernel, int width, RowRange rows)
-      : rows_(rows),
-        width_(width),
-        tileWidth_(std::max(1, kernel.tileWidth())),
-        tileHeight_(std::max(1, kernel.tileHeight())),
-        columns_((width + tileWidth_ - 1) / tileWidth_) {}
-
-  std::int64_t count() const {
-    const std::int64_t tileRows = (rows_.end - rows_.begin + tileHeight_ - 1) / tileHeight_;
-    return tileRows * columns_;
-  }
-  Tile tile(std::int64_t index) const {
-    const int x = static_cast<int>(index % columns_) * tileWidth_;
-    const int y = rows_.begin + static_cast<int>(index / columns_) * tileHeight_;
-    return {x, std::min(x + tileWidth_, width_), y, std::min(y + tileHeight_, rows_.end)};
-  }
-
- private:
-  RowRange rows_;
-  int width_;
-  int tileWidth_;
-  int tileHeight_;
-  int columns_;
-};
+std::vector<RowRange> bandsOf(int height) {
+  std::vector<RowRange> bands;
+  for (int i = 0; i < kBands; ++i) bands.push_back(rowsOfBand(height, i, kBands));
+  return bands;
+}
 
 // What the eight tasks, the checks and the waiting thread share. Tasks that come late find no tile
 // left and touch neither kernel nor buffers, which the waiting thread may have given up by then.
@@ -49,13 +28,8 @@ class Run : public std::enable_shared_from_this<Run> {
         buffers_(buffers),
         width_(geometry.widthSrc),
         height_(geometry.heightSrc),
-        filtersLeft_(kernel.mostTileFilters()) {
-    for (int i = 0; i < kBands; ++i) {
-      Band& band = bands_[static_cast<std::size_t>(i)];
-      band.tiles.emplace(kernel, width_, rowsOfBand(height_, i, kBands));
-      band.left = band.tiles->count();
-    }
-  }
+        tiles_(kernel, width_, bandsOf(height_)),
+        filtersLeft_(kernel.mostTileFilters()) {}
 
   void start(TaskQueue& workers) {
     for (std::size_t i = 0; i < kBands; ++i) {
@@ -68,29 +42,18 @@ class Run : public std::enable_shared_from_this<Run> {
   }
 
  private:
-  struct Band {
-    std::optional<BandTiles> tiles;
-    std::atomic<std::int64_t> next{0};
-    std::atomic<std::int64_t> left{0};
-  };
-
   // The band of this task first, then what is left of the others. A task beyond the number of tile
   // filters leaves its band to them.
   void work(std::size_t counter) {
-    if (bands_[counter].tiles->count() == 0) completeBand();
+    const RowRange rows = rowsOfBand(height_, static_cast<int>(counter), kBands);
+    if (rows.begin == rows.end || width_ == 0) completeBand();
     if (filtersLeft_.fetch_sub(1) <= 0) return;
     std::unique_ptr<TileFilter> filter;
-    for (std::size_t i = 0; i < kBands; ++i) {
-      Band& band = bands_[(counter + i) % kBands];
-      const std::int64_t count = band.tiles->count();
-      while (true) {
-        const std::int64_t index = band.next.fetch_add(1, std::memory_order_relaxed);
-        if (index >= count) break;
-        if (filter == nullptr && !failed_) filter = kernel_.makeTileFilter();
-        if (filter == nullptr) failed_ = true;
-        if (!failed_) filterTile(*filter, band.tiles->tile(index));
-        if (band.left.fetch_sub(1, std::memory_order_acq_rel) == 1) completeBand();
-      }
+    while (const auto piece = tiles_.take(counter)) {
+      if (filter == nullptr && !failed_) filter = kernel_.makeTileFilter();
+      if (filter == nullptr) failed_ = true;
+      if (!failed_) filterTile(*filter, piece->tile);
+      if (tiles_.finish(*piece)) completeBand();
     }
   }
 
@@ -120,7 +83,7 @@ class Run : public std::enable_shared_from_this<Run> {
   FilterBuffers& buffers_;
   int width_;
   int height_;
-  std::array<Band, kBands> bands_;
+  TileQueue tiles_;
   std::atomic<int> filtersLeft_;
   std::atomic<std::int64_t> pixelsDone_{0};
   std::atomic<bool> failed_{false};
@@ -132,11 +95,14 @@ class Run : public std::enable_shared_from_this<Run> {
 
 bool runOneBand(const FilterKernel& kernel, FilterBuffers& buffers, const FilterGeometry& geometry,
                 RowRange rows) {
-  const BandTiles tiles(kernel, geometry.widthSrc, rows);
-  const std::int64_t count = tiles.count();
-  const std::unique_ptr<TileFilter> filter = count > 0 ? kernel.makeTileFilter() : nullptr;
-  const bool ok = count == 0 || filter != nullptr;
-  for (std::int64_t i = 0; ok && i < count; ++i) filter->filter(tiles.tile(i));
+  TileQueue tiles(kernel, geometry.widthSrc, {rows});
+  std::unique_ptr<TileFilter> filter;
+  bool ok = true;
+  while (const auto piece = ok ? tiles.take(0) : std::nullopt) {
+    if (filter == nullptr) filter = kernel.makeTileFilter();
+    ok = filter != nullptr;
+    if (ok) filter->filter(piece->tile);
+  }
   ++buffers.completedSlices;
   return ok;
 }

@@ -19,9 +19,9 @@ bool runOneBand(const FilterKernel& kernel, FilterBuffers& buffers, const Filter
 /// Filters the whole picture in eight bands on the environment's workers and waits for them, with
 /// no time-out. The bands start together and end in any order. Their rows are handed out in small
 /// tiles, and who has finished its own band helps the others, so the time is that of an even split
-/// even if one processor is slow. A band counts in completedSlices once, when all its rows are
-/// done; each time one does, the main queue is asked to check whether all eight are. Must not be
-/// called on the main queue's own thread. False if the memory to work in is not to be had.
+/// even if one processor is slow (TileQueue). A band counts in completedSlices once, when all its
+/// rows are done; each time one does, the main queue is asked to check whether all eight are. Must
+/// not be called on the main queue's own thread. False if the memory to work in is not to be had.
 bool runBands(const EngineEnvironment& environment, const FilterKernel& kernel,
               FilterBuffers& buffers, const FilterGeometry& geometry);
 

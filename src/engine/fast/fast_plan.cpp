@@ -66,12 +66,12 @@ void planShifts(FastPlan& plan) {
 }
 
 // Tiles are as wide as keeps their rows of weights in a processor's second cache, and so that the
-// rows of column sums, up to sr + t - 1 longer, fill whole vectors. There are enough tiles for
-// several processors to end together.
+// rows of column sums, up to sr + t - 1 longer, fill whole vectors. They are so high that the rows
+// above a tile, which are compared once more, do not matter.
 void planTiles(FastPlan& plan) {
   constexpr std::size_t kCacheBytes = std::size_t{640} * 1024;
   constexpr std::size_t kLongestVector = 32;
-  constexpr std::int64_t kFewestTiles = 64;
+  constexpr int kTileHeight = 256;
   const std::size_t elementBytes =
       sizeof(float) + (plan.narrow ? sizeof(std::uint16_t) : sizeof(std::uint32_t));
   const std::size_t columns =
@@ -81,9 +81,7 @@ void planTiles(FastPlan& plan) {
   const FilterGeometry& g = plan.geometry;
   plan.tileWidth =
       std::min(g.widthSrc, static_cast<int>(columns) - (plan.s - 1) / 2 - std::max(plan.t - 1, 0));
-  const std::int64_t pixels = std::int64_t{g.widthSrc} * g.heightSrc;
-  plan.tileHeight =
-      static_cast<int>(std::clamp<std::int64_t>(pixels / (plan.tileWidth * kFewestTiles), 32, 256));
+  plan.tileHeight = kTileHeight;
   plan.margin = plan.channels == 1 ? std::max(plan.patchSlip * std::max(plan.t - 1, 0),
                                               plan.averageSlip * (plan.s - 1))
                                    : 0;
