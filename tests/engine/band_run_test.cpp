@@ -18,8 +18,8 @@ FilterGeometry pictureOf(int width, int height) {
 
 // The run of a picture by workers of some speeds.
 void runSimulated(const SimulatedWorkers& workers, int threads, int width, int height) {
-  ThreadQueue queue(threads);
   ThreadQueue mainQueue(1);
+  ThreadQueue queue(threads);  // Ends first, as its tasks use the other.
   EngineEnvironment environment;
   environment.workers = &queue;
   environment.mainQueue = &mainQueue;
@@ -95,8 +95,8 @@ class HeldKernel final : public FilterKernel {
 };
 
 TEST(BandRunTest, NoBandWaitsForOneThatIsHeldUp) {
-  ThreadQueue queue(2);
   ThreadQueue mainQueue(1);
+  ThreadQueue queue(2);
   EngineEnvironment environment;
   environment.workers = &queue;
   environment.mainQueue = &mainQueue;

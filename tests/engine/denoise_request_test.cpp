@@ -36,8 +36,8 @@ class DenoiseRequestTest : public ::testing::Test {
     return std::exchange(lines_, {});
   }
 
-  ThreadQueue workers_{3};
   ThreadQueue mainQueue_{1};
+  ThreadQueue workers_{3};  // Ends first, as its tasks use the other.
   std::mutex mutex_;
   std::vector<std::string> lines_;
   DenoiseAlgoImplementation engine_{environment()};

@@ -89,8 +89,7 @@ std::int64_t averagePixelsOf(const FastPlan& plan, FastScratch& scratch,
 
   // Undecided pixels are noted and averaged after the row: the processor then works on several
   // groups of them at a time, and guesses the loops above right more often.
-  std::int32_t* groups = scratch.groups();
-  std::int64_t count = 0;
+  std::uint32_t* undecided = scratch.undecided();
   for (std::ptrdiff_t i = 0; i < width; i += kVectors * lanes) {
     Sums<hn::ScalableTag<float>, kChannels> sums[kVectors];
     sumCandidates<kChannels, kS, kVectors>(df, row, plan.s, i, sums);
@@ -100,12 +99,19 @@ std::int64_t averagePixelsOf(const FastPlan& plan, FastScratch& scratch,
       if (HWY_UNLIKELY(bits == all) && first < width &&
           isFlat<Index, kChannels>(plan, row, indices, first)) {
         writeFlat<kChannels>(plan, row, first, width);
-        continue;
+        bits = 0;
       }
-      for (std::ptrdiff_t lane = 0; lane < lanes; lane += groupLanes, bits >>= groupLanes) {
-        groups[count] = static_cast<std::int32_t>(first + lane);
-        count += (bits & group) != 0 && first + lane < width ? 1 : 0;
-      }
+      undecided[first / lanes] = bits;
+    }
+  }
+  std::int32_t* groups = scratch.groups();
+  std::int64_t count = 0;
+  for (std::ptrdiff_t first = 0; first < width; first += lanes) {
+    unsigned bits = undecided[first / lanes];
+    if (bits == 0) continue;
+    for (std::ptrdiff_t lane = 0; lane < lanes; lane += groupLanes, bits >>= groupLanes) {
+      groups[count] = static_cast<std::int32_t>(first + lane);
+      count += (bits & group) != 0 && first + lane < width ? 1 : 0;
     }
   }
   for (std::int64_t i = 0; i < count; ++i) {

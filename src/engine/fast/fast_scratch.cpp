@@ -42,6 +42,7 @@ std::size_t FastScratch::layOut(const FastPlan& plan) {
                           plan.distanceColumns, distanceBytes);
   columnSums_ = sections.add(1, plan.distanceColumns, distanceBytes);
   output_ = sections.add(1, plan.distanceColumns, channels_);
+  undecided_ = sections.add(1, plan.distanceColumns, sizeof(std::uint32_t));
   groups_ = sections.add(1, plan.distanceColumns, sizeof(std::int32_t));
   exactWeights_ = sections.add(candidates, kMostLanes, sizeof(double));
   ones_ = sections.add(1, plan.distanceColumns, sizeof(float));

@@ -49,6 +49,8 @@ class FastScratch {
   }
   /// Output samples of one row of the tile, interleaved.
   std::uint8_t* output() { return at<std::uint8_t>(output_, 0, 0); }
+  /// Per vector of a row's pixels the undecided ones of them, one bit each.
+  std::uint32_t* undecided() { return at<std::uint32_t>(undecided_, 0, 0); }
   /// Room for the numbers of as many pixels as a row has.
   std::int32_t* groups() { return at<std::int32_t>(groups_, 0, 0); }
   /// Room for the weights of D candidates in double precision, `lanes` pixels side by side.
@@ -91,7 +93,8 @@ class FastScratch {
   std::int64_t sourceRows_ = 1;
   std::size_t channels_ = 0, squareRows_ = 1;
   std::size_t samples_ = 0, centred_ = 0, weights_ = 0, indices_ = 0, squares_ = 0;
-  std::size_t columnSums_ = 0, output_ = 0, groups_ = 0, exactWeights_ = 0, ones_ = 0, zeros_ = 0;
+  std::size_t columnSums_ = 0, output_ = 0, undecided_ = 0, groups_ = 0, exactWeights_ = 0;
+  std::size_t ones_ = 0, zeros_ = 0;
   std::size_t weightPointers_ = 0, indexPointers_ = 0;
 };
 

@@ -1,6 +1,7 @@
 // Rows of the padded source as the vector stages want them: one row a channel, 16-bit and single
 // precision. Compiled once per instruction set.
 
+#include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
 #include "engine/fast/fast_scratch.h"
@@ -63,6 +64,10 @@ void loadSourceRow(const FastPlan& plan, FastScratch& scratch, std::int64_t row,
   if constexpr (kChannels == 3) {
     const std::int64_t count = std::min<std::int64_t>(columns, plan.geometry.widthIm - xBegin);
     const std::uint8_t* in = bytes + row * stride + std::int64_t{xBegin} * 3;
+    // The next row is too far away for the processor to fetch it by itself in time.
+    if (row + 1 < plan.geometry.heightIm) {
+      for (std::int64_t at = 0; at < 3 * count; at += 64) hwy::Prefetch(in + stride + at);
+    }
     std::int64_t i = 0;
     for (; i < count && lanes <= count; i += lanes) {
       i = std::min(i, count - lanes);  // The last vector overlaps the one before.
