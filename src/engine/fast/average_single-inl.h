@@ -34,6 +34,9 @@ struct Sums {
   V weight;
   V sample[kChannels];
 
+  // Written out: an implicit one is compiled without the instruction set and does not fit NEON's.
+  HWY_INLINE Sums() {}
+
   /// The first candidate, whose samples are at `samples`.
   HWY_INLINE void start(V w, const float* const* samples, std::ptrdiff_t offset) {
     weight = w;
