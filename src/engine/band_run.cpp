@@ -12,6 +12,7 @@ namespace {
 
 std::vector<RowRange> bandsOf(int height) {
   std::vector<RowRange> bands;
+  bands.reserve(kBands);
   for (int i = 0; i < kBands; ++i) bands.push_back(rowsOfBand(height, i, kBands));
   return bands;
 }

@@ -42,7 +42,7 @@ class TileFilter {
 class FilterKernel {
  public:
   virtual ~FilterKernel() = default;
-  /// How wide and how tall a tile is that suits the kernel.
+  /// How wide and how tall a tile is that suits the kernel; some are smaller (TileQueue).
   virtual int tileWidth() const = 0;
   virtual int tileHeight() const = 0;
   /// How many tile filters there may be at a time, which keeps a request's memory within bounds.
