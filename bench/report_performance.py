@@ -108,8 +108,8 @@ def bars(engine: dict, top: int) -> list:
 
 def growth(engine: dict, top: int) -> list:
     """Nanoseconds per pixel and candidate of whole requests over the search window."""
-    parts = [text(20, top, "Whole requests: CPU nanoseconds per pixel and candidate, "
-                           "by search window (template 3, sigma 8, 3 megapixels)", size=15)]
+    parts = [text(20, top, "Whole requests, CPU ns per pixel and candidate by search window "
+                           "(3 megapixels)", size=15)]
     points = [(int(name.split("/")[1]), run["cpu_ns"]) for name, run in engine.items()
               if name.startswith("searchwindow/")]
     highest = max(ns for _, ns in points)
