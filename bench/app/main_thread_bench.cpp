@@ -5,6 +5,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -81,6 +82,16 @@ class Desk {
     }
     settle();
   }
+  /// Exports the photo as JPEG; the seconds from the panel's answer to the file.
+  double exportPhoto() {
+    const std::string path = folder_.file("exported.jpg");
+    click("btnExport");
+    const auto start = std::chrono::steady_clock::now();
+    panels_.answerSave(path);
+    while (!std::filesystem::exists(path)) serve(10);
+    const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
+    return spent.count();
+  }
   static void settle() { serve(150); }
 
  private:
@@ -128,6 +139,15 @@ void drag(Desk& desk) {
   QTest::mouseRelease(&area, Qt::LeftButton, {}, {260, 180});
 }
 
+// "VmRSS:" is what the process has in memory, "VmHWM:" the most it ever had.
+long kilobytes(const std::string& field) {
+  std::ifstream status("/proc/self/status");
+  for (std::string line; std::getline(status, line);) {
+    if (line.rfind(field, 0) == 0) return std::atol(line.c_str() + field.size());
+  }
+  return 0;
+}
+
 void measureSteps(WatchedApplication& application, Desk& desk, const std::string& photo) {
   const auto clickAndWait = [&](const char* name) {
     return [&desk, name] {
@@ -151,6 +171,10 @@ void measureSteps(WatchedApplication& application, Desk& desk, const std::string
     desk.screen().changeLevel(3);
     desk.waitForResult();
   });
+  double seconds = 0.0;
+  measure(application, "export", [&] { seconds = desk.exportPhoto(); });
+  std::printf("%-22s took %.2f s; the most memory until now %ld KB\n", "", seconds,
+              kilobytes("VmHWM:"));
   measure(application, "window resize", [&] {
     for (int i = 1; i <= 20; ++i) {
       desk.window().resize(1220 + 4 * i, 700 + 2 * i);
@@ -158,14 +182,6 @@ void measureSteps(WatchedApplication& application, Desk& desk, const std::string
     }
     desk.waitForResult();
   });
-}
-
-long residentKilobytes() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.rfind("VmRSS:", 0) == 0) return std::atol(line.c_str() + 6);
-  }
-  return 0;
 }
 
 long openDescriptors() {
@@ -176,7 +192,7 @@ void repeat(Desk& desk, const std::string& photo, int rounds) {
   for (int round = 1; round <= rounds; ++round) {
     desk.open(photo);
     if (round % 20 == 0 || round == 1) {
-      std::printf("round %3d: %ld KB resident, %ld descriptors\n", round, residentKilobytes(),
+      std::printf("round %3d: %ld KB resident, %ld descriptors\n", round, kilobytes("VmRSS:"),
                   openDescriptors());
       std::fflush(stdout);
     }

@@ -98,9 +98,19 @@ TEST_F(OpeningTest, TheLineOfSplitStyleUncoversTheResultWhereItStands) {
   EXPECT_TRUE(shows(splitScene(expected, larger, 1.1F, *lineAt()), "split at 110 %"));
 }
 
-TEST_F(OpeningTest, ButtonsPressedDuringARunAreRefusedAndTheRunEnds) {
+/// The program with the reference kernel, whose runs last.
+class SlowRunTest : public OpeningTest {
+ protected:
+  void SetUp() override {
+    ::setenv("VELMARA_ENGINE", "reference", 1);
+    OpeningTest::SetUp();
+    ::unsetenv("VELMARA_ENGINE");
+  }
+};
+
+TEST_F(SlowRunTest, ButtonsPressedDuringARunAreRefusedAndTheRunEnds) {
   const std::string path = folder.file("large.ppm");
-  runProgram({"convert", "-size", "5400x4200", "tile:" + photo(), path});
+  runProgram({"convert", "-size", "2700x2100", "tile:" + photo(), path});
   ASSERT_TRUE(program().openByKeyboard(path));
   ASSERT_TRUE(program().waitForLog("Setting Up Preview Images After Denoising Completion !!"));
   // Without a result both halves are alike but for the line between them.

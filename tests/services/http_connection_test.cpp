@@ -170,9 +170,9 @@ TEST(HttpConnection, AnEndlessAnswerIsDroppedAsItArrivesAndTimedOut) {
   EXPECT_EQ(exchange.end.reason, "timed out");
   EXPECT_GT(exchange.received, std::size_t{16} << 20);
 #ifndef __SANITIZE_ADDRESS__  // Which keeps what was freed for a while.
-  EXPECT_LT(peak() - before, 8 * 1024);
+  EXPECT_LT(peak() - before, 12 * 1024);
 #endif
-  EXPECT_LT(heartbeat.longestPause(), 200);
+  EXPECT_LT(heartbeat.longestPause(), 500);
 }
 
 TEST(HttpConnection, ALargeBodyGoesOutWholeWithoutACopyOfIt) {
@@ -189,7 +189,7 @@ TEST(HttpConnection, ALargeBodyGoesOutWholeWithoutACopyOfIt) {
   ASSERT_TRUE(runUntil([&] { return !server.requests().empty(); }));
   EXPECT_TRUE(server.requests().front().ends_with("\r\n\r\n" + body));
   EXPECT_GT(exchange.sends, 10);
-  EXPECT_LT(heartbeat.longestPause(), 200);
+  EXPECT_LT(heartbeat.longestPause(), 500);
 }
 
 TEST(HttpConnection, FollowsRedirectsWithinTheHostOnly) {

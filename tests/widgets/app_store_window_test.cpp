@@ -199,7 +199,7 @@ TEST_F(AppStoreWindowTest, TellsWhenAResizeHasEnded) {
   resizes = resizeEnds = 0;
   for (int i = 1; i <= 5; ++i) {
     window.resize(400 + i, 300);
-    time.advance(0.2);
+    time.advance(0.1);
   }
   EXPECT_EQ(resizes, 5);
   EXPECT_EQ(resizeEnds, 0);
