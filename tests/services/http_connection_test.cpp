@@ -195,7 +195,7 @@ TEST(HttpConnection, ALargeBodyGoesOutWholeWithoutACopyOfIt) {
 TEST(HttpConnection, FollowsRedirectsWithinTheHostOnly) {
   std::string location;
   const RecordingServer server([&](Peer& peer) {
-    const std::string request = peer.readUntil(kBodyEnd);
+    std::string request = peer.readUntil(kBodyEnd);
     if (request.starts_with("POST /start")) {
       peer.send("HTTP/1.1 307 Go\r\nLocation: " + location + "\r\nContent-Length: 0\r\n\r\n");
     } else {
