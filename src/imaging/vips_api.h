@@ -24,7 +24,8 @@ namespace velmara {
 // clang-format on
 
 struct VipsApi {
-#define X(name) decltype(&::vips_##name) name = nullptr;
+// A member's name cannot stand in parentheses.
+#define X(name) decltype(&::vips_##name) name = nullptr;  // NOLINT(bugprone-macro-parentheses)
   VELMARA_VIPS_OPERATIONS(X)
 #undef X
   /// Whether the library was found, with all of them.

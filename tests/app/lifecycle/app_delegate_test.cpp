@@ -59,7 +59,7 @@ TEST_F(LaunchTest, StartsInItsOrder) {
   EXPECT_LT(logged("fireTQSHitForTrackSource"), logged("Reachability Flag Status: "));
   EXPECT_LT(logged("Reachability Flag Status: "), logged("Internet Available : "));
   ASSERT_TRUE(waitUntil([&] { return delegate().tracker->tid == 77; }));
-  ASSERT_EQ(server.requests().size(), 1U);
+  ASSERT_TRUE(waitUntil([&] { return server.requests().size() == 1; }));
   EXPECT_THAT(server.requests()[0], testing::StartsWith("POST /service/registerAppInstalls "));
   EXPECT_THAT(server.requests()[0],
               testing::EndsWith("\r\n\r\n{\"pid\":\"10931\",\"bins\":\"1\",\"mac\":\"SER1\"}"));
