@@ -50,8 +50,7 @@ class DesktopTest : public testing::Test {
   Scene singleScene(const ExpectedPhoto& photo, const QSize& size, float zoomFactor, int level = 0,
                     const QPoint& dragged = {});
   /// What split style shows: the original left of the line, the result right of it. The line itself
-  /// is left out, with one column beside it: a picture of odd width stands half a pixel off the
-  /// line's own place.
+  /// is left out.
   Scene splitScene(const ExpectedPhoto& photo, const QSize& size, float zoomFactor, int line,
                    const QPoint& dragged = {});
   /// The left edge of the line of split style, from the preview area's: black, two columns of light
@@ -67,6 +66,19 @@ class DesktopTest : public testing::Test {
 
   std::unique_ptr<VirtualDisplay> display_;
   std::unique_ptr<Program> program_;
+};
+
+/// With photo() open: in dual style, fitted, with its result.
+class OpenPhotoTest : public DesktopTest {
+ protected:
+  void SetUp() override {
+    DesktopTest::SetUp();
+    if (IsSkipped() || HasFatalFailure()) return;
+    expected = std::make_unique<ExpectedPhoto>(photo());
+    openInDual(photo(), *expected);
+  }
+
+  std::unique_ptr<ExpectedPhoto> expected;
 };
 
 }  // namespace velmara::e2e

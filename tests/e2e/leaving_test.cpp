@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,14 +10,8 @@
 namespace velmara::e2e {
 namespace {
 
-class LeavingTest : public DesktopTest {
+class LeavingTest : public OpenPhotoTest {
  protected:
-  void SetUp() override {
-    DesktopTest::SetUp();
-    if (IsSkipped() || HasFatalFailure()) return;
-    expected = std::make_unique<ExpectedPhoto>(photo());
-    openInDual(photo(), *expected);
-  }
   /// Closes by the keyboard and expects to be asked.
   bool closeAndBeAsked() {
     display().key("ctrl+w");
@@ -36,8 +29,6 @@ class LeavingTest : public DesktopTest {
   bool waitForFile(const std::string& path) {
     return waitUntil([&] { return std::filesystem::exists(path); });
   }
-
-  std::unique_ptr<ExpectedPhoto> expected;
 };
 
 TEST_F(LeavingTest, CancellingKeepsThePhotoAndNotSavingEndsTheProgram) {

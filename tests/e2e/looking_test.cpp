@@ -6,7 +6,6 @@
 #include <QSize>
 
 #include <cmath>
-#include <memory>
 #include <string>
 
 #include "e2e/desktop_test.h"
@@ -14,15 +13,8 @@
 namespace velmara::e2e {
 namespace {
 
-class LookingTest : public DesktopTest {
+class LookingTest : public OpenPhotoTest {
  protected:
-  void SetUp() override {
-    DesktopTest::SetUp();
-    if (IsSkipped() || HasFatalFailure()) return;
-    expected = std::make_unique<ExpectedPhoto>(photo());
-    openInDual(photo(), *expected);
-  }
-
   QSize photoTimes(float factor) const {
     const QSize size = expected->upright().size();
     return {static_cast<int>(std::lround(size.width() * double{factor})),
@@ -34,8 +26,6 @@ class LookingTest : public DesktopTest {
   Scene result(const QSize& size, float factor, const QPoint& dragged = {}) {
     return dualScene(*expected, size, factor, true, dragged);
   }
-
-  std::unique_ptr<ExpectedPhoto> expected;
 };
 
 TEST_F(LookingTest, SizesAndZoomStepsShowTheResultOfWhatIsVisible) {
