@@ -18,7 +18,7 @@ struct PictureTile {
 };
 
 /// A shown picture with the pieces of it that were rendered lately, so that dragging it about
-/// renders only what comes into sight. Main thread.
+/// renders only what comes into sight. Any thread may use it, one at a time.
 class TiledPicture {
  public:
   static constexpr int kTileSide = 128;

@@ -152,11 +152,11 @@ UnsavedActions UnsavedChanges::exportWritten() {
   return actions;
 }
 
-UnsavedActions UnsavedChanges::exportFailed() {
+UnsavedActions UnsavedChanges::exportFailed(const std::string& reason) {
   if (exportPhase_ != ExportPhase::kRun && exportPhase_ != ExportPhase::kWriting) return {};
   exportPhase_ = ExportPhase::kNone;
   pendingEnd_ = PendingEnd::kNone;
-  return {{Kind::kReportFailure}};
+  return {{Kind::kReportFailure, reason}};
 }
 
 UnsavedActions UnsavedChanges::openWaitingPhoto() {

@@ -83,8 +83,8 @@ class UnsavedChanges {
   /// The run of an export has given its result, which is written now.
   void exportRunFinished();
   UnsavedActions exportWritten();
-  /// The run of an export had no result, or the file could not be written.
-  UnsavedActions exportFailed();
+  /// The run of an export had no result, or the file could not be written, and why.
+  UnsavedActions exportFailed(const std::string& reason);
 
   bool isUnsaved() const;
   bool isSheetShown() const { return isSheetShown_; }

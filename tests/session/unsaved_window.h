@@ -59,7 +59,7 @@ class UnsavedWindow {
   }
   void writeFailed() {
     if (!std::exchange(isWriting_, false)) return;
-    carryOut(changes.exportFailed());
+    carryOut(changes.exportFailed("the disk is full"));
     mayDiscard_ = false;
   }
   /// A preview run: the result becomes another one.

@@ -129,8 +129,8 @@ void MainScreenViewController::savePanelConfirmed(const std::string& path) {
 void MainScreenViewController::exportWhenIdle(const PhotoFile& photo) {
   const auto& current = services_.photos.selectedImageFile;
   if (!current || current->filePath != photo.filePath) {
-    // Meanwhile the user has left the photo, and was asked.
-    unsaved_.exportFailed();
+    // Meanwhile the user has left the photo, and was asked: nobody waits for a word about it.
+    unsaved_.exportFailed({});
     return;
   }
   if (session_.runState().isRunningAlgorithm()) {
@@ -153,15 +153,7 @@ void MainScreenViewController::exportFinished(const PhotoFile& photo, const Imag
 }
 
 void MainScreenViewController::exportRunFailed() {
-  exportHasFailed(tr("The photo could not be processed.").toStdString());
-}
-
-void MainScreenViewController::exportHasFailed(const std::string& reason) {
-  UnsavedActions actions = unsaved_.exportFailed();
-  for (UnsavedAction& action : actions) {
-    if (action.kind == UnsavedAction::Kind::kReportFailure) action.text = reason;
-  }
-  perform(actions);
+  perform(unsaved_.exportFailed(tr("The photo could not be processed.").toStdString()));
 }
 
 void MainScreenViewController::saveDenoisedImageInDirectoryPath(const std::string& path,
@@ -181,7 +173,7 @@ void MainScreenViewController::saveDenoisedImageInDirectoryPath(const std::strin
 
 void MainScreenViewController::exportWritten(const ExportOutcome& outcome) {
   if (!outcome.status) {
-    exportHasFailed(outcome.status.error());
+    perform(unsaved_.exportFailed(outcome.status.error()));
     return;
   }
   if (outcome.hasReplacedPhoto && services_.photos.selectedImageFile &&

@@ -144,7 +144,6 @@ class MainScreenViewController : public QWidget, public EditingScreen, public Dr
   void savePanelConfirmed(const std::string& path);
   void exportWhenIdle(const PhotoFile& photo);
   void exportWritten(const ExportOutcome& outcome);
-  void exportHasFailed(const std::string& reason);
   void offerRating();
 
   std::unique_ptr<Ui::MainScreenViewController> ui_;
