@@ -12,7 +12,7 @@
 
 namespace velmara {
 
-FeedbackReport gatherReport(const FeedbackForm& form, const FeedbackSources& sources,
+FeedbackReport gatherReport(const FeedbackForm& form, const FeedbackSources& sources, WallTime now,
                             const std::stop_token& stop) {
   FeedbackReport report;
   report.appName = sources.bundle.CFBundleName;
@@ -25,7 +25,7 @@ FeedbackReport gatherReport(const FeedbackForm& form, const FeedbackSources& sou
     // no log to send, on purpose.
     const std::string path = logFilePath(sources.homeDirectory, sources.bundle.CFBundleExecutable);
     if (std::filesystem::exists(path, error)) {
-      report.logPart = readLogsContent(path, sources.clock->wall(), stop);
+      report.logPart = readLogsContent(path, now, stop);
     }
   }
   if (form.sendScanLog) {
@@ -40,17 +40,19 @@ FeedbackReport gatherReport(const FeedbackForm& form, const FeedbackSources& sou
 }
 
 FeedbackReport gatherLogsOnlyReport(const std::string& emailID, const std::string& emailField,
-                                    const FeedbackSources& sources, const std::stop_token& stop) {
+                                    const FeedbackSources& sources, WallTime now,
+                                    const std::stop_token& stop) {
   FeedbackForm form;
   form.email = emailID.empty() ? emailField : emailID;
   form.type = "Sending logs";
   form.experience = "Sending logs";
   form.sendLogs = true;
-  return gatherReport(form, sources, stop);
+  return gatherReport(form, sources, now, stop);
 }
 
-std::string prepareSoapMsg(const FeedbackReport& report, const FeedbackSources& sources) {
-  const std::string date = getDateInFormatNEW(sources.clock->wall());
+std::string prepareSoapMsg(const FeedbackReport& report, const FeedbackSources& sources,
+                           WallTime now) {
+  const std::string date = getDateInFormatNEW(now);
   const std::string fileName =
       feedbackFileName(sources.bundle.CFBundleName, date, std::rand() % 1000);
   return soapEnvelope(sources.addresses.feedbackNamespace, reportText(report), fileName);

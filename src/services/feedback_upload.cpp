@@ -29,19 +29,19 @@ void FeedbackUploads::extractInfoAndSendFeedback(bool isFromForm, const std::str
   uploads_.push_back(std::make_unique<Upload>());
   const UploadAt upload = std::prev(uploads_.end());
   (*upload)->ended = std::move(ended);
-  const FeedbackSources& sources = setup_.sources;
   gather(
-      [isFromForm, emailID, form, sources](const std::stop_token& stop) {
-        return isFromForm ? gatherReport(form, sources, stop)
-                          : gatherLogsOnlyReport(emailID, form.email, sources, stop);
+      [isFromForm, emailID, form, sources = setup_.sources,
+       now = setup_.clock->wall()](const std::stop_token& stop) {
+        return isFromForm ? gatherReport(form, sources, now, stop)
+                          : gatherLogsOnlyReport(emailID, form.email, sources, now, stop);
       },
       [this, upload](const FeedbackReport& report) { connect(upload, report); });
 }
 
 void FeedbackUploads::describe(const FeedbackForm& form,
                                std::function<void(const FeedbackReport&)> receiver) {
-  gather([form, sources = setup_.sources](
-             const std::stop_token& stop) { return gatherReport(form, sources, stop); },
+  gather([form, sources = setup_.sources, now = setup_.clock->wall()](
+             const std::stop_token& stop) { return gatherReport(form, sources, now, stop); },
          std::move(receiver));
 }
 
@@ -50,6 +50,7 @@ void FeedbackUploads::gather(std::function<FeedbackReport(const std::stop_token&
   setup_.globalQueue->async([work = std::move(work), receiver = std::move(receiver),
                              stop = stop_.get_token(), main = setup_.mainQueue,
                              alive = std::weak_ptr<const bool>(alive_)] {
+    if (stop.stop_requested()) return;
     auto report = std::make_shared<const FeedbackReport>(work(stop));
     if (stop.stop_requested()) return;
     main->async([receiver, report, alive] {
@@ -70,7 +71,7 @@ void FeedbackUploads::connect(UploadAt upload, const FeedbackReport& report) {
   };
   (*upload)->conn = std::make_unique<HttpConnection>(
       soapRequest(addresses.feedbackEndpoint, addresses.feedbackNamespace,
-                  prepareSoapMsg(report, setup_.sources)),
+                  prepareSoapMsg(report, setup_.sources, setup_.clock->wall())),
       setup_.http, std::move(events));
   (*upload)->conn->start();
 }

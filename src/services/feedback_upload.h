@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/task_queue.h"
+#include "platform/clock.h"
 #include "platform/notification_center.h"
 #include "services/feedback_facts.h"
 #include "services/http_connection.h"
@@ -16,6 +17,7 @@ namespace velmara {
 /// What uploads work with.
 struct FeedbackUploadSetup {
   FeedbackSources sources;
+  const Clock* clock = &systemClock();  ///< read on the main thread
   HttpOptions http;
   TaskQueue* mainQueue = nullptr;    ///< of the thread that owns the uploads
   TaskQueue* globalQueue = nullptr;  ///< where facts are gathered

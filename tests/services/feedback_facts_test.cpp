@@ -28,7 +28,6 @@ class FeedbackFacts : public testing::Test {
     sources_.addresses.buyNowPattern = "https://x/%@";
     sources_.addresses.feedbackNamespace = "urn:f/";
     sources_.serialNumber = [] { return std::optional<std::string>("SER1"); };
-    sources_.clock = &time_;
     form_ = {"a@b.co", "General Feedback", "fine", true, true};
   }
 
@@ -41,7 +40,7 @@ class FeedbackFacts : public testing::Test {
 };
 
 TEST_F(FeedbackFacts, ComeFromTheFormTheBundleAndTheMachine) {
-  const FeedbackReport report = gatherReport(form_, sources_);
+  const FeedbackReport report = gatherReport(form_, sources_, time_.wall());
   EXPECT_EQ(report.appName, "My App");
   EXPECT_EQ(report.email, "a@b.co");
   EXPECT_EQ(report.feedbackType, "General Feedback");
@@ -52,7 +51,7 @@ TEST_F(FeedbackFacts, ComeFromTheFormTheBundleAndTheMachine) {
 }
 
 TEST_F(FeedbackFacts, MissingFilesLeaveTheirMarkers) {
-  const FeedbackReport report = gatherReport(form_, sources_);
+  const FeedbackReport report = gatherReport(form_, sources_, time_.wall());
   EXPECT_EQ(report.logPart, "LOGSNOTSELECTED");
   EXPECT_EQ(report.usagePart, "SCAN_LOGSNOTSELECTED");
 }
@@ -61,43 +60,45 @@ TEST_F(FeedbackFacts, FilesAreReadOnlyWhenAskedFor) {
   writeFile(home_.file("Library/Logs/MyApp.log"), "old\n" + today() + " recent");
   writeFile(home_.file("Documents/ScanReport.plist"),
             "<plist><dict><key>k</key><true/></dict></plist>");
-  const FeedbackReport with = gatherReport(form_, sources_);
+  const FeedbackReport with = gatherReport(form_, sources_, time_.wall());
   EXPECT_EQ(with.logPart, today() + " recent\n");
   EXPECT_NE(with.usagePart.find("<key>k</key>"), std::string::npos);
   form_.sendLogs = false;
   form_.sendScanLog = false;
-  const FeedbackReport without = gatherReport(form_, sources_);
+  const FeedbackReport without = gatherReport(form_, sources_, time_.wall());
   EXPECT_EQ(without.logPart, "LOGSNOTSELECTED");
   EXPECT_EQ(without.usagePart, "SCAN_LOGSNOTSELECTED");
 }
 
 TEST_F(FeedbackFacts, TheLogGoesByTheExecutablesName) {
   writeFile(home_.file("Library/Logs/My App.log"), today() + " recent");
-  EXPECT_EQ(gatherReport(form_, sources_).logPart, "LOGSNOTSELECTED");
+  EXPECT_EQ(gatherReport(form_, sources_, time_.wall()).logPart, "LOGSNOTSELECTED");
 }
 
 TEST_F(FeedbackFacts, AnOldLogIsAnEmptyPartAndAFalseUsageReportNone) {
   writeFile(home_.file("Library/Logs/MyApp.log"), "2001-01-01 old\n");
   writeFile(home_.file("Documents/ScanReport.plist"), "no property list");
-  const FeedbackReport report = gatherReport(form_, sources_);
+  const FeedbackReport report = gatherReport(form_, sources_, time_.wall());
   EXPECT_EQ(report.logPart, "");
   EXPECT_EQ(report.usagePart, "SCAN_LOGSNOTSELECTED");
 }
 
 TEST_F(FeedbackFacts, OfTheLogsAloneNeedNoForm) {
   writeFile(home_.file("Library/Logs/MyApp.log"), today() + " recent");
-  const FeedbackReport given = gatherLogsOnlyReport("given@x.y", "field@x.y", sources_);
+  const FeedbackReport given =
+      gatherLogsOnlyReport("given@x.y", "field@x.y", sources_, time_.wall());
   EXPECT_EQ(given.email, "given@x.y");
   EXPECT_EQ(given.feedbackType, "Sending logs");
   EXPECT_EQ(given.content, "Sending logs");
   EXPECT_EQ(given.logPart, today() + " recent\n");
   EXPECT_EQ(given.usagePart, "SCAN_LOGSNOTSELECTED");
-  EXPECT_EQ(gatherLogsOnlyReport("", "field@x.y", sources_).email, "field@x.y");
+  EXPECT_EQ(gatherLogsOnlyReport("", "field@x.y", sources_, time_.wall()).email, "field@x.y");
 }
 
 TEST_F(FeedbackFacts, WithoutASerialNumberTheFormatterSaysSo) {
   sources_.serialNumber = [] { return std::nullopt; };
-  const std::string envelope = prepareSoapMsg(gatherReport(form_, sources_), sources_);
+  const std::string envelope =
+      prepareSoapMsg(gatherReport(form_, sources_, time_.wall()), sources_, time_.wall());
   EXPECT_NE(envelope.find("&lt;machineid&gt;(null)&lt;/machineid&gt;"), std::string::npos);
 }
 
@@ -123,7 +124,8 @@ TEST_F(FeedbackFacts, AnotherParserFindsTheContentWhereTheRulesAllowIt) {
   for (const auto& [experience, expected] : cases) {
     form_.experience = experience;
     const std::string path = home_.file("envelope.xml");
-    writeFile(path, prepareSoapMsg(gatherReport(form_, sources_), sources_));
+    writeFile(path,
+              prepareSoapMsg(gatherReport(form_, sources_, time_.wall()), sources_, time_.wall()));
     const auto result = runProgram({"python3", "-c", kScript, path});
     EXPECT_EQ(result.output, expected) << result.errors;
   }
@@ -135,7 +137,8 @@ TEST_F(FeedbackFacts, TheFirstFileNameOfEveryRunEndsInTheSameNumber) {
   std::srand(1);  // What an unseeded generator starts from.
   const std::string number = std::to_string(std::rand() % 1000);
   std::srand(1);
-  const std::string envelope = prepareSoapMsg(gatherReport(form_, sources_), sources_);
+  const std::string envelope =
+      prepareSoapMsg(gatherReport(form_, sources_, time_.wall()), sources_, time_.wall());
   EXPECT_NE(envelope.find(' ' + number + ".xml</filename>"), std::string::npos);
 }
 

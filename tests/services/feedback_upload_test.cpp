@@ -48,7 +48,7 @@ class FeedbackUploadsTest : public testing::Test {
     sources.addresses.buyNowPattern = "https://x/%@";
     sources.addresses.feedbackNamespace = "urn:f/";
     sources.serialNumber = [] { return std::optional<std::string>("SER1"); };
-    sources.clock = &time_;
+    setup_.clock = &time_;
     setup_.mainQueue = &mainQueue();
     setup_.globalQueue = &globalQueue();
     setup_.center = &center_;
