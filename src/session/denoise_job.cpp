@@ -17,6 +17,7 @@ Image loadAtOwnSize(const std::string& path) {
 
 Image loadForFilter(const DenoiseJob& job) {
   if (!job.isExportingPhoto) return loadAtOwnSize(job.photo.filePath);
+  if (job.wholePhoto.isValid()) return job.wholePhoto;
   const auto whole = loadWholePhoto(job.photo);
   return whole ? *whole : Image();
 }

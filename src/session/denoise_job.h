@@ -16,6 +16,8 @@ struct DenoiseJob {
   PhotoFile photo;
   /// The path of the whole current photo, whose noise decides.
   std::string wholePhotoPath;
+  /// For an export, the whole photo as its file has it, if that is at hand; else it is read.
+  Image wholePhoto;
   DenoiseMode mode;
   bool isExportingPhoto = false;
   float currentZooomFactor = 1.0F;

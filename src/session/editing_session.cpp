@@ -171,6 +171,7 @@ void EditingSession::dispatchWorker(const PhotoFile& photo, const DenoiseMode& m
   if (photos_.selectedImageFile) job.wholePhotoPath = photos_.selectedImageFile->filePath;
   job.mode = mode;
   job.isExportingPhoto = isExportingPhoto;
+  if (isExportingPhoto) job.wholePhoto = photos_.selectedImageAsStored;
   job.currentZooomFactor = screen_.currentZooomFactor();
   job.psnrOfRealImage = psnrOfRealImage_;
   job.mapping = mapping_;
@@ -238,6 +239,7 @@ void EditingSession::photoBecameCurrent() {
   psnrOfRealImage_ = 0.0F;
   // Exporting before the first run must not write the old photo under the new one's name.
   lastExportedImage = {};
+  photos_.selectedImageAsStored = {};
   ++now_.photo;
 }
 

@@ -22,6 +22,9 @@ struct PhotoSlots {
   std::optional<PhotoFile> selectedImageFile;
   /// The picture that the next preview run filters: the file of the visible region.
   std::optional<PhotoFile> selectedImageFileToProccessing;
+  /// The current photo's pixels as an export would read them from its file, if they are in memory
+  /// anyway because they are shown; else not valid.
+  Image selectedImageAsStored;
   /// At most one.
   std::vector<PhotoFile> arraySelectedImagesToProcess;
   /// Pixels per second, 0 until measured.

@@ -129,6 +129,23 @@ TEST_F(RealRunTest, AnExportIsTheWholePhoto) {
   EXPECT_LT(errorOf(result), 0.5 * errorOf(noisyPicture()));
 }
 
+TEST_F(RealRunTest, AnExportOfThePixelsAtHandIsThatOfTheFile) {
+  std::vector<Image> results;
+  for (const Image& atHand : {Image(), Image(noisyPicture())}) {
+    photos_.selectedImageAsStored = atHand;
+    session_.isExportingPhoto = true;
+    session_.seletedPhotoToBeFilteredIsChanged();
+    finishRun();
+    screen_.takeEvents();
+    results.push_back(session_.lastExportedImage);
+  }
+  ASSERT_TRUE(results[0].isValid());
+  EXPECT_TRUE(std::ranges::equal(results[0].bitmap().bytes(), results[1].bitmap().bytes()));
+  // Another photo has other pixels.
+  session_.photoBecameCurrent();
+  EXPECT_FALSE(photos_.selectedImageAsStored.isValid());
+}
+
 TEST_F(RealRunTest, StrongerLevelsSmoothMore) {
   std::vector<double> errors;
   for (const double level : {1.0, 10.0}) {

@@ -47,6 +47,7 @@ void MainScreenViewController::performAction(const UnsavedAction& action) {
     case Kind::kForgetPhoto:
       services_.photos.arraySelectedImagesToProcess.clear();
       services_.photos.selectedImageFile.reset();
+      services_.photos.selectedImageAsStored = {};
       return;
     case Kind::kRebuildScreen:
       initialSetupView();
@@ -179,6 +180,7 @@ void MainScreenViewController::exportWritten(const ExportOutcome& outcome) {
   if (outcome.hasReplacedPhoto && services_.photos.selectedImageFile &&
       services_.photos.selectedImageFile->filePath == outcome.photo.filePath) {
     services_.photos.selectedImageFile = outcome.photo;
+    services_.photos.selectedImageAsStored = {};
     services_.photos.arraySelectedImagesToProcess = {outcome.photo};
     // A run that started meanwhile has made it stale.
     if (session_.lastExportedImage.isValid()) session_.lastExportedImage = outcome.filteredImage;

@@ -4,33 +4,15 @@
 
 #include "app/main_screen/main_screen_view_controller.h"
 #include "app/main_screen/readable_types.h"
-#include "base/alpha.h"
 #include "imaging/image_reader.h"
-#include "imaging/rotate_with_exif.h"
 #include "imaging/utils.h"
 #include "platform/dispatch.h"
 #include "platform/trash.h"
+#include "preview/shown_photo.h"
 #include "session/bookmarks.h"
 #include "ui_MainScreenViewController.h"
 
 namespace velmara {
-namespace {
-
-struct LoadedPhoto {
-  PicturePyramid picture;
-  ColorProfile profile;
-};
-
-// What is shown of a photo: upright, and over black where it is transparent, as its result will be.
-LoadedPhoto loadUpright(const PhotoFile& photo) {
-  const auto image = readImage(photo.filePath, {Representations::first});
-  if (!image) return {};
-  const Bitmap upright = RotateWithEXIF(image->bitmap(), photo.orientation().value_or(1));
-  return {PicturePyramid(withoutAlpha(upright)), image->profile()};
-}
-
-}  // namespace
-
 void MainScreenViewController::btnAddPhotoTapped() {
   OpenPanelOptions options;
   options.title = tr("Open Image").toStdString();
@@ -81,17 +63,16 @@ void MainScreenViewController::updateSelectedImageToBeFilteredWithPath(const std
 void MainScreenViewController::loadPhotoForShowing(const PhotoFile& photo) {
   services_.globalQueue.async([this, alive = std::weak_ptr(alive_), photo,
                                token = loading_.advance(), mainQueue = &services_.mainQueue] {
-    const LoadedPhoto loaded = loadUpright(photo);
+    const ShownPhoto shown = loadShownPhoto(photo);
     dispatchSync(*mainQueue, [&] {
       if (alive.expired() || !loading_.isCurrent(token)) return;
-      photoWasLoaded(photo, loaded.picture, loaded.profile);
+      photoWasLoaded(photo, shown);
     });
   });
 }
 
-void MainScreenViewController::photoWasLoaded(const PhotoFile& photo, const PicturePyramid& picture,
-                                              const ColorProfile& profile) {
-  if (!picture.isValid()) {
+void MainScreenViewController::photoWasLoaded(const PhotoFile& photo, const ShownPhoto& shown) {
+  if (!shown.picture.isValid()) {
     // The headers were those of a picture, but the rest was not.
     services_.photos.arraySelectedImagesToProcess.clear();
     services_.photos.selectedImageFile.reset();
@@ -101,7 +82,8 @@ void MainScreenViewController::photoWasLoaded(const PhotoFile& photo, const Pict
         {tr("File Format Not Suppored").toStdString(), photo.filePath, {tr("OK").toStdString()}});
     return;
   }
-  preview_->setInputOriginalImage(picture, profile);
+  services_.photos.selectedImageAsStored = shown.asStored;
+  preview_->setInputOriginalImage(shown.picture, shown.profile);
   // Arrow keys and the space bar are about the picture now.
   ui_->vwPreviewContainer->setFocus();
   preview_->configurePreviewForSelectedStyle(PreviewStyle::kDual);

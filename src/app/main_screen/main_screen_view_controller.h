@@ -31,6 +31,7 @@ class AppStoreWindow;
 class ExportOptionsView;
 class PreviewInput;
 class SaveChangesSheet;
+struct ShownPhoto;
 class TipsSheet;
 
 /// The main screen: title bar with the window's own buttons, toolbar, preview, captions, bottom
@@ -133,8 +134,7 @@ class MainScreenViewController : public QWidget, public EditingScreen, public Dr
   Image loadTestImage() const;
   void openOrAsk(const std::string& path);
   void loadPhotoForShowing(const PhotoFile& photo);
-  void photoWasLoaded(const PhotoFile& photo, const PicturePyramid& picture,
-                      const ColorProfile& profile);
+  void photoWasLoaded(const PhotoFile& photo, const ShownPhoto& shown);
   void showStyleAndSize();
   EditingFacts editingFacts() const;
   void perform(const UnsavedActions& actions);
