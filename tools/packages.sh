@@ -8,6 +8,7 @@ PACKAGES_RUN="
   g++
   libcli11-dev
   libexiv2-dev
+  libfontconfig-dev
   libhwy-dev
   libmnl-dev
   libpcre2-dev

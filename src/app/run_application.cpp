@@ -6,6 +6,7 @@
 
 #include <clocale>
 #include <cstdlib>
+#include <thread>
 
 #include "app/app_delegate.h"
 #include "engine/denoise_algo_implementation.h"
@@ -22,6 +23,7 @@
 #include "widgets/desktop_alerts.h"
 #include "widgets/desktop_panels.h"
 #include "widgets/desktop_workspace.h"
+#include "widgets/font_preparation.h"
 #include "widgets/style.h"
 
 namespace velmara {
@@ -42,6 +44,7 @@ void installEngine() {
 
 int runApplication(int argc, char** argv, const ServiceAddresses& addresses) {
   redirectStandardErrorToLogFile(homeDirectory(), mainBundle().CFBundleName);
+  const std::jthread fonts = prepareFonts();
   QApplication application(argc, argv);
   // The toolkit takes the user's locale over; numbers in files and the log keep their point.
   std::setlocale(LC_NUMERIC, "C");

@@ -38,6 +38,7 @@ AppStoreWindow::AppStoreWindow(QWidget* parent, TimerScheduler& timers)
       layout_(new QVBoxLayout(this)),
       titleBar_(makeHolder(this)),
       content_(makeHolder(this)) {
+  setAttribute(Qt::WA_OpaquePaintEvent);  // paintEvent fills all of it.
   layout_->setContentsMargins(kBorder, kBorder, kBorder, kBorder);
   layout_->setSpacing(0);
   layout_->addWidget(titleBar_);
