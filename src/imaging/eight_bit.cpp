@@ -106,7 +106,7 @@ bool convertColors(VipsImagePtr& image, Colors colors, bool hasProfile) {
   const int samples = sampleCount(colors);
   VipsImagePtr alpha;
   if (vips().image_get_bands(image.get()) > samples) {
-    g_object_ref(image.get());
+    vips().object_ref(image.get());
     alpha.reset(image.get());
     if (!extractBands(alpha, samples, 1) || !extractBands(image, 0, samples)) return false;
   }

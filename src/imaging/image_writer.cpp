@@ -93,7 +93,7 @@ int save(VipsImage* image, FileFormat format, int quality, VipsTarget* target) {
 // had as its blob only.
 std::vector<std::uint8_t> contentsOf(VipsTarget* target) {
   VipsBlob* blob = nullptr;
-  g_object_get(target, "blob", &blob, nullptr);
+  vips().object_get(target, "blob", &blob, nullptr);
   const std::unique_ptr<VipsBlob, void (*)(VipsBlob*)> held(
       blob, [](VipsBlob* area) { vips().area_unref(VIPS_AREA(area)); });
   std::size_t size = 0;

@@ -23,10 +23,16 @@ namespace velmara {
   X(webpload_source)
 // clang-format on
 
+/// Those of GObject, which comes with it, without the prefix "g_".
+#define VELMARA_GOBJECT_OPERATIONS(X) X(object_get) X(object_ref) X(object_unref)
+
 struct VipsApi {
 // A member's name cannot stand in parentheses.
 #define X(name) decltype(&::vips_##name) name = nullptr;  // NOLINT(bugprone-macro-parentheses)
   VELMARA_VIPS_OPERATIONS(X)
+#undef X
+#define X(name) decltype(&::g_##name) name = nullptr;  // NOLINT(bugprone-macro-parentheses)
+  VELMARA_GOBJECT_OPERATIONS(X)
 #undef X
   /// Whether the library was found, with all of them.
   bool isLoaded = false;

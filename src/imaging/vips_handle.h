@@ -10,7 +10,7 @@ namespace velmara {
 struct GObjectRelease {
   template <typename T>
   void operator()(T* object) const {
-    g_object_unref(object);
+    vips().object_unref(object);
   }
 };
 

@@ -2,42 +2,100 @@
 
 #include <QCoreApplication>
 #include <QMetaObject>
+#include <QRunnable>
 #include <QThread>
 #include <QThreadPool>
 
+#include <deque>
+#include <mutex>
 #include <semaphore>
 #include <utility>
 
 namespace velmara {
 namespace {
 
+// Tasks on their way to the thread that runs them. The toolkit only wakes that thread: it hands
+// over in ways that the thread sanitizer cannot see.
+class WaitingTasks {
+ public:
+  /// `wake` must lead to a call of runNext() for each task.
+  template <typename Wake>
+  void push(std::function<void()> task, Wake wake) {
+    const std::scoped_lock lock(mutex_);
+    tasks_.push_back(std::move(task));
+    wake();
+  }
+  void runNext() {
+    std::function<void()> task;
+    {
+      const std::scoped_lock lock(mutex_);
+      task = std::move(tasks_.front());
+      tasks_.pop_front();
+    }
+    task();
+  }
+
+ private:
+  std::mutex mutex_;
+  std::deque<std::function<void()>> tasks_;
+};
+
 class MainQueue final : public TaskQueue {
  public:
-  void async(std::function<void()> task) override {
-    QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(task), Qt::QueuedConnection);
-  }
+  void async(std::function<void()> task) override;
   bool isCurrent() const override {
     const QCoreApplication* application = QCoreApplication::instance();
     return application != nullptr && application->thread() == QThread::currentThread();
   }
+
+ private:
+  WaitingTasks tasks_;
 };
+
+// Neither queue is ever destroyed: at the end of the process a task may still wait for the main
+// thread, which would wait for it in turn.
+MainQueue& theMainQueue() {
+  static auto* const queue = new MainQueue;
+  return *queue;
+}
+
+void MainQueue::async(std::function<void()> task) {
+  tasks_.push(std::move(task), [] {
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [] { theMainQueue().tasks_.runNext(); },
+        Qt::QueuedConnection);
+  });
+}
 
 class GlobalQueue final : public TaskQueue {
  public:
   GlobalQueue() {
     constexpr int kThreadsThatMayWait = 12;
     pool_.setMaxThreadCount(QThread::idealThreadCount() + kThreadsThatMayWait);
+    runner_.setAutoDelete(false);
   }
-  void async(std::function<void()> task) override { pool_.start(std::move(task)); }
+  void async(std::function<void()> task) override {
+    tasks_.push(std::move(task), [this] { pool_.start(&runner_); });
+  }
   bool isCurrent() const override { return pool_.contains(QThread::currentThread()); }
   bool isIdle() const { return pool_.activeThreadCount() == 0; }
 
  private:
+  // One for all tasks: each start of it runs the next.
+  class Runner final : public QRunnable {
+   public:
+    explicit Runner(WaitingTasks& tasks) : tasks_(tasks) {}
+    void run() override { tasks_.runNext(); }
+
+   private:
+    WaitingTasks& tasks_;
+  };
+
+  WaitingTasks tasks_;
+  Runner runner_{tasks_};
   QThreadPool pool_;
 };
 
-// Never destroyed: at the end of the process a task may still wait for the main thread, which would
-// wait for it in turn.
 GlobalQueue& theGlobalQueue() {
   static auto* const queue = new GlobalQueue;
   return *queue;
@@ -46,8 +104,7 @@ GlobalQueue& theGlobalQueue() {
 }  // namespace
 
 TaskQueue& mainQueue() {
-  static MainQueue queue;
-  return queue;
+  return theMainQueue();
 }
 
 TaskQueue& globalQueue() {
