@@ -29,7 +29,8 @@ class BundleImages final : public ImageProvider {
 
  private:
   static QPixmap load(const QString& file, qreal scale) {
-    QPixmap picture(QStringLiteral(":/images/%1.png").arg(file));
+    // With the format named, the toolkit does not load its plugins to find out.
+    QPixmap picture(QStringLiteral(":/images/%1.png").arg(file), "PNG");
     picture.setDevicePixelRatio(scale);
     return picture;
   }

@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QPalette>
-#include <QStyleFactory>
+#include <QProxyStyle>
 
 #include <algorithm>
 #include <array>
@@ -58,6 +58,19 @@ QPalette lightPalette() {
   return palette;
 }
 
+// The menu bar asks for the picture of the button that it shows where its menus do not fit; ours
+// fit into the smallest window. To find it the toolkit would load all its picture formats.
+class ScreenStyle final : public QProxyStyle {
+ public:
+  ScreenStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+  QIcon standardIcon(StandardPixmap icon, const QStyleOption* option,
+                     const QWidget* widget) const override {
+    if (icon == SP_ToolBarHorizontalExtensionButton) return {};
+    return QProxyStyle::standardIcon(icon, option, widget);
+  }
+};
+
 }  // namespace
 
 QString resolved(const QString& sheet) {
@@ -71,7 +84,7 @@ QString resolved(const QString& sheet) {
 }
 
 void apply(QApplication& application) {
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setStyle(new ScreenStyle);
   QApplication::setPalette(lightPalette());
   bundleImages();  // The style sheet is packed with them.
   QFile sheet(QStringLiteral(":/ui/velmara.qss"));
