@@ -19,6 +19,7 @@
 #include "platform/log_file.h"
 #include "platform/temporary_directory.h"
 #include "platform/timer.h"
+#include "platform/unfinished_file.h"
 #include "widgets/app_store_window.h"
 #include "widgets/desktop_alerts.h"
 #include "widgets/desktop_panels.h"
@@ -29,7 +30,7 @@
 namespace velmara {
 namespace {
 
-constexpr Seconds kDecodersDelay(0.3);
+constexpr Seconds kLateDelay(0.3);
 
 void installEngine() {
   EngineEnvironment environment;
@@ -73,8 +74,12 @@ int runApplication(int argc, char** argv, const ServiceAddresses& addresses) {
                         .addresses = addresses});
   delegate.applicationDidFinishLaunching();
   // The first photo finds the decoders loaded, but the window did not wait for them.
-  eventLoopTimers().performSelector(&application, "initialiseImaging", kDecodersDelay,
-                                    [] { globalQueue().async([] { initialiseImaging(); }); });
+  eventLoopTimers().performSelector(&application, "initialiseImaging", kLateDelay, [] {
+    globalQueue().async([] {
+      initialiseImaging();
+      removeUnfinishedFiles();
+    });
+  });
   alerts.setMainWindow(delegate.windowMain());
   panels.setMainWindow(delegate.windowMain());
 

@@ -18,6 +18,7 @@
 #include "engine/denoise_algo_implementation.h"
 #include "imaging/file_format.h"
 #include "imaging/image_reader.h"
+#include "platform/unfinished_file.h"
 #include "session/photo_file.h"
 #include "session/whole_photo.h"
 
@@ -136,6 +137,7 @@ struct Job {
 }  // namespace
 
 int runDenoise(const DenoiseOptions& options) {
+  removeUnfinishedFiles();
   OutputFiles files(options.inputs, options.force);
   ProgressLine progress(!options.quiet && ::isatty(STDERR_FILENO) == 1, secondsNow);
   DenoiseAlgoImplementation engine(commandLineEngine(options, progress));

@@ -1,15 +1,16 @@
 #include "platform/atomic_file.h"
 
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
-#include <random>
+#include <optional>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
+
+#include "platform/unfinished_file.h"
 
 namespace velmara {
 namespace {
@@ -39,14 +40,6 @@ class Descriptor {
   int fd_;
 };
 
-std::string hiddenName() {
-  std::random_device random;
-  std::array<char, 48> name{};
-  std::snprintf(name.data(), name.size(), ".velmara-%d-%08x.tmp", static_cast<int>(::getpid()),
-                static_cast<unsigned>(random()));
-  return name.data();
-}
-
 bool writeAll(int fd, std::span<const std::uint8_t> bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(fd, bytes.data(), bytes.size());
@@ -61,12 +54,11 @@ bool writeAll(int fd, std::span<const std::uint8_t> bytes) {
 /// even a killed process leaves anything behind), else under a hidden one.
 class PendingFile {
  public:
-  explicit PendingFile(std::string folder)
-      : folder_(std::move(folder)), temporary_(folder_ + "/" + hiddenName()), file_(open()) {}
+  explicit PendingFile(std::string folder) : folder_(std::move(folder)), file_(open()) {}
   PendingFile(const PendingFile&) = delete;
   PendingFile& operator=(const PendingFile&) = delete;
   ~PendingFile() {
-    if (named_) ::unlink(temporary_.c_str());
+    if (named_) ::unlink(temporary_->path().c_str());
   }
 
   bool isOpen() const { return file_.get() >= 0; }
@@ -76,12 +68,13 @@ class PendingFile {
   bool moveTo(const std::string& target, bool mayReplace) {
     if (!named_ && !mayReplace) return linkTo(target);
     if (!named_) {
-      if (!linkTo(temporary_)) return false;
+      temporary_.emplace(folder_);
+      if (!linkTo(temporary_->path())) return false;
       named_ = true;
     }
     if (!file_.close()) return false;
     const unsigned flags = mayReplace ? 0U : static_cast<unsigned>(RENAME_NOREPLACE);
-    if (::renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, target.c_str(), flags) != 0) {
+    if (::renameat2(AT_FDCWD, temporary_->path().c_str(), AT_FDCWD, target.c_str(), flags) != 0) {
       return false;
     }
     named_ = false;
@@ -93,8 +86,9 @@ class PendingFile {
   int open() {
     const int unnamed = ::open(folder_.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kNewFileMode);
     if (unnamed >= 0) return unnamed;
+    temporary_.emplace(folder_);
     const int fd =
-        ::open(temporary_.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kNewFileMode);
+        ::open(temporary_->path().c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kNewFileMode);
     named_ = fd >= 0;
     return fd;
   }
@@ -118,7 +112,7 @@ class PendingFile {
 
   bool named_ = false;
   std::string folder_;
-  std::string temporary_;
+  std::optional<UnfinishedFile> temporary_;
   Descriptor file_;
 };
 

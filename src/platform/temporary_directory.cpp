@@ -3,10 +3,8 @@
 #include <QDir>
 #include <QFile>
 
-#include <charconv>
 #include <cstdlib>
 #include <filesystem>
-#include <signal.h>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -14,6 +12,7 @@
 #include <unistd.h>
 
 #include "platform/log.h"
+#include "platform/own_names.h"
 
 namespace velmara {
 namespace {
@@ -28,22 +27,10 @@ bool isOurs(const fs::path& folder) {
          status.st_uid == ::geteuid();
 }
 
-// The process that a name such as "velmara-1234-Xa31bc" belongs to; 0 for any other name.
-pid_t ownerOf(std::string_view name) {
-  if (!name.starts_with(kPrefix)) return 0;
-  name.remove_prefix(kPrefix.size());
-  pid_t pid = 0;
-  const auto [end, failure] = std::from_chars(name.data(), name.data() + name.size(), pid);
-  const bool wellFormed = failure == std::errc() && end != name.data() + name.size() && *end == '-';
-  return wellFormed ? pid : 0;
-}
-
 void removeLeftovers(const fs::path& base) {
   std::error_code failure;
   for (const auto& entry : fs::directory_iterator(base, failure)) {
-    const pid_t owner = ownerOf(entry.path().filename().string());
-    if (owner <= 0 || !isOurs(entry.path())) continue;
-    if (::kill(owner, 0) == 0 || errno != ESRCH) continue;
+    if (!isLeftBehind(entry.path().filename().string(), kPrefix) || !isOurs(entry.path())) continue;
     std::error_code ignored;
     fs::remove_all(entry.path(), ignored);
   }
@@ -54,7 +41,7 @@ class OwnDirectory {
   OwnDirectory() {
     const std::string base = QFile::encodeName(QDir::tempPath()).toStdString();
     removeLeftovers(base);
-    std::string name = base + "/" + std::string(kPrefix) + std::to_string(::getpid()) + "-XXXXXX";
+    std::string name = base + "/" + ownNamePrefix(kPrefix) + "XXXXXX";
     if (::mkdtemp(name.data()) == nullptr) {
       logLine("cannot make a temporary directory in " + base);
       return;
