@@ -3,13 +3,13 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QScreen>
-#include <QVBoxLayout>
 
 #include <algorithm>
 #include <utility>
 
 #include "app/main_menu.h"
 #include "preview/window_geometry.h"
+#include "ui_MainWindow.h"
 #include "widgets/app_store_window.h"
 
 namespace velmara {
@@ -33,12 +33,10 @@ QIcon applicationIcon() {
 
 MainWindowController::MainWindowController(ScreenServices services)
     : services_(std::move(services)),
-      windowMain_(std::make_unique<AppStoreWindow>(nullptr, services_.timers)),
-      mainScreenView_(new QWidget) {
+      ui_(std::make_unique<Ui::MainWindow>()),
+      windowMain_(std::make_unique<AppStoreWindow>(nullptr, services_.timers)) {
+  ui_->setupUi(windowMain_.get());
   windowMain_->setWindowTitle(QString::fromStdString(services_.bundle.CFBundleName));
-  auto* layout = new QVBoxLayout(mainScreenView_);
-  layout->setContentsMargins(0, 0, 0, 0);
-  windowMain_->setContentView(mainScreenView_);
   awakeFromNib();
 }
 
@@ -53,15 +51,15 @@ void MainWindowController::awakeFromNib() {
 void MainWindowController::changeViewController(int index) {
   if (index != 0) return;
   if (myCurrentViewController_ != nullptr) {
-    mainScreenView_->layout()->removeWidget(myCurrentViewController_);
+    ui_->mainScreenView->layout()->removeWidget(myCurrentViewController_);
   }
   if (mainScreenViewController_ == nullptr) {
-    mainScreenViewController_ = new MainScreenViewController(services_, mainScreenView_);
+    mainScreenViewController_ = new MainScreenViewController(services_, ui_->mainScreenView);
     mainScreenViewController_->loadView();
   }
   myCurrentViewController_ = mainScreenViewController_;
   myCurrentViewController_->setObjectName(QStringLiteral("MainScreenViewController"));
-  mainScreenView_->layout()->addWidget(myCurrentViewController_);
+  ui_->mainScreenView->layout()->addWidget(myCurrentViewController_);
   windowMain_->windowShouldClose = [screen = myCurrentViewController_] {
     return screen->windowShouldClose();
   };

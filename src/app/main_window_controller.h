@@ -8,11 +8,15 @@
 #include "app/main_screen/main_screen_view_controller.h"
 #include "app/main_screen/screen_services.h"
 
+namespace Ui {
+class MainWindow;
+}
+
 namespace velmara {
 
 class AppStoreWindow;
 
-/// The main window and the view controller shown in it. Main thread.
+/// The main window `windowMain` and the view controller shown in its `mainScreenView`. Main thread.
 class MainWindowController : public QObject {
   Q_OBJECT
 
@@ -32,8 +36,8 @@ class MainWindowController : public QObject {
   void placeWindow();
 
   ScreenServices services_;
+  std::unique_ptr<Ui::MainWindow> ui_;
   std::unique_ptr<AppStoreWindow> windowMain_;
-  QWidget* mainScreenView_ = nullptr;
   MainScreenViewController* mainScreenViewController_ = nullptr;
   MainScreenViewController* myCurrentViewController_ = nullptr;
 };

@@ -166,6 +166,26 @@ int runApplicationLoop(const std::function<void()>& act) {
   return QApplication::exec();
 }
 
+TEST_F(LaunchTest, TheScreenFillsItsPlaceInTheWindow) {
+  launch();
+  AppStoreWindow& window = *delegate().windowMain();
+  EXPECT_EQ(window.objectName(), "windowMain");
+  auto* container = window.findChild<QWidget*>("mainScreenView");
+  ASSERT_NE(container, nullptr);
+  EXPECT_EQ(window.contentView(), container);
+  auto* screen = container->findChild<QWidget*>("MainScreenViewController");
+  ASSERT_NE(screen, nullptr);
+  for (const QSize& size : {window.minimumSize(), window.minimumSize() + QSize(37, 23)}) {
+    window.setMaximumSize(size);
+    window.resize(size);
+    QApplication::processEvents();
+    EXPECT_EQ(screen->geometry(), container->rect());
+    // All of the window but its border is the menu bar, the title bar and the screen.
+    EXPECT_EQ(screen->mapTo(&window, screen->rect().bottomRight()),
+              window.rect().bottomRight() - QPoint(1, 1));
+  }
+}
+
 TEST_F(LaunchTest, EndsWithItsWindowUnlessSavingFails) {
   QApplication::setQuitOnLastWindowClosed(false);
   enum class Store { kNone, kFailing };
