@@ -4,12 +4,16 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 
 #include <functional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "app/main_screen/main_screen_view_controller.h"
+#include "app/sheets/shortcut_list.h"
+#include "app/sheets/shortcuts_sheet.h"
 
 namespace velmara {
 namespace {
@@ -72,6 +76,35 @@ void addDenoiseMenu(QMenuBar& bar, MainScreenViewController& screen) {
             [&screen] { screen.changeLevel(-1); });
 }
 
+std::vector<MenuCommand> commandsOf(const QMenuBar& bar) {
+  std::vector<MenuCommand> commands;
+  for (const QAction* title : bar.actions()) {
+    if (title->menu() == nullptr) continue;
+    for (const QAction* item : title->menu()->actions()) {
+      commands.push_back({title->text(), item->text(), item->shortcuts()});
+    }
+  }
+  return commands;
+}
+
+std::vector<ShortcutGroup> allShortcuts(const QMenuBar& bar) {
+  std::vector<ShortcutGroup> groups = menuShortcuts(commandsOf(bar));
+  groups.push_back(pictureShortcuts());
+  return groups;
+}
+
+void addHelpMenu(QMenuBar& bar, MainScreenViewController& screen, const ScreenServices& services) {
+  QMenu& menu = *bar.addMenu(text("&Help"));
+  addAction(menu, text("Velmara &Help"), {QKeySequence("F1")}, services.showVMPHelp);
+  addAction(menu, text("&Keyboard Shortcuts"), {},
+            [&bar, sheet = QPointer<ShortcutsSheet>()]() mutable {
+              if (sheet == nullptr) sheet = new ShortcutsSheet(allShortcuts(bar), bar.window());
+              sheet->showShortcuts();
+            });
+  addAction(menu, text("&Tips"), {}, [&screen] { screen.showTipsScreen(); });
+  addAction(menu, text("&Feedback…"), {}, services.showFeedback);
+}
+
 }  // namespace
 
 QMenuBar* makeMainMenu(MainScreenViewController& screen, const ScreenServices& services) {
@@ -80,10 +113,7 @@ QMenuBar* makeMainMenu(MainScreenViewController& screen, const ScreenServices& s
   addFileMenu(*bar, services.center);
   addViewMenu(*bar, screen);
   addDenoiseMenu(*bar, screen);
-  QMenu& help = *bar->addMenu(text("&Help"));
-  addAction(help, text("Velmara &Help"), {QKeySequence("F1")}, services.showVMPHelp);
-  addAction(help, text("&Tips"), {}, [&screen] { screen.showTipsScreen(); });
-  addAction(help, text("&Feedback…"), {}, services.showFeedback);
+  addHelpMenu(*bar, screen, services);
   return bar;
 }
 

@@ -4,12 +4,14 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QLabel>
+#include <QMenuBar>
 #include <QTranslator>
 
 #include <algorithm>
 #include <string>
 
 #include "app/screen_fixture.h"
+#include "app/sheets/shortcuts_sheet.h"
 #include "app/sheets/tips_sheet.h"
 
 namespace velmara {
@@ -94,6 +96,13 @@ TEST_F(LongerTextsTest, FitInTheSheets) {
     tips.btnNextpageTapped();
   }
   tips.close();
+
+  const auto help = window().findChild<QMenuBar*>()->actions().back()->menu()->actions();
+  help[1]->trigger();
+  auto& shortcuts = *window().findChild<ShortcutsSheet*>();
+  EXPECT_GT(expectWholeTexts(shortcuts), 40);
+  EXPECT_TRUE(window().geometry().contains(shortcuts.geometry()));
+  shortcuts.close();
 }
 
 }  // namespace
