@@ -8,7 +8,6 @@ PACKAGES_RUN="
   g++
   libcli11-dev
   libexiv2-dev
-  libfontconfig-dev
   libhwy-dev
   libmnl-dev
   libpcre2-dev

@@ -6,7 +6,6 @@
 
 #include <clocale>
 #include <cstdlib>
-#include <thread>
 
 #include "app/app_delegate.h"
 #include "engine/denoise_algo_implementation.h"
@@ -24,7 +23,6 @@
 #include "widgets/desktop_alerts.h"
 #include "widgets/desktop_panels.h"
 #include "widgets/desktop_workspace.h"
-#include "widgets/font_preparation.h"
 #include "widgets/style.h"
 
 namespace velmara {
@@ -45,7 +43,6 @@ void installEngine() {
 
 int runApplication(int argc, char** argv, const ServiceAddresses& addresses) {
   redirectStandardErrorToLogFile(homeDirectory(), mainBundle().CFBundleName);
-  const std::jthread fonts = prepareFonts();
   QApplication application(argc, argv);
   // The toolkit takes the user's locale over; numbers in files and the log keep their point.
   std::setlocale(LC_NUMERIC, "C");
