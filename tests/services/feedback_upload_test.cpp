@@ -23,7 +23,6 @@ using testing_support::Peer;
 using testing_support::RecordingServer;
 using testing_support::runUntil;
 using testing_support::ScratchFolder;
-using testing_support::writeFile;
 using End = HttpOutcome::End;
 
 constexpr std::string_view kEnvelopeEnd = "</soap:Envelope>";
