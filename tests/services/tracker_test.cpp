@@ -9,6 +9,7 @@
 #include "services/background_sender.h"
 #include "services/event_loop.h"
 #include "services/recording_server.h"
+#include "support/slowness.h"
 
 namespace velmara {
 namespace {
@@ -173,7 +174,7 @@ TEST(BackgroundSender, ShutDownFreesTheThreadsThatWait) {
   QElapsedTimer taken;
   taken.start();
   ASSERT_TRUE(runUntil([&] { return done == 3; }));
-  EXPECT_LT(taken.elapsed(), 250);
+  EXPECT_LT(taken.elapsed(), 250 * testing_support::kSlowness);
   globalQueue().async(send);  // Refused at once.
   ASSERT_TRUE(runUntil([&] { return done == 4; }));
   EXPECT_FALSE(answered);

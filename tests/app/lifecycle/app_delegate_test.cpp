@@ -11,6 +11,7 @@
 
 #include "app/lifecycle/launch_fixture.h"
 #include "platform/file_user_defaults.h"
+#include "support/slowness.h"
 
 namespace velmara {
 namespace {
@@ -120,7 +121,7 @@ TEST_F(LaunchTest, ASilentServiceHoldsUpNeitherTheStartNorTheEnd) {
   QElapsedTimer taken;
   taken.start();
   delegate().endServices();
-  EXPECT_LT(taken.elapsed(), 200);
+  EXPECT_LT(taken.elapsed(), 200 * testing_support::kSlowness);
   EXPECT_TRUE(waitUntil(isGlobalQueueIdle));
 }
 
