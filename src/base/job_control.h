@@ -1,0 +1,28 @@
+#pragma once
+
+#include <atomic>
+
+namespace velmara {
+
+/// What whoever waits for long work and whoever does it share: the wish to stop, and how far it is.
+/// Any thread.
+class JobControl {
+ public:
+  JobControl() = default;
+  JobControl(const JobControl&) = delete;
+  JobControl& operator=(const JobControl&) = delete;
+
+  /// Asks the work to stop as soon as it can; it may end by itself before that.
+  void cancel() { isCancelled_.store(true, std::memory_order_relaxed); }
+  bool isCancelled() const { return isCancelled_.load(std::memory_order_relaxed); }
+
+  /// The part of the work that is done, 0.0 to 1.0.
+  double progress() const { return progress_.load(std::memory_order_relaxed); }
+  void setProgress(double progress) { progress_.store(progress, std::memory_order_relaxed); }
+
+ private:
+  std::atomic<bool> isCancelled_{false};
+  std::atomic<double> progress_{0.0};
+};
+
+}  // namespace velmara
