@@ -9,18 +9,29 @@ namespace velmara {
 class JobControl {
  public:
   JobControl() = default;
+  /// A part of other work, which it must not outlive: it is cancelled with the whole, and its
+  /// progress is the whole's from one figure to another.
+  JobControl(JobControl& whole, double from, double to) : whole_(&whole), from_(from), to_(to) {}
   JobControl(const JobControl&) = delete;
   JobControl& operator=(const JobControl&) = delete;
 
   /// Asks the work to stop as soon as it can; it may end by itself before that.
   void cancel() { isCancelled_.store(true, std::memory_order_relaxed); }
-  bool isCancelled() const { return isCancelled_.load(std::memory_order_relaxed); }
+  bool isCancelled() const {
+    return isCancelled_.load(std::memory_order_relaxed) ||
+           (whole_ != nullptr && whole_->isCancelled());
+  }
 
   /// The part of the work that is done, 0.0 to 1.0.
   double progress() const { return progress_.load(std::memory_order_relaxed); }
-  void setProgress(double progress) { progress_.store(progress, std::memory_order_relaxed); }
+  void setProgress(double progress) {
+    progress_.store(progress, std::memory_order_relaxed);
+    if (whole_ != nullptr) whole_->setProgress(from_ + (to_ - from_) * progress);
+  }
 
  private:
+  JobControl* whole_ = nullptr;
+  double from_ = 0.0, to_ = 1.0;
   std::atomic<bool> isCancelled_{false};
   std::atomic<double> progress_{0.0};
 };

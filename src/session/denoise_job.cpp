@@ -1,8 +1,8 @@
 #include "session/denoise_job.h"
 
-#include "base/fixed_text.h"
 #include "imaging/image_reader.h"
 #include "imaging/utils.h"
+#include "session/photo_job.h"
 #include "session/whole_photo.h"
 
 namespace velmara {
@@ -40,13 +40,6 @@ DenoiseOutcome runDenoiseJob(const DenoiseJob& job, const DenoiseEngine& engine,
   log(parametersLogLine(psnr, parameters));
   outcome.image = engine.denoise(image, parameters);
   return outcome;
-}
-
-std::string parametersLogLine(double psnr, const FilterParameters& parameters) {
-  return "psnrOfInputImage " + fixedText(psnr, 6) + " sigma " +
-         std::to_string(parameters.sigmaVal) + " templateWindow " +
-         std::to_string(parameters.templateWinSize) + " searchWindow " +
-         std::to_string(parameters.searchWinSize);
 }
 
 }  // namespace velmara

@@ -39,7 +39,4 @@ struct DenoiseOutcome {
 DenoiseOutcome runDenoiseJob(const DenoiseJob& job, const DenoiseEngine& engine,
                              const LogSink& log);
 
-/// "psnrOfInputImage %f sigma %d templateWindow %d searchWindow %d".
-std::string parametersLogLine(double psnr, const FilterParameters& parameters);
-
 }  // namespace velmara

@@ -72,11 +72,6 @@ void runExportJobInBackground(ExportJob job, TaskQueue& worker, TaskQueue& mainQ
   });
 }
 
-bool isPhotosOwnFile(const PhotoFile& photo, const std::string& path) {
-  std::error_code failure;
-  return std::filesystem::equivalent(photo.filePath, path, failure) && !failure;
-}
-
 Alert replaceOriginalQuestion(const PhotoFile& photo) {
   const auto text = [](const char* source) {
     return QCoreApplication::translate("Export", source);

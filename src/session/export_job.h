@@ -9,6 +9,7 @@
 #include "base/task_queue.h"
 #include "imaging/image_writer.h"
 #include "platform/alerts.h"
+#include "session/loaded_photo.h"
 #include "session/photo_file.h"
 
 namespace velmara {
@@ -45,9 +46,6 @@ ExportOutcome runExportJob(const ExportJob& job);
 /// once. Both queues must outlive the work.
 void runExportJobInBackground(ExportJob job, TaskQueue& worker, TaskQueue& mainQueue,
                               std::function<void(const ExportOutcome&)> completion);
-
-/// Whether a path names the photo's own file, through links too.
-bool isPhotosOwnFile(const PhotoFile& photo, const std::string& path);
 
 /// The question before the photo's own file is replaced: button 0 replaces it.
 Alert replaceOriginalQuestion(const PhotoFile& photo);

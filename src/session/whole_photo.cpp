@@ -41,10 +41,6 @@ Result<Image> loadWholePhoto(const PhotoFile& photo) {
   return image;
 }
 
-bool isLargeEnoughToFilter(const PhotoFile& photo) {
-  return photo.width * photo.height > kLargestUnfilteredPhoto;
-}
-
 FilterParameters exportParameters(double psnr, const DenoiseMode& mode) {
   const double effective = effectivePsnr(static_cast<float>(psnr), true, 1.0F);
   return filterParameters(mapNoiseToParameters(effective, mode, true, {}).parameters, mode);
@@ -70,12 +66,6 @@ Result<Image> uprightAtFullSize(const PhotoFile& photo, const Image& filtered) {
   }
   if (!bitmap.isValid()) return Error{"not enough memory for the picture"};
   return Image(std::move(bitmap), filtered.profile());
-}
-
-Result<std::vector<std::uint8_t>> encodeExport(const PhotoFile& photo, const Image& upright,
-                                               FileFormat format) {
-  if (!photo.metaInfoDict) return encodeImage(upright.bitmap(), upright.profile(), format);
-  return encodeImageWithMetadata(upright.bitmap(), upright.profile(), format, *photo.metaInfoDict);
 }
 
 }  // namespace velmara

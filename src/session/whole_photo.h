@@ -8,6 +8,7 @@
 #include "engine/denoise_algo_implementation.h"
 #include "imaging/image_writer.h"
 #include "session/denoise_parameters.h"
+#include "session/loaded_photo.h"
 #include "session/photo_file.h"
 
 namespace velmara {
@@ -27,19 +28,11 @@ struct FilteredPhoto {
   bool isFiltered = true;
 };
 
-/// Whether the record's photo has enough pixels to be filtered at all.
-bool isLargeEnoughToFilter(const PhotoFile& photo);
-
 /// The parameters an export uses for a photo of a measured noise level.
 FilterParameters exportParameters(double psnr, const DenoiseMode& mode);
 
 /// The photo at the size of its largest representation, turned upright as its orientation says:
 /// what goes into the file. A result whose photo has vanished meanwhile keeps its own size.
 Result<Image> uprightAtFullSize(const PhotoFile& photo, const Image& filtered);
-
-/// The file's bytes: the upright picture in a format, with the photo's own metadata and colour
-/// profile as far as the format holds them, orientation 1.
-Result<std::vector<std::uint8_t>> encodeExport(const PhotoFile& photo, const Image& upright,
-                                               FileFormat format);
 
 }  // namespace velmara

@@ -1,0 +1,90 @@
+#include "session/loaded_photo.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+#include "imaging/image_reader.h"
+#include "imaging/rotate_with_exif.h"
+#include "imaging/utils.h"
+#include "platform/log.h"
+
+namespace velmara {
+namespace {
+
+Size pixelSize(const Bitmap& bitmap) {
+  return {static_cast<double>(bitmap.width()), static_cast<double>(bitmap.height())};
+}
+
+Size largestOf(const Image& image) {
+  Size largest;
+  for (const Bitmap& representation : image.representations()) {
+    const Size size = pixelSize(representation);
+    largest = {std::max(largest.width, size.width), std::max(largest.height, size.height)};
+  }
+  return largest;
+}
+
+}  // namespace
+
+Result<LoadedPhoto> loadPhoto(const std::string& path, const JobControl* /*control*/) {
+  LoadedPhoto photo{PhotoFile::initWithFileUrl(path), {}, {}};
+  auto image = readImage(path);
+  if (!image) return Error{image.error()};
+  photo.image = std::move(image).value();
+  photo.fullSize = largestOf(photo.image);
+  return photo;
+}
+
+bool isLargeEnoughToFilter(const PhotoFile& photo) {
+  return photo.width * photo.height > kLargestUnfilteredPhoto;
+}
+
+Image wholePhotoToFilter(const LoadedPhoto& photo) {
+  Image image = photo.image;
+  const PhotoFile& record = photo.record;
+  const Size size = image.size();
+  if (size.width != static_cast<double>(record.width) ||
+      size.height != static_cast<double>(record.height)) {
+    // An empty canvas of the largest width and height, with every representation in it.
+    image = image.withSize(photo.fullSize);
+  }
+  // The filter makes the same of opaque pixels with and without their alpha.
+  const Bitmap& bitmap = image.bitmap();
+  const bool isPlain = image.representations().size() == 1 && bitmap.samplesPerPixel() == 3 &&
+                       image.size() == pixelSize(bitmap);
+  return isPlain ? image : Utils::sharedUtils().scaleImage(image, image.size());
+}
+
+Image atOwnSize(const Image& image) {
+  return Utils::sharedUtils().scaleImage(image, image.size());
+}
+
+Result<Image> uprightAtFullSize(const LoadedPhoto& photo, const Image& filtered) {
+  const bool isSizeKnown = photo.fullSize.width > 0.0 && photo.fullSize.height > 0.0;
+  const Size largest = isSizeKnown ? photo.fullSize : filtered.size();
+  Image image = filtered;
+  if (image.size() != largest) image = Utils::sharedUtils().scaleImage(image, largest);
+  Bitmap bitmap = Utils::sharedUtils().getCgiImageRef(image);
+  if (photo.record.metaInfoDict) {
+    const int orientation = photo.record.orientation().value_or(0);
+    logFormat("Image orentation : %d", orientation);
+    bitmap = RotateWithEXIF(bitmap, orientation);
+  }
+  if (!bitmap.isValid()) return Error{"not enough memory for the picture"};
+  return Image(std::move(bitmap), filtered.profile());
+}
+
+Result<std::vector<std::uint8_t>> encodeExport(const PhotoFile& photo, const Image& upright,
+                                               FileFormat format) {
+  if (!photo.metaInfoDict) return encodeImage(upright.bitmap(), upright.profile(), format);
+  return encodeImageWithMetadata(upright.bitmap(), upright.profile(), format, *photo.metaInfoDict);
+}
+
+bool isPhotosOwnFile(const PhotoFile& photo, const std::string& path) {
+  std::error_code failure;
+  return std::filesystem::equivalent(photo.filePath, path, failure) && !failure;
+}
+
+}  // namespace velmara

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/geometry.h"
+#include "base/image.h"
+#include "base/job_control.h"
+#include "base/result.h"
+#include "imaging/image_writer.h"
+#include "session/denoise_parameters.h"
+#include "session/photo_file.h"
+
+namespace velmara {
+
+/// A photo as it came from its file, read once. A value: copies share the pixels.
+struct LoadedPhoto {
+  PhotoFile record;
+  /// Every picture of the file, pixels as stored; not valid where only the record was read or the
+  /// pixels were given up to save memory.
+  Image image;
+  /// The largest width and the largest height of the file's pictures: what an export has, before it
+  /// is turned upright.
+  Size fullSize;
+};
+
+/// Reads a photo's file, record and pixels. An error says in words why there are none (for a file
+/// that is no picture, damaged, or too large). Not on the main thread: decoding takes its time. A
+/// control that is cancelled ends it early, with an error.
+Result<LoadedPhoto> loadPhoto(const std::string& path, const JobControl* control = nullptr);
+
+/// Whether the record's photo has enough pixels to be filtered at all.
+bool isLargeEnoughToFilter(const PhotoFile& photo);
+
+/// What an export filters: the photo at its full size, opaque colours of 3 samples as they are and
+/// everything else on a 4-sample canvas. Not valid if the memory is not to be had.
+Image wholePhotoToFilter(const LoadedPhoto& photo);
+
+/// What a photo's noise is measured on, and what a region is filtered as: the picture at its own
+/// size on a 4-sample canvas. Not valid if the image is not or the memory is not to be had.
+Image atOwnSize(const Image& image);
+
+/// A whole-photo result at full size, turned as the photo's orientation says: what goes into the
+/// file. Logs the orientation.
+Result<Image> uprightAtFullSize(const LoadedPhoto& photo, const Image& filtered);
+
+/// The file's bytes: the upright picture in a format, with the photo's own metadata and colour
+/// profile as far as the format holds them, orientation 1.
+Result<std::vector<std::uint8_t>> encodeExport(const PhotoFile& photo, const Image& upright,
+                                               FileFormat format);
+
+/// Whether a path names the photo's own file, through links too.
+bool isPhotosOwnFile(const PhotoFile& photo, const std::string& path);
+
+}  // namespace velmara

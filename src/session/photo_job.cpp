@@ -1,0 +1,287 @@
+#include "session/photo_job.h"
+
+#include <array>
+#include <chrono>
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "base/fixed_text.h"
+#include "imaging/image_writer.h"
+#include "platform/atomic_file.h"
+
+namespace velmara {
+namespace {
+
+using End = PhotoJobResult::End;
+using Seconds = std::chrono::duration<double>;
+
+constexpr const char* kNoMemory = "not enough memory for the picture";
+
+// Roughly how long the steps take in comparison, for the one figure of progress.
+constexpr std::array<double, kPhotoSteps> kShares = {30.0, 20.0, 5.0, 0.0, 40.0, 2.0, 20.0, 3.0};
+
+std::size_t indexOf(PhotoStep step) {
+  return static_cast<std::size_t>(step);
+}
+
+// One job's way through its steps. Each gives its status; the first that is not well, or a wish to
+// stop between two, ends it.
+class Run {
+ public:
+  Run(const PhotoJobRequest& request, const PhotoJobServices& services, JobControl& control,
+      const std::function<void(std::int64_t)>& calibrated)
+      : request_(request), services_(services), control_(control), calibrated_(calibrated) {
+    if (request.photo) result_.photo = *request.photo;
+    result_.psnrOfRealImage = request.psnrOfRealImage;
+    result_.mapping = request.mapping;
+    result_.pixelsProcessRate = request.pixelsProcessRate;
+    planSteps();
+  }
+
+  PhotoJobResult run() && {
+    const std::pair<PhotoStep, Status (Run::*)()> steps[] = {
+        {PhotoStep::load, &Run::load},       {PhotoStep::calibrate, &Run::calibrate},
+        {PhotoStep::measure, &Run::measure}, {PhotoStep::choose, &Run::choose},
+        {PhotoStep::filter, &Run::filter},   {PhotoStep::turn, &Run::turn},
+        {PhotoStep::encode, &Run::encode},   {PhotoStep::write, &Run::write}};
+    for (const auto& [step, work] : steps) {
+      if (isPlanned_[indexOf(step)] && !carryOut(step, work)) break;
+    }
+    if (result_.reason.empty() && result_.end != End::cancelled) {
+      result_.end = End::finished;
+      control_.setProgress(1.0);
+    } else {
+      result_.image = {};
+    }
+    return std::move(result_);
+  }
+
+ private:
+  bool isOnlyWritten() const { return request_.filtered.isValid(); }
+  bool isWhole() const { return request_.isExportingPhoto(); }
+
+  void plan(PhotoStep step, bool isPlanned) { isPlanned_[indexOf(step)] = isPlanned; }
+
+  void planSteps() {
+    const bool filters = request_.filters && !isOnlyWritten();
+    const bool measures = filters && !request_.parameters && request_.psnrOfRealImage == 0.0F;
+    const bool needsPixels = !request_.filters || (filters && isWhole()) || measures;
+    const bool hasPixels = request_.photo && request_.photo->image.isValid();
+    const bool writes = request_.output.has_value();
+    plan(PhotoStep::load, !request_.photo || (needsPixels && !hasPixels));
+    plan(PhotoStep::calibrate, request_.calibrates);
+    plan(PhotoStep::measure, measures);
+    plan(PhotoStep::choose, filters);
+    plan(PhotoStep::filter, filters);
+    plan(PhotoStep::turn, writes);
+    plan(PhotoStep::encode, writes);
+    plan(PhotoStep::write, writes && !request_.output->path.empty());
+  }
+
+  // Whether the job goes on after a step.
+  bool carryOut(PhotoStep step, Status (Run::*work)()) {
+    result_.step = step;
+    if (control_.isCancelled()) {
+      result_.end = End::cancelled;
+      return false;
+    }
+    if (request_.output && !request_.output->format) {
+      result_.reason = "cannot write " + request_.output->path + ": unknown format";
+      return false;
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    const Status status = [&]() -> Status {
+      try {
+        return (this->*work)();
+      } catch (const std::bad_alloc&) {
+        return Error{kNoMemory};
+      } catch (const std::exception& fault) {
+        return Error{fault.what()};
+      }
+    }();
+    result_.seconds[indexOf(step)] = Seconds(std::chrono::steady_clock::now() - begin).count();
+    if (!status) {
+      result_.end = control_.isCancelled() ? End::cancelled : End::failed;
+      if (result_.end == End::failed) result_.reason = inWords(step, status.error());
+    } else {
+      control_.setProgress(shareUpTo(indexOf(step) + 1));
+    }
+    return status.ok();
+  }
+
+  // What is written says where to; replacing a file says it by itself.
+  std::string inWords(PhotoStep step, const std::string& reason) const {
+    const bool isNamed = step != PhotoStep::turn && step != PhotoStep::encode;
+    const std::string path = request_.output ? request_.output->path : std::string();
+    return isNamed || path.empty() ? reason : "cannot write " + path + ": " + reason;
+  }
+
+  double shareUpTo(std::size_t end) const {
+    double done = 0.0;
+    double all = 0.0;
+    for (std::size_t i = 0; i < kPhotoSteps; ++i) {
+      if (!isPlanned_[i]) continue;
+      all += kShares[i];
+      if (i < end) done += kShares[i];
+    }
+    return all > 0.0 ? done / all : 0.0;
+  }
+
+  Status load() {
+    const std::string& path = request_.photo ? request_.photo->record.filePath : request_.path;
+    auto loaded = loadPhoto(path, &control_);
+    if (!loaded) return Error{loaded.error()};
+    result_.photo = std::move(loaded).value();
+    return Done{};
+  }
+
+  // Before an export the speed is measured anew, as its windows will be; choosing them leaves its
+  // mapping behind like every other choice.
+  Status calibrate() {
+    FilterParameters parameters = kFirstCalibration;
+    const bool isKnown = result_.pixelsProcessRate != 0;
+    if (!isKnown || isWhole()) {
+      if (isKnown) {
+        const DenoiseMode mode{request_.mode.isAutoMode, DenoiseMode::kManualThreshold,
+                               request_.mode.denoiseLevelValue};
+        const MappedParameters mapped =
+            mapNoiseToParameters(double{result_.psnrOfRealImage}, mode, true, result_.mapping);
+        result_.mapping = mapped.mapping;
+        parameters = calibrationParameters(mapped.parameters, mode);
+      }
+      result_.pixelsProcessRate =
+          services_.engine.processingSpeed(services_.loadTestImage(), parameters);
+    }
+    if (calibrated_) {
+      services_.mainQueue.async(
+          [tell = calibrated_, rate = result_.pixelsProcessRate] { tell(rate); });
+    }
+    return Done{};
+  }
+
+  bool isTooSmall() const {
+    if (request_.isBare) return false;
+    if (isWhole()) return !isLargeEnoughToFilter(result_.photo.record);
+    const Bitmap& bitmap = request_.region->bitmap();
+    return std::int64_t{bitmap.width()} * bitmap.height() <= kLargestUnfilteredPhoto;
+  }
+
+  Status measure() {
+    if (isTooSmall()) return Done{};
+    const Image picture = atOwnSize(result_.photo.image);
+    if (!picture.isValid()) return Error{kNoMemory};
+    result_.psnrOfRealImage = static_cast<float>(services_.engine.psnr(picture));
+    return Done{};
+  }
+
+  Status choose() {
+    if (isTooSmall()) return Done{};
+    if (request_.parameters) {
+      result_.parameters = request_.parameters;
+      const FilterParameters& p = *request_.parameters;
+      return p.templateWinSize <= p.searchWinSize
+                 ? Status(Done{})
+                 : Error{"the template window must not be larger than the search window"};
+    }
+    const double psnr =
+        effectivePsnr(result_.psnrOfRealImage, isWhole(), request_.currentZooomFactor);
+    const MappedParameters mapped =
+        mapNoiseToParameters(psnr, request_.mode, isWhole(), result_.mapping);
+    result_.mapping = mapped.mapping;
+    result_.parameters = filterParameters(mapped.parameters, request_.mode);
+    services_.log(parametersLogLine(psnr, *result_.parameters));
+    return Done{};
+  }
+
+  Image pictureToFilter() const {
+    if (request_.isBare) return result_.photo.image;
+    return isWhole() ? wholePhotoToFilter(result_.photo) : atOwnSize(*request_.region);
+  }
+
+  Status filter() {
+    const Image picture = pictureToFilter();
+    if (!picture.isValid()) return Error{kNoMemory};
+    result_.image =
+        result_.parameters ? services_.engine.denoise(picture, *result_.parameters) : picture;
+    return result_.image.isValid() ? Status(Done{}) : Error{"the picture could not be filtered"};
+  }
+
+  Status turn() {
+    if (isOnlyWritten()) result_.image = request_.filtered;
+    if (request_.isBare) {
+      upright_ = result_.image;
+    } else {
+      auto upright = uprightAtFullSize(result_.photo, result_.image);
+      if (!upright) return Error{upright.error()};
+      upright_ = std::move(upright).value();
+    }
+    result_.writtenWidth = upright_.bitmap().width();
+    result_.writtenHeight = upright_.bitmap().height();
+    return Done{};
+  }
+
+  Status encode() {
+    auto bytes = request_.isBare
+                     ? encodeImage(upright_.bitmap(), upright_.profile(), *request_.output->format)
+                     : encodeExport(result_.photo.record, upright_, *request_.output->format);
+    if (!bytes) return Error{bytes.error()};
+    result_.encoded = std::move(bytes).value();
+    return Done{};
+  }
+
+  Status write() {
+    const PhotoOutput& output = *request_.output;
+    const bool isOwnFile = isPhotosOwnFile(result_.photo.record, output.path);
+    Status written = output.mayReplace ? replaceFile(output.path, result_.encoded)
+                                       : createFile(output.path, result_.encoded);
+    if (!written) return written;
+    result_.encoded = {};
+    if (isOwnFile) {
+      result_.hasReplacedPhoto = true;
+      result_.photo = {
+          PhotoFile::initWithFileUrl(result_.photo.record.filePath), {}, upright_.size()};
+      result_.image = upright_;
+    }
+    return Done{};
+  }
+
+  const PhotoJobRequest& request_;
+  const PhotoJobServices& services_;
+  JobControl& control_;
+  const std::function<void(std::int64_t)>& calibrated_;
+  std::array<bool, kPhotoSteps> isPlanned_{};
+  Image upright_;
+  PhotoJobResult result_;
+};
+
+}  // namespace
+
+PhotoJobResult runPhotoJob(const PhotoJobRequest& request, const PhotoJobServices& services,
+                           JobControl& control,
+                           const std::function<void(std::int64_t)>& calibrated) {
+  return Run(request, services, control, calibrated).run();
+}
+
+std::shared_ptr<PhotoJob> PhotoJob::start(PhotoJobRequest request, const PhotoJobServices& services,
+                                          PhotoJobListener listener) {
+  auto job = std::make_shared<PhotoJob>();
+  services.globalQueue.async(
+      [job, request = std::move(request), services, listener = std::move(listener)] {
+        auto result = std::make_shared<PhotoJobResult>(
+            runPhotoJob(request, services, job->control_, listener.calibrated));
+        services.mainQueue.async([job, result, finished = listener.finished] {
+          if (finished) finished(*result);
+        });
+      });
+  return job;
+}
+
+std::string parametersLogLine(double psnr, const FilterParameters& parameters) {
+  return "psnrOfInputImage " + fixedText(psnr, 6) + " sigma " +
+         std::to_string(parameters.sigmaVal) + " templateWindow " +
+         std::to_string(parameters.templateWinSize) + " searchWindow " +
+         std::to_string(parameters.searchWinSize);
+}
+
+}  // namespace velmara
