@@ -19,6 +19,20 @@ if(VELMARA_SANITIZE)
   target_link_options(velmara_options INTERFACE ${flags})
 endif()
 
+# The files of a target compiled a dozen at a time: most of the time of one alone goes into the
+# headers that all of them read. Vector kernels stay apart: they include themselves, once for each
+# instruction set.
+function(velmara_unity target)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${VELMARA_UNITY} UNITY_BUILD_BATCH_SIZE 12)
+  get_target_property(sources ${target} SOURCES)
+  foreach(source IN LISTS sources)
+    file(STRINGS ${source} kernel REGEX "hwy/foreach_target.h" LIMIT_COUNT 1)
+    if(kernel)
+      set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
+  endforeach()
+endfunction()
+
 # velmara_layer(NAME SOURCES ... LINKS ... PRIVATE_LINKS ...): the static library of one layer.
 # A layer links only the layers below it, so an arrow that points upward fails to link, and
 # tools/check_layers.py refuses it as an include.
@@ -27,6 +41,7 @@ function(velmara_layer name)
   add_library(velmara_${name} STATIC ${arg_SOURCES})
   target_link_libraries(velmara_${name} PUBLIC velmara_options ${arg_LINKS}
                                         PRIVATE ${arg_PRIVATE_LINKS})
+  velmara_unity(velmara_${name})
 endfunction()
 
 # velmara_test(NAME SOURCES ... LINKS ... PROPERTIES ...): one test program, its cases known to
@@ -36,6 +51,9 @@ function(velmara_test name)
   add_executable(${name}_test ${arg_SOURCES})
   target_link_libraries(${name}_test PRIVATE velmara_options ${arg_LINKS} GTest::gtest
                                              GTest::gmock)
+  if(NOT name MATCHES "^(preview|services_network)$")
+    velmara_unity(${name}_test)
+  endif()
   target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   gtest_discover_tests(${name}_test DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300
                        ENVIRONMENT "QT_QPA_PLATFORM=offscreen" ${arg_PROPERTIES})

@@ -18,9 +18,9 @@
 namespace velmara {
 namespace {
 
-QString text(const char* source) {
-  return QCoreApplication::translate("MainMenu", source);
-}
+struct MenuText {
+  Q_DECLARE_TR_FUNCTIONS(MainMenu)
+};
 
 QAction* addAction(QMenu& menu, const QString& title, const QList<QKeySequence>& keys,
                    std::function<void()> action) {
@@ -31,48 +31,51 @@ QAction* addAction(QMenu& menu, const QString& title, const QList<QKeySequence>&
 }
 
 void addFileMenu(QMenuBar& bar, NotificationCenter& center) {
-  QMenu& menu = *bar.addMenu(text("&File"));
+  QMenu& menu = *bar.addMenu(MenuText::tr("&File"));
   const auto post = [&center](std::string_view name) {
     return [&center, name] { center.post(name); };
   };
-  addAction(menu, text("&Open…"), {QKeySequence("Ctrl+O")},
+  addAction(menu, MenuText::tr("&Open…"), {QKeySequence("Ctrl+O")},
             post(notifications::kOpenPhotoFromMenuTapped));
-  addAction(menu, text("&Close"), {QKeySequence("Ctrl+W")},
+  addAction(menu, MenuText::tr("&Close"), {QKeySequence("Ctrl+W")},
             post(notifications::kClosePhotoFromMenuTapped));
   menu.addSeparator();
-  addAction(menu, text("&Save…"), {QKeySequence("Ctrl+S")},
+  addAction(menu, MenuText::tr("&Save…"), {QKeySequence("Ctrl+S")},
             post(notifications::kSavePhotoFromMenuTapped));
-  addAction(menu, text("Save &As…"), {QKeySequence("Ctrl+Shift+S")},
+  addAction(menu, MenuText::tr("Save &As…"), {QKeySequence("Ctrl+Shift+S")},
             post(notifications::kSavePhotoFromMenuTapped));
   menu.addSeparator();
-  addAction(menu, text("&Quit"), {QKeySequence("Ctrl+Q")},
+  addAction(menu, MenuText::tr("&Quit"), {QKeySequence("Ctrl+Q")},
             post(notifications::kClosePhotoFromMenuTapped));
 }
 
 void addViewMenu(QMenuBar& bar, MainScreenViewController& screen) {
-  QMenu& menu = *bar.addMenu(text("&View"));
+  QMenu& menu = *bar.addMenu(MenuText::tr("&View"));
   const auto click = [&screen](Control control) {
     return [&screen, control] { screen.controls().click(control); };
   };
-  addAction(menu, text("&Single"), {QKeySequence("1")}, click(Control::btnSingleMode));
-  addAction(menu, text("S&plit"), {QKeySequence("2")}, click(Control::btnSplitMode));
-  addAction(menu, text("&Dual"), {QKeySequence("3")}, click(Control::btnDualMode));
+  addAction(menu, MenuText::tr("&Single"), {QKeySequence("1")}, click(Control::btnSingleMode));
+  addAction(menu, MenuText::tr("S&plit"), {QKeySequence("2")}, click(Control::btnSplitMode));
+  addAction(menu, MenuText::tr("&Dual"), {QKeySequence("3")}, click(Control::btnDualMode));
   menu.addSeparator();
-  addAction(menu, text("Zoom &In"), {QKeySequence("Ctrl++"), QKeySequence("Ctrl+=")},
+  addAction(menu, MenuText::tr("Zoom &In"), {QKeySequence("Ctrl++"), QKeySequence("Ctrl+=")},
             click(Control::btnZoomIn));
-  addAction(menu, text("Zoom &Out"), {QKeySequence("Ctrl+-")}, click(Control::btnZoomOut));
-  addAction(menu, text("&Fit To Screen"), {QKeySequence("Ctrl+0")}, click(Control::btnFitScreen));
-  addAction(menu, text("&Actual Size"), {QKeySequence("Ctrl+1")}, click(Control::btn100Percent));
-  addAction(menu, text("Dou&ble Size"), {QKeySequence("Ctrl+2")}, click(Control::btn200Percent));
+  addAction(menu, MenuText::tr("Zoom &Out"), {QKeySequence("Ctrl+-")}, click(Control::btnZoomOut));
+  addAction(menu, MenuText::tr("&Fit To Screen"), {QKeySequence("Ctrl+0")},
+            click(Control::btnFitScreen));
+  addAction(menu, MenuText::tr("&Actual Size"), {QKeySequence("Ctrl+1")},
+            click(Control::btn100Percent));
+  addAction(menu, MenuText::tr("Dou&ble Size"), {QKeySequence("Ctrl+2")},
+            click(Control::btn200Percent));
 }
 
 void addDenoiseMenu(QMenuBar& bar, MainScreenViewController& screen) {
-  QMenu& menu = *bar.addMenu(text("&Denoise"));
-  addAction(menu, text("&Auto Mode"), {QKeySequence("A")},
+  QMenu& menu = *bar.addMenu(MenuText::tr("&Denoise"));
+  addAction(menu, MenuText::tr("&Auto Mode"), {QKeySequence("A")},
             [&screen] { screen.controls().click(Control::btnAutoMode); });
-  addAction(menu, text("&Stronger"), {QKeySequence(Qt::Key_PageUp)},
+  addAction(menu, MenuText::tr("&Stronger"), {QKeySequence(Qt::Key_PageUp)},
             [&screen] { screen.changeLevel(1); });
-  addAction(menu, text("&Weaker"), {QKeySequence(Qt::Key_PageDown)},
+  addAction(menu, MenuText::tr("&Weaker"), {QKeySequence(Qt::Key_PageDown)},
             [&screen] { screen.changeLevel(-1); });
 }
 
@@ -94,15 +97,15 @@ std::vector<ShortcutGroup> allShortcuts(const QMenuBar& bar) {
 }
 
 void addHelpMenu(QMenuBar& bar, MainScreenViewController& screen, const ScreenServices& services) {
-  QMenu& menu = *bar.addMenu(text("&Help"));
-  addAction(menu, text("Velmara &Help"), {QKeySequence("F1")}, services.showVMPHelp);
-  addAction(menu, text("&Keyboard Shortcuts"), {},
+  QMenu& menu = *bar.addMenu(MenuText::tr("&Help"));
+  addAction(menu, MenuText::tr("Velmara &Help"), {QKeySequence("F1")}, services.showVMPHelp);
+  addAction(menu, MenuText::tr("&Keyboard Shortcuts"), {},
             [&bar, sheet = QPointer<ShortcutsSheet>()]() mutable {
               if (sheet == nullptr) sheet = new ShortcutsSheet(allShortcuts(bar), bar.window());
               sheet->showShortcuts();
             });
-  addAction(menu, text("&Tips"), {}, [&screen] { screen.showTipsScreen(); });
-  addAction(menu, text("&Feedback…"), {}, services.showFeedback);
+  addAction(menu, MenuText::tr("&Tips"), {}, [&screen] { screen.showTipsScreen(); });
+  addAction(menu, MenuText::tr("&Feedback…"), {}, services.showFeedback);
 }
 
 }  // namespace

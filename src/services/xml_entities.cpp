@@ -49,7 +49,7 @@ void replaceAll(std::string& text, const Row& row) {
   text = std::move(result);
 }
 
-std::string& apply(std::span<const Row> table, std::string& text) {
+std::string& replaceAll(std::span<const Row> table, std::string& text) {
   for (const Row& row : table) replaceAll(text, row);
   return text;
 }
@@ -57,13 +57,13 @@ std::string& apply(std::span<const Row> table, std::string& text) {
 }  // namespace
 
 std::string& xmlSimpleEscape(std::string& text) {
-  return apply(kEscape, text);
+  return replaceAll(kEscape, text);
 }
 std::string& xmlSimpleEscapeNEW(std::string& text) {
-  return apply(kEscapeNew, text);
+  return replaceAll(kEscapeNew, text);
 }
 std::string& xmlSimpleUnescape(std::string& text) {
-  return apply(kUnescape, text);
+  return replaceAll(kUnescape, text);
 }
 
 }  // namespace velmara::xml

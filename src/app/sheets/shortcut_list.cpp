@@ -9,9 +9,9 @@
 namespace velmara {
 namespace {
 
-QString text(const char* source) {
-  return QCoreApplication::translate("ShortcutsSheet", source);
-}
+struct ShortcutsText {
+  Q_DECLARE_TR_FUNCTIONS(ShortcutsSheet)
+};
 
 // A title as it is read: without its mnemonic, which some languages add in brackets, and without
 // the dots that announce a question.
@@ -44,10 +44,12 @@ std::vector<ShortcutGroup> menuShortcuts(const std::vector<MenuCommand>& command
 }
 
 ShortcutGroup pictureShortcuts() {
-  return {text("On the Picture"),
-          {{text("Move It"), {text("Drag"), text("Arrow Keys")}},
-           {text("Zoom at the Pointer"), {text("Ctrl+Wheel"), text("Pinch")}},
-           {text("Show the Original"), {text("Hold Space")}}}};
+  return {
+      ShortcutsText::tr("On the Picture"),
+      {{ShortcutsText::tr("Move It"), {ShortcutsText::tr("Drag"), ShortcutsText::tr("Arrow Keys")}},
+       {ShortcutsText::tr("Zoom at the Pointer"),
+        {ShortcutsText::tr("Ctrl+Wheel"), ShortcutsText::tr("Pinch")}},
+       {ShortcutsText::tr("Show the Original"), {ShortcutsText::tr("Hold Space")}}}};
 }
 
 std::size_t groupsInFirstColumn(const std::vector<ShortcutGroup>& groups) {

@@ -3,13 +3,13 @@
 #include <QGridLayout>
 #include <QLabel>
 
+#include "app/sheets/sheet_title.h"
 #include "ui_ShortcutsSheet.h"
 #include "widgets/desktop_alerts.h"
 
 namespace velmara {
 namespace {
 
-constexpr double kTitleScale = 1.3;
 constexpr int kGapBetweenGroups = 14;
 constexpr int kGapBetweenKeys = 5;
 
@@ -27,10 +27,7 @@ ShortcutsSheet::ShortcutsSheet(const std::vector<ShortcutGroup>& groups, QWidget
       ui_(std::make_unique<Ui::ShortcutsSheet>()) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_StyledBackground);
-  QFont title = font();
-  title.setPointSizeF(title.pointSizeF() * kTitleScale);
-  title.setWeight(QFont::DemiBold);
-  ui_->lblShortcutsTitle->setFont(title);
+  ui_->lblShortcutsTitle->setFont(sheetTitleFont(font()));
   const std::size_t first = groupsInFirstColumn(groups);
   for (std::size_t i = 0; i < groups.size(); ++i) {
     addGroup(i < first ? *ui_->vwFirstColumn : *ui_->vwSecondColumn, groups[i]);

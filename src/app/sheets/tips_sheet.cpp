@@ -2,6 +2,7 @@
 
 #include <QShortcut>
 
+#include "app/sheets/sheet_title.h"
 #include "ui_TipsSheet.h"
 #include "widgets/desktop_alerts.h"
 
@@ -9,7 +10,6 @@ namespace velmara {
 namespace {
 
 constexpr int kTextLines = 2;
-constexpr double kTitleScale = 1.3;
 
 }  // namespace
 
@@ -20,10 +20,7 @@ TipsSheet::TipsSheet(QWidget* mainWindow)
       pages_(static_cast<int>(tips_.size())) {
   ui_->setupUi(this);
   setAttribute(Qt::WA_StyledBackground);
-  QFont title = font();
-  title.setPointSizeF(title.pointSizeF() * kTitleScale);
-  title.setWeight(QFont::DemiBold);
-  ui_->lblTipTitle->setFont(title);
+  ui_->lblTipTitle->setFont(sheetTitleFont(font()));
   // One height for all pages, so that the buttons stay under the pointer.
   ui_->lblTipText->setFixedHeight(ui_->lblTipText->fontMetrics().lineSpacing() * kTextLines + 4);
 
