@@ -33,6 +33,7 @@ PACKAGES_TEST="
   openbox
   openssl
   python3
+  qt6-l10n-tools
   x11-utils
   xdotool
   xvfb
