@@ -1,161 +1,138 @@
 #include "cli/denoise_command.h"
 
-#include <array>
 #include <chrono>
 #include <cstdio>
 #include <exception>
-#include <optional>
 #include <string>
 #include <unistd.h>
 #include <utility>
 
 #include "cli/comparison.h"
-#include "cli/engine_setup.h"
-#include "cli/output_file.h"
-#include "cli/output_paths.h"
+#include "cli/interrupt.h"
+#include "cli/output.h"
 #include "cli/progress_line.h"
 #include "cli/summary.h"
 #include "engine/denoise_algo_implementation.h"
 #include "imaging/file_format.h"
-#include "imaging/image_reader.h"
+#include "imaging/recompress_jpeg.h"
+#include "platform/atomic_file.h"
+#include "platform/dispatch.h"
+#include "platform/log.h"
 #include "platform/unfinished_file.h"
-#include "session/photo_file.h"
-#include "session/whole_photo.h"
+#include "session/photo_job.h"
 
 namespace velmara::cli {
 namespace {
 
-double secondsNow() {
-  using Seconds = std::chrono::duration<double>;
-  return Seconds(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
 // One photo's way through the command.
-struct Job {
+struct PhotoCommand {
   const DenoiseOptions& options;
-  DenoiseAlgoImplementation& engine;
+  const PhotoJobServices& services;
   OutputFiles& files;
 
   Result<Summary> run(const std::string& input) const {
-    const double start = secondsNow();
-    const PhotoFile photo = PhotoFile::initWithFileUrl(input);
-    const OutputTarget target = outputTarget(input, formatOfFile(input), options);
-    if (Status allowed = files.check(target.path); !allowed) return Error{allowed.error()};
-    if (options.comparison) {
-      if (Status allowed = files.check(*options.comparison); !allowed) {
-        return Error{allowed.error()};
-      }
+    using Seconds = std::chrono::duration<double>;
+    const auto start = std::chrono::steady_clock::now();
+    auto photo = openPhoto(input);
+    if (!photo) return Error{photo.error()};
+    const OutputTarget target = outputTarget(input, formatOf(photo->file->kind), options);
+    for (const std::string& path : {target.path, options.comparison.value_or("-")}) {
+      if (Status allowed = files.check(path); !allowed) return Error{allowed.error()};
     }
-    auto summary =
-        options.explicitParameters ? filterAsItIs(photo, target) : filterAsExport(photo, target);
-    if (!summary) return summary;
-    Summary finished = std::move(summary).value();
-    finished.input = input;
-    finished.output = target.path;
-    finished.comparison = options.comparison;
-    finished.seconds = secondsNow() - start;
-    return finished;
-  }
-
-  // What exporting the whole photo does.
-  Result<Summary> filterAsExport(const PhotoFile& photo, const OutputTarget& target) const {
-    auto loaded = loadWholePhoto(photo);
-    if (!loaded) return Error{loaded.error()};
-    const Image image = std::move(loaded).value();
+    const PhotoJobResult result = runPhotoJob(request(std::move(photo).value(), target));
+    if (result.end != PhotoJobResult::End::finished) return Error{result.reason};
+    if (Status written = takeFiles(result, target); !written) return Error{written.error()};
     Summary summary;
-    Image filtered = image;
-    if (isLargeEnoughToFilter(photo)) {
-      summary.psnr = engine.getPSNRofImage(image);
-      summary.parameters = exportParameters(*summary.psnr, options.mode);
-      auto result = filter(image, *summary.parameters);
-      if (!result) return Error{result.error()};
-      filtered = std::move(result).value();
-    }
-    const auto upright = uprightAtFullSize(photo, filtered);
-    if (!upright) return Error{upright.error()};
-    filtered = Image();
-    summary.width = upright->bitmap().width();
-    summary.height = upright->bitmap().height();
-    if (options.comparison) {
-      const auto before = uprightAtFullSize(photo, image);
-      if (!before) return Error{before.error()};
-      if (Status written = writeComparison(*before, *upright); !written) {
-        return Error{written.error()};
-      }
-    }
-    const auto bytes = encodeExport(photo, *upright, target.format);
-    return finish(target, bytes, summary);
-  }
-
-  // The decoded file with the filter's three numbers, and nothing else.
-  Result<Summary> filterAsItIs(const PhotoFile& photo, const OutputTarget& target) const {
-    const auto loaded = readImage(photo.filePath);
-    if (!loaded) return Error{loaded.error()};
-    Summary summary;
-    summary.parameters = options.explicitParameters;
-    const auto filtered = filter(*loaded, *options.explicitParameters);
-    if (!filtered) return Error{filtered.error()};
-    summary.width = filtered->bitmap().width();
-    summary.height = filtered->bitmap().height();
-    if (options.comparison) {
-      if (Status written = writeComparison(*loaded, *filtered); !written) {
-        return Error{written.error()};
-      }
-    }
-    return finish(target, encodeImage(filtered->bitmap(), filtered->profile(), target.format),
-                  summary);
-  }
-
-  Result<Image> filter(const Image& image, const FilterParameters& parameters) const {
-    if (parameters.templateWinSize > parameters.searchWinSize) {
-      return Error{"the template window must not be larger than the search window"};
-    }
-    Image filtered = engine.denoiseImageUsingCustomFastNLMeans(
-        image, parameters.templateWinSize, parameters.searchWinSize, parameters.sigmaVal);
-    if (!filtered.isValid()) return Error{"the picture could not be filtered"};
-    return filtered;
-  }
-
-  Status writeComparison(const Image& before, const Image& after) const {
-    const Bitmap picture = sideBySide(before.bitmap(), after.bitmap());
-    if (!picture.isValid()) return Error{"not enough memory for the comparison"};
-    const auto bytes = encodeImage(picture, before.profile(), FileFormat::png);
-    if (!bytes) return Error{bytes.error()};
-    return files.write(*options.comparison, *bytes);
-  }
-
-  Result<Summary> finish(const OutputTarget& target, const Result<std::vector<std::uint8_t>>& bytes,
-                         const Summary& summary) const {
-    if (!bytes) return Error{bytes.error()};
-    if (Status written = files.write(target.path, *bytes); !written) {
-      return Error{written.error()};
-    }
+    summary.input = input;
+    summary.output = target.path;
+    summary.comparison = options.comparison;
+    summary.width = result.writtenWidth;
+    summary.height = result.writtenHeight;
+    if (result.parameters && !options.explicitParameters) summary.psnr = result.psnrOfRealImage;
+    summary.parameters = result.parameters;
+    summary.seconds = Seconds(std::chrono::steady_clock::now() - start).count();
     return summary;
+  }
+
+  PhotoJobRequest request(LoadedPhoto photo, const OutputTarget& target) const {
+    PhotoJobRequest request;
+    request.photo = std::move(photo);
+    request.mode = options.mode;
+    request.parameters = options.explicitParameters;
+    request.isBare = options.isBare;
+    request.output = {target.format, target.isStandardOutput() ? std::string() : target.path,
+                      files.mayReplace()};
+    return request;
+  }
+
+  PhotoJobResult runPhotoJob(const PhotoJobRequest& request) const {
+    JobControl control(cancelledByInterrupt(), 0.0, 1.0);
+    const ProgressLine progress(control, !options.quiet && ::isatty(STDERR_FILENO) == 1);
+    return velmara::runPhotoJob(request, services, control);
+  }
+
+  // What the job leaves to do: standard output and the comparison.
+  Status takeFiles(const PhotoJobResult& result, const OutputTarget& target) const {
+    if (target.isStandardOutput()) {
+      if (Status written = writeToStandardOutput(result.encoded); !written) return written;
+    } else {
+      files.wasWritten(target.path);
+    }
+    return options.comparison ? writeComparison(result, *options.comparison) : Done{};
+  }
+
+  Status writeComparison(const PhotoJobResult& result, const std::string& path) const {
+    if (Status allowed = files.check(path); !allowed) return allowed;
+    const auto shown = [&](const Image& image) {
+      return options.isBare ? Result<Image>(image) : uprightAtFullSize(result.photo, image);
+    };
+    const auto before =
+        shown(options.isBare ? result.photo.image : wholePhotoToFilter(result.photo));
+    const auto after = shown(result.image);
+    if (!before || !after) return Error{(before ? after : before).error()};
+    const Bitmap picture = sideBySide(before->bitmap(), after->bitmap());
+    if (!picture.isValid()) return Error{"not enough memory for the comparison"};
+    const auto bytes = encodeImage(picture, before->profile(), FileFormat::png);
+    if (!bytes) return Error{bytes.error()};
+    Status written = files.mayReplace() ? replaceFile(path, *bytes) : createFile(path, *bytes);
+    if (written) files.wasWritten(path);
+    return written;
   }
 };
 
 }  // namespace
 
+EngineEnvironment commandLineEngine(bool isReference) {
+  EngineEnvironment environment;
+  environment.workers = &globalQueue();
+  environment.mainQueue = &mainQueue();
+  environment.log = [](const std::string& line) { logLine(line); };
+  environment.recompressJpeg = recompressJpeg;
+  if (isReference) environment.kernel = KernelChoice::kReference;
+  return environment;
+}
+
 int runDenoise(const DenoiseOptions& options) {
   removeUnfinishedFiles();
   OutputFiles files(options.inputs, options.force);
-  ProgressLine progress(!options.quiet && ::isatty(STDERR_FILENO) == 1, secondsNow);
-  DenoiseAlgoImplementation engine(commandLineEngine(options, progress));
-  const Job job{options, engine, files};
+  const DenoiseAlgoImplementation algorithm(commandLineEngine(options.referenceEngine));
+  const AlgorithmEngine engine(algorithm);
+  const PhotoJobServices services{
+      engine, mainQueue(), globalQueue(), [](const std::string& line) { logLine(line); }, {}};
+  const PhotoCommand command{options, services, files};
   std::FILE* report = options.output == "-" ? stderr : stdout;
   int exitCode = 0;
   for (const std::string& input : options.inputs) {
     std::string fault;
     try {
-      const auto summary = job.run(input);
-      progress.clear();
+      const auto summary = command.run(input);
+      if (cancelledByInterrupt().isCancelled()) return kInterrupted;
       if (summary && !options.quiet) {
         std::fputs(describe(*summary, options.details).c_str(), report);
         std::fflush(report);
       }
       if (!summary) fault = summary.error();
     } catch (const std::exception& exception) {
-      progress.clear();
       fault = exception.what();
     }
     if (!fault.empty()) {

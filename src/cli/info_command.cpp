@@ -8,21 +8,25 @@
 #include <cstdio>
 #include <exception>
 #include <string>
+#include <utility>
 
-#include "cli/engine_setup.h"
+#include "cli/denoise_command.h"
 #include "cli/summary.h"
 #include "engine/denoise_algo_implementation.h"
 #include "imaging/image_reader.h"
+#include "imaging/rotate_with_exif.h"
 #include "platform/bundle.h"
-#include "session/photo_file.h"
+#include "session/denoise_parameters.h"
+#include "session/loaded_photo.h"
 #include "session/photo_labels.h"
-#include "session/whole_photo.h"
 
 namespace velmara::cli {
 namespace {
 
 struct PhotoInfo {
   PhotoFile photo;
+  /// As shown, upright.
+  std::int64_t width = 0, height = 0;
   double psnr = 0.0;
   FilterParameters parameters;
   bool isFiltered = true;
@@ -43,11 +47,17 @@ QJsonObject parametersAsJson(const FilterParameters& parameters) {
 }
 
 Result<PhotoInfo> measure(const std::string& input) {
+  auto opened = openPhoto(input);
+  if (!opened) return Error{opened.error()};
+  const auto photo = loadPixels(std::move(opened).value());
+  if (!photo) return Error{photo.error()};
   PhotoInfo info;
-  info.photo = PhotoFile::initWithFileUrl(input);
-  auto image = loadWholePhoto(info.photo);
-  if (!image) return Error{image.error()};
-  info.psnr = DenoiseAlgoImplementation(measuringEngine()).getPSNRofImage(*image);
+  info.photo = photo->record;
+  info.width = info.photo.width;
+  info.height = info.photo.height;
+  if (exchangesSides(info.photo.orientation().value_or(1))) std::swap(info.width, info.height);
+  info.psnr =
+      DenoiseAlgoImplementation(commandLineEngine()).getPSNRofImage(atOwnSize(photo->image));
   info.isFiltered = isLargeEnoughToFilter(info.photo);
   info.parameters = exportParameters(info.psnr, DenoiseMode::automatic());
   return info;
@@ -59,9 +69,9 @@ void printJson(const PhotoInfo& info) {
                      {"name", text(photo.fileName)},
                      {"folder", text(photo.fileContainerFolderName)},
                      {"bytes", text(photo.fileSize).toLongLong()},
-                     {"width", static_cast<qint64>(photo.width)},
-                     {"height", static_cast<qint64>(photo.height)},
-                     {"orientation", info.photo.orientation().value_or(1)},
+                     {"width", static_cast<qint64>(info.width)},
+                     {"height", static_cast<qint64>(info.height)},
+                     {"orientation", photo.orientation().value_or(1)},
                      {"filtered", info.isFiltered},
                      {"auto", parametersAsJson(info.parameters)}};
   object["psnr"] = std::isinf(info.psnr) ? QJsonValue("inf") : QJsonValue(info.psnr);
@@ -73,7 +83,7 @@ void printText(const PhotoInfo& info) {
   const PhotoFile& photo = info.photo;
   const FilterParameters& p = info.parameters;
   std::printf("%s: %s, %s, orientation %d, created %s, noise %s, ", photo.filePath.c_str(),
-              dimensionsLabel(photo.width, photo.height).c_str(), sizeLabel(photo.fileSize).c_str(),
+              dimensionsLabel(info.width, info.height).c_str(), sizeLabel(photo.fileSize).c_str(),
               info.photo.orientation().value_or(1),
               photo.fileCreationDate.value_or("at an unknown time").c_str(),
               noiseText(info.psnr).c_str());
@@ -118,7 +128,7 @@ int runCalibrate(const CalibrateOptions& options) {
     return 1;
   }
   const FilterParameters& p = kFirstCalibration;
-  const auto rate = DenoiseAlgoImplementation(measuringEngine())
+  const auto rate = DenoiseAlgoImplementation(commandLineEngine())
                         .calculateProcessingSpeedForTestImage(*picture, p.templateWinSize,
                                                               p.searchWinSize, p.sigmaVal);
   if (options.json) {

@@ -7,16 +7,14 @@
 namespace velmara::cli {
 namespace {
 
-constexpr int kInterrupted = 130;
-
 // Lock-free, so that the handler may touch them.
-std::atomic<int> openSections = 0;
-std::atomic<bool> isInterrupted = false;
-static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
+JobControl interrupted;
+std::atomic<bool> isAwaited = false;
+static_assert(std::atomic<bool>::is_always_lock_free);
 
 void handle(int /*signal*/) {
-  isInterrupted = true;
-  if (openSections == 0) ::_exit(kInterrupted);
+  if (!isAwaited || interrupted.isCancelled()) ::_exit(kInterrupted);
+  interrupted.cancel();
 }
 
 }  // namespace
@@ -33,12 +31,9 @@ void endOnInterrupt() {
   }
 }
 
-UninterruptedSection::UninterruptedSection() {
-  ++openSections;
-}
-
-UninterruptedSection::~UninterruptedSection() {
-  if (--openSections == 0 && isInterrupted) ::_exit(kInterrupted);
+JobControl& cancelledByInterrupt() {
+  isAwaited = true;
+  return interrupted;
 }
 
 }  // namespace velmara::cli

@@ -1,19 +1,17 @@
 #pragma once
 
+#include "base/job_control.h"
+
 namespace velmara::cli {
 
-/// From here on Ctrl-C (and a closed terminal, and a polite kill) ends the program at once with
-/// exit code 130, except inside an UninterruptedSection.
+inline constexpr int kInterrupted = 130;
+
+/// From here on Ctrl-C (and a closed terminal, and a polite kill) ends the program with exit code
+/// kInterrupted.
 void endOnInterrupt();
 
-/// Holds an interrupt back until the section ends: a file being put in its place is put there
-/// whole, and no temporary file stays behind.
-class UninterruptedSection {
- public:
-  UninterruptedSection();
-  UninterruptedSection(const UninterruptedSection&) = delete;
-  UninterruptedSection& operator=(const UninterruptedSection&) = delete;
-  ~UninterruptedSection();
-};
+/// What an interrupt cancels. From the first call on whoever has called ends the program, except
+/// that a second interrupt still does so at once.
+JobControl& cancelledByInterrupt();
 
 }  // namespace velmara::cli

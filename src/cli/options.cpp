@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "cli/output_paths.h"
+#include "cli/output.h"
 #include "platform/bundle.h"
 
 namespace velmara::cli {
@@ -63,6 +63,10 @@ struct Parser {
             ->needs(templateOption, searchOption);
     templateOption->needs(searchOption, sigmaOption);
     searchOption->needs(templateOption, sigmaOption);
+    command
+        ->add_flag("--bare", denoise.isBare,
+                   "With explicit numbers: filter the decoded file as it is, for comparing engines")
+        ->needs(templateOption, searchOption, sigmaOption);
     auto* outputOption =
         command->add_option("-o,--output", output, "The file to write; - is standard output");
     command->add_option("--output-dir", folder, "The folder to write into")->excludes(outputOption);
@@ -79,9 +83,10 @@ struct Parser {
         "Without -o or --output-dir the result is NAME-denoised.EXT beside the photo, in the\n"
         "photo's own format where it is one of the five, else PNG. An existing file is replaced\n"
         "only with --force, an input never.\n"
-        "--template, --search and --sigma go together: the decoded file goes to the filter as it\n"
-        "is, and the result is written as it comes, not turned and without the photo's metadata.\n"
-        "Exit code: 0 all well, 1 some photos failed, 2 wrong usage.");
+        "--template, --search and --sigma go together and take the place of --auto and --level.\n"
+        "With --bare as well the samples go to the filter as they are decoded, whatever their\n"
+        "number, and come back neither turned nor with metadata: what comparing engines needs.\n"
+        "Exit code: 0 all well, 1 some photos failed, 2 wrong usage, 130 interrupted.");
   }
 
   void addInfo() {
@@ -90,9 +95,10 @@ struct Parser {
     infoCommand->add_option("INPUT", info.inputs, "The photos")->required();
     infoCommand->add_flag("--json", info.json, "Print one JSON object a line and photo");
     infoCommand->footer(
-        "JSON: \"path\", \"name\", \"folder\", \"bytes\", \"created\", \"width\", \"height\" (as "
-        "stored),\n"
-        "\"orientation\" (1 to 8), \"psnr\" (dB, or \"inf\"), \"auto\" with \"sigma\", "
+        "JSON: \"path\", \"name\", \"folder\", \"bytes\", \"created\", \"width\", \"height\" "
+        "(upright),\n"
+        "\"orientation\" (1 to 8, of the file), \"psnr\" (dB, or \"inf\"), \"auto\" with "
+        "\"sigma\", "
         "\"template\" and\n"
         "\"search\" as exporting would use, and \"filtered\" (false for photos too small to "
         "filter).");

@@ -14,8 +14,11 @@ namespace velmara::cli {
 struct DenoiseOptions {
   std::vector<std::string> inputs;
   DenoiseMode mode = DenoiseMode::automatic();
-  /// Given by --template, --search and --sigma together; then the file goes to the filter as it is.
+  /// Given by --template, --search and --sigma together.
   std::optional<FilterParameters> explicitParameters;
+  /// With those: the decoded file goes to the filter as it is, and the result is written as it
+  /// comes.
+  bool isBare = false;
   /// "-" is standard output.
   std::optional<std::string> output;
   std::optional<std::string> outputFolder;

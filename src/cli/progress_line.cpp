@@ -1,14 +1,17 @@
 #include "cli/progress_line.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <condition_variable>
 #include <cstdio>
-#include <utility>
+#include <mutex>
+#include <stop_token>
 
 namespace velmara::cli {
 namespace {
 
-constexpr double kSecondsBetweenDrawings = 0.1;
+constexpr std::chrono::milliseconds kBetweenDrawings(100);
 constexpr int kBarWidth = 40;
 
 }  // namespace
@@ -27,27 +30,23 @@ std::string progressText(double fraction, double elapsedSeconds, int width) {
   return text;
 }
 
-ProgressLine::ProgressLine(bool isShown, std::function<double()> clock)
-    : isShown_(isShown), clock_(std::move(clock)), start_(clock_()) {}
-
-void ProgressLine::show(std::int64_t done, std::int64_t total) {
-  if (!isShown_ || total <= 0) return;
-  const std::scoped_lock lock(mutex_);
-  const double now = clock_();
-  if (now - last_ < kSecondsBetweenDrawings) return;
-  last_ = now;
-  isDrawn_ = true;
-  const double fraction = static_cast<double>(done) / static_cast<double>(total);
-  std::fprintf(stderr, "\r%s\033[K", progressText(fraction, now - start_, kBarWidth).c_str());
-  std::fflush(stderr);
-}
-
-void ProgressLine::clear() {
-  const std::scoped_lock lock(mutex_);
-  if (!isDrawn_) return;
-  isDrawn_ = false;
-  std::fputs("\r\033[K", stderr);
-  std::fflush(stderr);
+ProgressLine::ProgressLine(const JobControl& control, bool isShown) {
+  if (!isShown) return;
+  drawer_ = std::jthread([&control](const std::stop_token& stop) {
+    const auto start = std::chrono::steady_clock::now();
+    std::mutex mutex;
+    std::condition_variable_any stopped;
+    std::unique_lock lock(mutex);
+    bool isDrawn = false;
+    while (!stopped.wait_for(lock, stop, kBetweenDrawings, [&] { return stop.stop_requested(); })) {
+      const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+      std::fprintf(stderr, "\r%s\033[K",
+                   progressText(control.progress(), elapsed.count(), kBarWidth).c_str());
+      std::fflush(stderr);
+      isDrawn = true;
+    }
+    if (isDrawn) std::fputs("\r\033[K", stderr);
+  });
 }
 
 }  // namespace velmara::cli

@@ -168,7 +168,7 @@ Result<PlainPicture> toPlainPicture(VipsImagePtr image) {
   return PlainPicture{std::move(image), std::move(profile)};
 }
 
-Result<Bitmap> toBitmap(VipsImage* image) {
+Result<Bitmap> toBitmap(VipsImage* image, const JobControl* control) {
   const int width = vips().image_get_width(image);
   const int height = vips().image_get_height(image);
   auto bitmap = BitmapBuilder::allocate(width, height, vips().image_get_bands(image));
@@ -176,6 +176,7 @@ Result<Bitmap> toBitmap(VipsImage* image) {
   const VipsBandFormat format = vips().image_get_format(image);
   const VipsRegionPtr region(vips().region_new(image));
   for (int top = 0; top < height; top += kStripRows) {
+    if (control != nullptr && control->isCancelled()) return Error{"reading was cancelled"};
     const VipsRect strip = {0, top, width, std::min(kStripRows, height - top)};
     if (vips().region_prepare(region.get(), &strip) != 0) return Error{};
     for (int y = top; y < top + strip.height; ++y) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/image.h"
+#include "base/job_control.h"
 #include "base/result.h"
 #include "imaging/vips_handle.h"
 
@@ -18,8 +19,9 @@ struct PlainPicture {
 Result<PlainPicture> toPlainPicture(VipsImagePtr image);
 
 /// Computes the pixels of a plain picture from top to bottom, straight into a bitmap; 16 bits
-/// become 8 by rounding. Error without words if the decoder fails (takeVipsError has them).
-Result<Bitmap> toBitmap(VipsImage* image);
+/// become 8 by rounding. Error without words if the decoder fails (takeVipsError has them). A
+/// control that is cancelled ends it between strips of rows.
+Result<Bitmap> toBitmap(VipsImage* image, const JobControl* control = nullptr);
 
 /// The embedded ICC profile, if it is one for pictures; null if not.
 ColorProfile embeddedProfile(const VipsImage* image);

@@ -1,16 +1,9 @@
 #include "imaging/file_format.h"
 
-#include "imaging/file_kind.h"
-#include "imaging/input_file.h"
-
 namespace velmara {
 
-std::optional<FileFormat> formatOfFile(const std::string& path) {
-  const auto file = InputFile::open(path);
-  if (!file) return std::nullopt;
-  const auto kind = fileKindOf(file->read(0, kSignatureBytes));
-  if (!kind) return std::nullopt;
-  switch (*kind) {
+std::optional<FileFormat> formatOf(FileKind kind) {
+  switch (kind) {
     case FileKind::jpeg:
       return FileFormat::jpeg;
     case FileKind::tiff:

@@ -1,14 +1,13 @@
 #pragma once
 
 #include <optional>
-#include <string>
 
+#include "imaging/file_kind.h"
 #include "imaging/image_writer.h"
 
 namespace velmara {
 
-/// The format a file is in, by its contents, if it is one of those that are written too; nothing
-/// for every other kind of file and for one that cannot be opened. Any thread.
-std::optional<FileFormat> formatOfFile(const std::string& path);
+/// The format that a kind of file is written in; nothing for the kinds that are only read.
+std::optional<FileFormat> formatOf(FileKind kind);
 
 }  // namespace velmara

@@ -30,13 +30,14 @@ Status checkSamples(const PictureFile& file) {
   return Done{};
 }
 
-Result<Page> decodePage(const PictureFile& file, int number, bool tolerant) {
+Result<Page> decodePage(const PictureFile& file, int number, bool tolerant,
+                        const JobControl* control) {
   auto opened = openPicture(file, number, tolerant);
   if (!opened) return Error{opened.error()};
   if (const Status whole = checkSamples(file); !whole) return Error{whole.error()};
   auto plain = toPlainPicture(std::move(opened.value().image));
   if (!plain) return explained(plain.error(), file.kind);
-  auto bitmap = toBitmap(plain->image.get());
+  auto bitmap = toBitmap(plain->image.get(), control);
   if (!bitmap) return explained(bitmap.error(), file.kind);
   return Page{std::move(bitmap).value(), std::move(plain).value().profile};
 }
@@ -56,10 +57,10 @@ bool isHarmless(const std::string& message) {
 
 /// Decodes a JPEG. libjpeg goes on after any fault but one; a picture is whole if there was none,
 /// or one that does no harm (it tells only the first in words, so a second counts as damage).
-Result<Page> decodeJpeg(const PictureFile& file) {
+Result<Page> decodeJpeg(const PictureFile& file, const JobControl* control) {
   for (const bool tolerant : {false, true}) {
     const DecoderWarnings warnings;
-    auto page = decodePage(file, 0, tolerant);
+    auto page = decodePage(file, 0, tolerant, control);
     if (!page && (tolerant || !isHarmless(page.error()))) return page;
     if (!page) continue;
     if (warnings.count() == 0 || (warnings.count() == 1 && isHarmless(warnings.first()))) {
@@ -70,8 +71,9 @@ Result<Page> decodeJpeg(const PictureFile& file) {
   return damagedFile(file.kind);
 }
 
-Result<Page> readPage(const PictureFile& file, int number) {
-  return file.kind == FileKind::jpeg ? decodeJpeg(file) : decodePage(file, number, true);
+Result<Page> readPage(const PictureFile& file, int number, const JobControl* control) {
+  return file.kind == FileKind::jpeg ? decodeJpeg(file, control)
+                                     : decodePage(file, number, true, control);
 }
 
 Status checkTotal(const std::vector<RepresentationSize>& pages) {
@@ -90,15 +92,19 @@ Status checkTotal(const std::vector<RepresentationSize>& pages) {
 }  // namespace
 
 Result<Image> readImage(const std::string& path, const ReadOptions& options) {
-  auto file = openPictureFile(path);
-  if (!file) return Error{file.error()};
-  if (options.representations == Representations::first) file.value().pages.resize(1);
-  if (const Status allowed = checkTotal(file->pages); !allowed) return Error{allowed.error()};
+  const auto file = openPictureFile(path);
+  return file ? readImage(*file, options) : Result<Image>(Error{file.error()});
+}
+
+Result<Image> readImage(const PictureFile& file, const ReadOptions& options) {
+  std::vector<RepresentationSize> pages = file.pages;
+  if (options.representations == Representations::first) pages.resize(1);
+  if (const Status allowed = checkTotal(pages); !allowed) return Error{allowed.error()};
 
   std::vector<Bitmap> representations;
   ColorProfile profile;
-  for (std::size_t i = 0; i < file->pages.size(); ++i) {
-    auto page = readPage(*file, static_cast<int>(i));
+  for (std::size_t i = 0; i < pages.size(); ++i) {
+    auto page = readPage(file, static_cast<int>(i), options.control);
     if (!page && i > 0) return Error{"page " + std::to_string(i + 1) + ": " + page.error()};
     if (!page) return Error{page.error()};
     if (i == 0) profile = page->profile;
@@ -112,9 +118,13 @@ Result<Image> readImage(const std::string& path, const ReadOptions& options) {
 Result<std::vector<RepresentationSize>> readRepresentationSizes(const std::string& path) {
   const auto file = openPictureFile(path);
   if (!file) return Error{file.error()};
-  const auto first = openPicture(*file, 0);
+  return readRepresentationSizes(*file);
+}
+
+Result<std::vector<RepresentationSize>> readRepresentationSizes(const PictureFile& file) {
+  const auto first = openPicture(file, 0);
   if (!first) return Error{first.error()};
-  std::vector<RepresentationSize> sizes = file->pages;
+  std::vector<RepresentationSize> sizes = file.pages;
   sizes[0] = {vips().image_get_width(first->image.get()),
               vips().image_get_height(first->image.get())};
   return sizes;

@@ -1,21 +1,14 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "base/image.h"
+#include "base/job_control.h"
 #include "base/result.h"
+#include "imaging/picture_file.h"
 
 namespace velmara {
-
-/// Width and height of one of the pictures inside a file, in pixels as stored.
-struct RepresentationSize {
-  std::int64_t width = 0;
-  std::int64_t height = 0;
-
-  friend bool operator==(const RepresentationSize&, const RepresentationSize&) = default;
-};
 
 enum class Representations {
   /// The first picture of a file only.
@@ -26,6 +19,8 @@ enum class Representations {
 
 struct ReadOptions {
   Representations representations = Representations::all;
+  /// Cancelled between strips of rows, with an error.
+  const JobControl* control = nullptr;
 };
 
 /// Decodes a file: JPEG, PNG, TIFF, BMP, GIF, WebP, JPEG 2000, HEIC, AVIF or PNM (P1 to P6), told
@@ -48,9 +43,12 @@ struct ReadOptions {
 ///
 /// `path` is in the file system's own bytes. Any thread.
 Result<Image> readImage(const std::string& path, const ReadOptions& options = {});
+/// The same of a file that is open.
+Result<Image> readImage(const PictureFile& file, const ReadOptions& options = {});
 
 /// The pixel sizes of all representations readImage would give, from the file's headers alone.
 /// Any thread.
 Result<std::vector<RepresentationSize>> readRepresentationSizes(const std::string& path);
+Result<std::vector<RepresentationSize>> readRepresentationSizes(const PictureFile& file);
 
 }  // namespace velmara

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "imaging/metadata_value.h"
+#include "imaging/picture_file.h"
 
 namespace velmara {
 
@@ -46,5 +47,7 @@ class ImageMetadata {
 /// read (see readImage) or its headers are damaged. Metadata that is damaged is left out where it
 /// cannot be understood. Pixels are not decoded. Any thread.
 std::optional<ImageMetadata> readMetadata(const std::string& path);
+/// The same of a file that is open.
+std::optional<ImageMetadata> readMetadata(const PictureFile& file);
 
 }  // namespace velmara

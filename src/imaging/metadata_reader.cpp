@@ -84,9 +84,18 @@ void readPackets(const VipsImage* image, MetadataCarrier& carrier) {
   }
 }
 
-void readFile(const std::string& path, MetadataCarrier& carrier) {
+// Up to here a file is read into memory for its metadata; beyond, which only TIFFs are, Exiv2 looks
+// at the file itself.
+constexpr std::int64_t kMostReadWhole = std::int64_t{64} << 20U;
+
+void readFile(const PictureFile& file, MetadataCarrier& carrier) {
+  const bool isWhole = file.file.size() <= kMostReadWhole;
+  const auto bytes = isWhole ? file.file.read(0, static_cast<std::size_t>(file.file.size()))
+                             : std::vector<std::uint8_t>();
   // Given the file and not its name, Exiv2 does not take names for addresses to fetch.
-  Exiv2::BasicIo::AutoPtr io(new Exiv2::FileIo(path));
+  Exiv2::BasicIo::AutoPtr io(isWhole ? static_cast<Exiv2::BasicIo*>(new Exiv2::MemIo(
+                                           bytes.data(), static_cast<long>(bytes.size())))
+                                     : new Exiv2::FileIo(file.path));
   const Exiv2::Image::AutoPtr image = Exiv2::ImageFactory::open(io);
   if (image.get() == nullptr) return;
   image->readMetadata();
@@ -97,18 +106,18 @@ void readFile(const std::string& path, MetadataCarrier& carrier) {
   carrier.byteOrder = image->byteOrder();
 }
 
-std::shared_ptr<const MetadataCarrier> readCarrier(const std::string& path, FileKind kind,
+std::shared_ptr<const MetadataCarrier> readCarrier(const PictureFile& file,
                                                    const VipsImage* image) {
   const auto lock = lockExiv2();
   auto carrier = std::make_shared<MetadataCarrier>();
   try {
-    switch (kind) {
+    switch (file.kind) {
       case FileKind::jpeg:
       case FileKind::png:
       case FileKind::tiff:
       case FileKind::webp:
       case FileKind::jpeg2000:
-        readFile(path, *carrier);
+        readFile(file, *carrier);
         break;
       case FileKind::heif:
         readPackets(image, *carrier);
@@ -127,14 +136,17 @@ std::shared_ptr<const MetadataCarrier> readCarrier(const std::string& path, File
 }  // namespace
 
 std::optional<ImageMetadata> readMetadata(const std::string& path) {
+  const auto file = openPictureFile(path);
+  return file ? readMetadata(*file) : std::nullopt;
+}
+
+std::optional<ImageMetadata> readMetadata(const PictureFile& file) {
   try {
-    const auto file = openPictureFile(path);
-    if (!file) return std::nullopt;
-    const auto picture = openPicture(*file, 0);
+    const auto picture = openPicture(file, 0);
     if (!picture) return std::nullopt;
     MetadataDictionary dictionary;
     addHeader(picture->image.get(), dictionary);
-    auto carrier = readCarrier(path, file->kind, picture->image.get());
+    auto carrier = readCarrier(file, picture->image.get());
     const auto lock = lockExiv2();
     try {
       addMetadataGroups(*carrier, dictionary);

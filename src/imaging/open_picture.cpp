@@ -2,10 +2,8 @@
 
 #include <utility>
 
-#include "imaging/initialise.h"
+#include "base/bitmap.h"
 #include "imaging/memory_budget.h"
-#include "imaging/pnm_check.h"
-#include "imaging/tiff_directories.h"
 
 namespace velmara {
 namespace {
@@ -66,28 +64,6 @@ Status checkSize(const VipsImage* image, const PictureFile& file) {
 }
 
 }  // namespace
-
-Result<PictureFile> openPictureFile(const std::string& path) {
-  if (!initialiseImaging()) return Error{"the picture libraries cannot be started"};
-  auto file = InputFile::open(path);
-  if (!file) return Error{file.error()};
-  const auto head = file->read(0, kSignatureBytes);
-  if (looksLikeCameraRaw(head)) return Error{"camera RAW files are not supported yet"};
-  const std::optional<FileKind> kind = fileKindOf(head);
-  if (!kind) return Error{"it is not a picture of a kind that can be read"};
-
-  if (*kind == FileKind::pnm) {
-    if (const Status header = checkPnmHeader(*file); !header) return Error{header.error()};
-  }
-  std::vector<RepresentationSize> pages(1);
-  if (*kind == FileKind::tiff) {
-    TiffDirectories directories = readTiffDirectories(*file);
-    if (directories.isCameraRaw) return Error{"camera RAW files are not supported yet"};
-    if (directories.sizes.empty()) return Error{"the TIFF file is damaged or cut short"};
-    pages = std::move(directories.sizes);
-  }
-  return PictureFile{std::move(file).value(), *kind, std::move(pages)};
-}
 
 Result<OpenedPicture> openPicture(const PictureFile& file, int page, bool tolerant) {
   OpenedPicture picture;

@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "imaging/image_reader.h"
-#include "imaging/input_file.h"
+#include "imaging/picture_file.h"
 
 namespace velmara {
 

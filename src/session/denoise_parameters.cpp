@@ -104,6 +104,11 @@ FilterParameters filterParameters(const SigmaThreshold& parameters, const Denois
           templateWindow < threshold ? threshold : templateWindow + 1};
 }
 
+FilterParameters exportParameters(double psnr, const DenoiseMode& mode) {
+  const double effective = effectivePsnr(static_cast<float>(psnr), true, 1.0F);
+  return filterParameters(mapNoiseToParameters(effective, mode, true, {}).parameters, mode);
+}
+
 FilterParameters calibrationParameters(const SigmaThreshold& parameters, const DenoiseMode& mode) {
   const int templateWindow = templateWindowFor(mode);
   return {parameters.SIGMA_VAL, templateWindow, std::max(templateWindow, parameters.THRESHOLD_VAL)};

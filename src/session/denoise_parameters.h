@@ -64,6 +64,10 @@ int templateWindowFor(const DenoiseMode& mode);
 /// template plus 1.
 FilterParameters filterParameters(const SigmaThreshold& parameters, const DenoiseMode& mode);
 
+/// The parameters an export uses for a photo of a measured noise level, with nothing left behind by
+/// earlier choices.
+FilterParameters exportParameters(double psnr, const DenoiseMode& mode);
+
 /// The windows of a speed measurement: the larger of template and threshold, which differs from a
 /// run's on purpose.
 FilterParameters calibrationParameters(const SigmaThreshold& parameters, const DenoiseMode& mode);

@@ -28,12 +28,31 @@ Size largestOf(const Image& image) {
 
 }  // namespace
 
-Result<LoadedPhoto> loadPhoto(const std::string& path, const JobControl* /*control*/) {
-  LoadedPhoto photo{PhotoFile::initWithFileUrl(path), {}, {}};
-  auto image = readImage(path);
+Result<LoadedPhoto> openPhoto(const std::string& path) {
+  auto opened = openPictureFile(path);
+  if (!opened) return Error{opened.error()};
+  auto file = std::make_shared<const PictureFile>(std::move(opened).value());
+  const auto sizes = readRepresentationSizes(*file);
+  if (!sizes) return Error{sizes.error()};
+  LoadedPhoto photo{PhotoFile::initWithFile(path, file.get(), *sizes), {}, {}, file};
+  for (const RepresentationSize& size : *sizes) {
+    photo.fullSize.width = std::max(photo.fullSize.width, static_cast<double>(size.width));
+    photo.fullSize.height = std::max(photo.fullSize.height, static_cast<double>(size.height));
+  }
+  return photo;
+}
+
+Result<LoadedPhoto> loadPixels(LoadedPhoto photo, const JobControl* control) {
+  if (photo.file == nullptr) {
+    auto opened = openPictureFile(photo.record.filePath);
+    if (!opened) return Error{opened.error()};
+    photo.file = std::make_shared<const PictureFile>(std::move(opened).value());
+  }
+  auto image = readImage(*photo.file, {Representations::all, control});
   if (!image) return Error{image.error()};
   photo.image = std::move(image).value();
   photo.fullSize = largestOf(photo.image);
+  photo.file = nullptr;
   return photo;
 }
 

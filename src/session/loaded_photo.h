@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,26 +11,34 @@
 #include "base/job_control.h"
 #include "base/result.h"
 #include "imaging/image_writer.h"
+#include "imaging/picture_file.h"
 #include "session/denoise_parameters.h"
 #include "session/photo_file.h"
 
 namespace velmara {
 
-/// A photo as it came from its file, read once. A value: copies share the pixels.
+/// A photo as it came from its file, which is opened once for all of it. A value: copies share the
+/// pixels.
 struct LoadedPhoto {
   PhotoFile record;
-  /// Every picture of the file, pixels as stored; not valid where only the record was read or the
-  /// pixels were given up to save memory.
+  /// Every picture of the file, pixels as stored; not valid while only the record has been read, or
+  /// after the pixels were given up to save memory.
   Image image;
   /// The largest width and the largest height of the file's pictures: what an export has, before it
   /// is turned upright.
   Size fullSize;
+  /// The file, open until its pixels have been read.
+  std::shared_ptr<const PictureFile> file;
 };
 
-/// Reads a photo's file, record and pixels. An error says in words why there are none (for a file
-/// that is no picture, damaged, or too large). Not on the main thread: decoding takes its time. A
-/// control that is cancelled ends it early, with an error.
-Result<LoadedPhoto> loadPhoto(const std::string& path, const JobControl* control = nullptr);
+/// Opens a photo's file and reads its headers. An error says in words why that cannot be done (it
+/// is no picture, or damaged, or too large). Quick.
+Result<LoadedPhoto> openPhoto(const std::string& path);
+
+/// Reads the pixels, from the open file, or else by opening it again; the result has them, and the
+/// file no more. Not on the main thread: it takes its time. A control that is cancelled ends it
+/// early, with an error.
+Result<LoadedPhoto> loadPixels(LoadedPhoto photo, const JobControl* control = nullptr);
 
 /// Whether the record's photo has enough pixels to be filtered at all.
 bool isLargeEnoughToFilter(const PhotoFile& photo);

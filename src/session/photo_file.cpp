@@ -39,6 +39,14 @@ std::string extensionOf(const std::string& name) {
 }  // namespace
 
 PhotoFile PhotoFile::initWithFileUrl(const std::string& path) {
+  const auto file = openPictureFile(path);
+  if (!file) return initWithFile(path, nullptr, {});
+  const auto sizes = readRepresentationSizes(*file);
+  return initWithFile(path, &*file, sizes ? *sizes : std::vector<RepresentationSize>());
+}
+
+PhotoFile PhotoFile::initWithFile(const std::string& path, const PictureFile* file,
+                                  const std::vector<RepresentationSize>& sizes) {
   PhotoFile record;
   const fs::path location(path);
   record.filePath = path;
@@ -58,13 +66,11 @@ PhotoFile PhotoFile::initWithFileUrl(const std::string& path) {
     logLine("Not found");
   }
 
-  if (const auto sizes = readRepresentationSizes(path)) {
-    for (const RepresentationSize& size : sizes.value()) {
-      if (size.width > 0) record.width = size.width;
-      if (size.height > 0) record.height = size.height;
-    }
+  for (const RepresentationSize& size : sizes) {
+    if (size.width > 0) record.width = size.width;
+    if (size.height > 0) record.height = size.height;
   }
-  record.metaInfoDict = exifDict(path);
+  if (file != nullptr) record.metaInfoDict = readMetadata(*file);
   return record;
 }
 

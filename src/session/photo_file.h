@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/image.h"
 #include "imaging/metadata.h"
@@ -18,6 +19,9 @@ class PhotoFile {
   /// `fileSize` "0" and no creation date (and one log line), a file that is no picture leaves
   /// `width` and `height` 0, and one without readable properties has no `metaInfoDict`.
   static PhotoFile initWithFileUrl(const std::string& path);
+  /// The same of a file that is open, with the sizes of its pictures; null for one that is none.
+  static PhotoFile initWithFile(const std::string& path, const PictureFile* file,
+                                const std::vector<RepresentationSize>& sizes);
 
   /// The properties of the first picture in a file; nothing if they cannot be read.
   static std::optional<ImageMetadata> exifDict(const std::string& path);

@@ -66,10 +66,10 @@ class Run {
   void planSteps() {
     const bool filters = request_.filters && !isOnlyWritten();
     const bool measures = filters && !request_.parameters && request_.psnrOfRealImage == 0.0F;
-    const bool needsPixels = !request_.filters || (filters && isWhole()) || measures;
+    needsPixels_ = !request_.filters || (filters && isWhole()) || measures;
     const bool hasPixels = request_.photo && request_.photo->image.isValid();
     const bool writes = request_.output.has_value();
-    plan(PhotoStep::load, !request_.photo || (needsPixels && !hasPixels));
+    plan(PhotoStep::load, !request_.photo || (needsPixels_ && !hasPixels));
     plan(PhotoStep::calibrate, request_.calibrates);
     plan(PhotoStep::measure, measures);
     plan(PhotoStep::choose, filters);
@@ -129,8 +129,13 @@ class Run {
   }
 
   Status load() {
-    const std::string& path = request_.photo ? request_.photo->record.filePath : request_.path;
-    auto loaded = loadPhoto(path, &control_);
+    if (!request_.photo) {
+      auto opened = openPhoto(request_.path);
+      if (!opened) return Error{opened.error()};
+      result_.photo = std::move(opened).value();
+    }
+    if (!needsPixels_) return Done{};
+    auto loaded = loadPixels(result_.photo, &control_);
     if (!loaded) return Error{loaded.error()};
     result_.photo = std::move(loaded).value();
     return Done{};
@@ -240,7 +245,7 @@ class Run {
     if (isOwnFile) {
       result_.hasReplacedPhoto = true;
       result_.photo = {
-          PhotoFile::initWithFileUrl(result_.photo.record.filePath), {}, upright_.size()};
+          PhotoFile::initWithFileUrl(result_.photo.record.filePath), {}, upright_.size(), nullptr};
       result_.image = upright_;
     }
     return Done{};
@@ -251,6 +256,7 @@ class Run {
   JobControl& control_;
   const std::function<void(std::int64_t)>& calibrated_;
   std::array<bool, kPhotoSteps> isPlanned_{};
+  bool needsPixels_ = false;
   Image upright_;
   PhotoJobResult result_;
 };

@@ -32,7 +32,7 @@ struct PhotoOutput {
 /// again once it has started. The steps, each left out where it is not asked for or its result is
 /// handed in:
 ///
-///   load       `photo`, or the file at `path`
+///   load       the file at `path`, or the pixels of `photo`
 ///   calibrate  only with `calibrates`
 ///   measure    the whole photo's noise, unless `psnrOfRealImage` or `parameters` are known
 ///   choose     by `mode` and the noise, or `parameters`

@@ -41,11 +41,6 @@ Result<Image> loadWholePhoto(const PhotoFile& photo) {
   return image;
 }
 
-FilterParameters exportParameters(double psnr, const DenoiseMode& mode) {
-  const double effective = effectivePsnr(static_cast<float>(psnr), true, 1.0F);
-  return filterParameters(mapNoiseToParameters(effective, mode, true, {}).parameters, mode);
-}
-
 Result<Image> uprightAtFullSize(const PhotoFile& photo, const Image& filtered) {
   Size largest;
   if (const auto sizes = readRepresentationSizes(photo.filePath)) {

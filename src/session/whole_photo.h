@@ -20,17 +20,6 @@ namespace velmara {
 /// canvas, pixels as stored.
 Result<Image> loadWholePhoto(const PhotoFile& photo);
 
-/// A whole photo after the filter.
-struct FilteredPhoto {
-  Image image;
-  FilterParameters parameters;
-  /// Photos too small for the filter are passed through as they are.
-  bool isFiltered = true;
-};
-
-/// The parameters an export uses for a photo of a measured noise level.
-FilterParameters exportParameters(double psnr, const DenoiseMode& mode);
-
 /// The photo at the size of its largest representation, turned upright as its orientation says:
 /// what goes into the file. A result whose photo has vanished meanwhile keeps its own size.
 Result<Image> uprightAtFullSize(const PhotoFile& photo, const Image& filtered);

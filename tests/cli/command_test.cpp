@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <signal.h>
 #include <string>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
@@ -43,6 +44,32 @@ std::string photoIn(const ScratchFolder& folder, const std::string& name, int or
   runProgram({"exiv2", "-Mset Exif.Image.Orientation Short " + std::to_string(orientation), path});
   return path;
 }
+
+/// How often a file was opened while this lives.
+class OpenCount {
+ public:
+  explicit OpenCount(const std::string& path) : queue_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+    // Equal events in a row come as one: what is done with the file parts its openings.
+    EXPECT_GE(::inotify_add_watch(queue_, path.c_str(), IN_OPEN | IN_ACCESS | IN_CLOSE), 0);
+  }
+  OpenCount(const OpenCount&) = delete;
+  OpenCount& operator=(const OpenCount&) = delete;
+  ~OpenCount() { ::close(queue_); }
+  int opened() const {
+    alignas(inotify_event) char events[256 * sizeof(inotify_event)];
+    int count = 0;
+    for (ssize_t got; (got = ::read(queue_, events, sizeof events)) > 0;) {
+      for (ssize_t at = 0; at < got; at += static_cast<ssize_t>(sizeof(inotify_event))) {
+        const auto* event = reinterpret_cast<const inotify_event*>(events + at);
+        if ((event->mask & IN_OPEN) != 0) ++count;
+      }
+    }
+    return count;
+  }
+
+ private:
+  int queue_;
+};
 
 class CommandTest : public testing::Test {
  protected:
@@ -103,19 +130,41 @@ TEST_F(CommandTest, StandardOutputCarriesThePictureAlone) {
   EXPECT_EQ(piped.output, contentsOf(folder.file("file.png")));
 }
 
-TEST_F(CommandTest, ExplicitNumbersFilterTheFileAsItIs) {
+TEST_F(CommandTest, ExplicitNumbersGoThePhotosOwnRoad) {
   photoIn(folder, "in.jpg", 6);
-  const auto result = velmara(
-      {"denoise", "--template", "3", "--search", "7", "--sigma", "9", "-o", "out.png", "in.jpg"},
-      folder);
-  ASSERT_EQ(result.exitCode, 0) << result.errors;
-  EXPECT_EQ(readImage(folder.file("out.png"))->bitmap().width(), 160);
-  const auto refused = velmara(
-      {"denoise", "--template", "8", "--search", "7", "--sigma", "9", "-o", "none.png", "in.jpg"},
-      folder);
+  runProgram({"convert", folder.file("in.jpg"), "-auto-orient", "-colorspace", "Gray",
+              folder.file("gray.png")});
+  runProgram({"exiv2", "-Mset Exif.Image.Make Ascii Kamera", folder.file("in.jpg")});
+  const auto denoise = [&](std::vector<std::string> words, const std::string& template_ = "3") {
+    words.insert(words.begin(),
+                 {"denoise", "--template", template_, "--search", "7", "--sigma", "9"});
+    return velmara(words, folder);
+  };
+  ASSERT_EQ(denoise({"-o", "out.png", "in.jpg"}).exitCode, 0);
+  EXPECT_EQ(readImage(folder.file("out.png"))->bitmap().width(), 120);
+  EXPECT_THAT(runProgram({"exiv2", "-PEkv", folder.file("out.png")}).output, HasSubstr("Kamera"));
+  // A gray photo is filtered like any other, not sheared as one sample a pixel is.
+  ASSERT_EQ(denoise({"-o", "gray-out.png", "gray.png"}).exitCode, 0);
+  const auto apart = runProgram(
+      {"compare", "-metric", "MAE", folder.file("gray.png"), folder.file("gray-out.png"), "null:"});
+  EXPECT_LT(std::stod(apart.errors), 0.03 * 65535) << apart.errors;
+
+  ASSERT_EQ(denoise({"--bare", "-o", "bare.png", "in.jpg"}).exitCode, 0);
+  EXPECT_EQ(readImage(folder.file("bare.png"))->bitmap().width(), 160);
+  EXPECT_EQ(runProgram({"exiv2", "-PEkv", folder.file("bare.png")}).output, "");
+
+  const auto refused = denoise({"-o", "none.png", "in.jpg"}, "8");
   EXPECT_EQ(refused.exitCode, 1);
   EXPECT_THAT(refused.errors, HasSubstr("must not be larger"));
-  EXPECT_THAT(folder.names(), UnorderedElementsAre("in.jpg", "out.png"));
+  EXPECT_FALSE(std::filesystem::exists(folder.file("none.png")));
+}
+
+TEST_F(CommandTest, OpensThePhotoOnce) {
+  for (const std::string name : {"in.jpg", "in.png", "in.tiff"}) {
+    const OpenCount count(photoIn(folder, name));
+    ASSERT_EQ(velmara({"denoise", "--level", "2", name}, folder).exitCode, 0);
+    EXPECT_EQ(count.opened(), 1) << name;
+  }
 }
 
 TEST_F(CommandTest, OneBadFileDoesNotStopTheOthers) {
@@ -200,7 +249,7 @@ TEST_F(CommandTest, InfoPrintsOneDocumentedObjectALine) {
       {"python3", "-c",
        "import json,sys\n"
        "a,b,c=[json.loads(l) for l in sys.argv[1].splitlines()]\n"
-       "assert (a['path'],a['width'],a['height'],a['orientation'])==('in.jpg',160,120,8), a\n"
+       "assert (a['path'],a['width'],a['height'],a['orientation'])==('in.jpg',120,160,8), a\n"
        "assert 15<a['psnr']<35 and a['filtered'], a\n"
        "assert set(a['auto'])=={'sigma','template','search'} and a['auto']['template']==3, a\n"
        "assert b['psnr']=='inf' and b['auto']=={'sigma':10,'template':3,'search':8}, b\n"

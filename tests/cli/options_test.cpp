@@ -9,7 +9,7 @@
 
 #include "base/bitmap.h"
 #include "cli/comparison.h"
-#include "cli/output_paths.h"
+#include "cli/output.h"
 #include "cli/progress_line.h"
 
 namespace velmara::cli {
@@ -34,6 +34,7 @@ TEST(OptionsTest, RefusesWrongUsageWithCodeTwo) {
       {"denoise", "--template", "3", "--search", "7", "a.jpg"},
       {"denoise", "--template", "3", "--search", "7", "--sigma", "5", "--level", "2", "a.jpg"},
       {"denoise", "--sigma", "many", "--template", "3", "--search", "7", "a.jpg"},
+      {"denoise", "--bare", "a.jpg"},
       {"denoise", "--format", "webp", "a.jpg"},
       {"denoise", "-o", "out.xyz", "a.jpg"},
       {"denoise", "-o", "out.png", "a.jpg", "b.jpg"},

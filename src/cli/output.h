@@ -1,8 +1,14 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
+#include <set>
+#include <span>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "base/result.h"
 #include "cli/options.h"
 #include "imaging/image_writer.h"
 
@@ -27,5 +33,29 @@ struct OutputTarget {
 /// input. The input's own extension is kept where it fits the format.
 OutputTarget outputTarget(const std::string& input, std::optional<FileFormat> inputFormat,
                           const DenoiseOptions& options);
+
+/// The files that one call of the program may write: none of its inputs, none that is there already
+/// unless replacing is allowed, and none twice.
+class OutputFiles {
+ public:
+  OutputFiles(const std::vector<std::string>& inputs, bool mayReplace);
+
+  bool mayReplace() const { return mayReplace_; }
+  /// Whether a path may be written, asked before the work of making its contents is done. "-" is
+  /// standard output and always allowed.
+  Status check(const std::string& path) const;
+  /// Says that a file was written.
+  void wasWritten(const std::string& path);
+
+ private:
+  using FileIdentity = std::pair<std::uint64_t, std::uint64_t>;  // device and inode
+
+  std::set<FileIdentity> inputs_;
+  std::set<FileIdentity> written_;
+  bool mayReplace_;
+};
+
+/// Writes everything to standard output; an interrupt ends that with an error.
+Status writeToStandardOutput(std::span<const std::uint8_t> bytes);
 
 }  // namespace velmara::cli

@@ -1,10 +1,16 @@
-#include "cli/output_paths.h"
+#include "cli/output.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cerrno>
 #include <filesystem>
 #include <string_view>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+#include "cli/interrupt.h"
 
 namespace velmara::cli {
 namespace {
@@ -34,6 +40,13 @@ std::string extensionFor(FileFormat format) {
     if (name.format == format) return "." + std::string(name.extension);
   }
   return {};
+}
+
+template <typename Identity>
+std::optional<Identity> identityOf(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+  return Identity{status.st_dev, status.st_ino};
 }
 
 }  // namespace
@@ -67,6 +80,39 @@ OutputTarget outputTarget(const std::string& input, std::optional<FileFormat> in
   const fs::path folder =
       options.outputFolder ? fs::path(*options.outputFolder) : source.parent_path();
   return {(folder / name).string(), format};
+}
+
+OutputFiles::OutputFiles(const std::vector<std::string>& inputs, bool mayReplace)
+    : mayReplace_(mayReplace) {
+  for (const std::string& input : inputs) {
+    if (const auto identity = identityOf<FileIdentity>(input)) inputs_.insert(*identity);
+  }
+}
+
+Status OutputFiles::check(const std::string& path) const {
+  if (path == "-") return Done{};
+  const auto identity = identityOf<FileIdentity>(path);
+  if (!identity) return Done{};
+  if (inputs_.contains(*identity)) return Error{"an input is never replaced: " + path};
+  if (written_.contains(*identity)) return Error{"two photos would be written to " + path};
+  if (!mayReplace_) return Error{path + " is there already (--force replaces it)"};
+  return Done{};
+}
+
+void OutputFiles::wasWritten(const std::string& path) {
+  if (const auto identity = identityOf<FileIdentity>(path)) written_.insert(*identity);
+}
+
+Status writeToStandardOutput(std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR && !cancelledByInterrupt().isCancelled()) continue;
+    if (written <= 0) {
+      return Error{"cannot write to standard output: " + std::generic_category().message(errno)};
+    }
+    bytes = bytes.subspan(static_cast<std::size_t>(written));
+  }
+  return Done{};
 }
 
 }  // namespace velmara::cli
