@@ -139,8 +139,19 @@ void AppStoreWindow::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   layoutEdges();
   Q_EMIT windowDidResize();
-  liveResize_ =
-      timers_.scheduledTimer(kResizeEnds, false, [this] { Q_EMIT windowDidEndLiveResize(); });
+  awaitEndOfResize();
+}
+
+// Whoever drags an edge may rest. The desktop that does the resizing lets the button's release
+// through to the edge.
+void AppStoreWindow::awaitEndOfResize() {
+  liveResize_ = timers_.scheduledTimer(kResizeEnds, false, [this] {
+    if (QGuiApplication::mouseButtons().testFlag(Qt::LeftButton)) {
+      awaitEndOfResize();
+    } else {
+      Q_EMIT windowDidEndLiveResize();
+    }
+  });
 }
 
 void AppStoreWindow::paintEvent(QPaintEvent* /*event*/) {

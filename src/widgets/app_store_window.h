@@ -70,7 +70,7 @@ class AppStoreWindow : public QWidget {
   /// The window has a new size.
   void windowDidResize();
 
-  /// The size has not changed for a quarter of a second after it did.
+  /// The size has not changed for 0.15 seconds after it did, and no edge is being dragged.
   void windowDidEndLiveResize();
 
   /// The window is about to close.
@@ -92,6 +92,7 @@ class AppStoreWindow : public QWidget {
 
   bool fillsScreen() const;
   void layoutEdges();
+  void awaitEndOfResize();
   void setView(QPointer<QWidget>& slot, QWidget* holder, QWidget* view);
 
   TimerScheduler& timers_;

@@ -192,6 +192,7 @@ TEST_F(AppStoreWindowTest, ADoubleClickOnTheTitleBarMaximisesAndBringsBack) {
   window.setResizable(false);
   QTest::mouseDClick(titleBar, Qt::LeftButton);
   EXPECT_FALSE(window.isMaximized());
+  QTest::mouseRelease(titleBar, Qt::LeftButton);  // A double click ends with the button down.
 }
 
 TEST_F(AppStoreWindowTest, TellsWhenAResizeHasEnded) {
@@ -207,6 +208,15 @@ TEST_F(AppStoreWindowTest, TellsWhenAResizeHasEnded) {
   EXPECT_EQ(resizeEnds, 1);
   time.advance(5.0);
   EXPECT_EQ(resizeEnds, 1);
+
+  // Whoever drags an edge may rest.
+  QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, {403, 150});
+  window.resize(470, 320);
+  time.advance(5.0);
+  EXPECT_EQ(resizeEnds, 1);
+  QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, {403, 150});
+  time.advance(0.2);
+  EXPECT_EQ(resizeEnds, 2);
 }
 
 TEST_F(AppStoreWindowTest, AsksBeforeItCloses) {
