@@ -6,6 +6,7 @@
 #include <cmath>
 #include <utility>
 
+#include "preview/split_line.h"
 #include "preview/views/picture_view.h"
 #include "preview/window_geometry.h"
 #include "widgets/customized_split_view.h"
@@ -17,14 +18,30 @@ QRect wholeRect(const Rect& rect) {
   return QRectF(rect.x, rect.y, rect.width, rect.height).toRect();
 }
 
-void setVisibleIf(QWidget* view, const std::optional<bool>& isShown) {
-  if (isShown) view->setVisible(*isShown);
+Size sizeOf(const QWidget& view) {
+  return {static_cast<double>(view.width()), static_cast<double>(view.height())};
+}
+
+// The views of a container cover it, and so do the views in them.
+void place(QWidget* container, const Rect& frame) {
+  container->setGeometry(wholeRect(frame));
+  for (QWidget* view : container->findChildren<QWidget*>()) view->setGeometry(container->rect());
 }
 
 }  // namespace
 
-PreviewController::PreviewController(PreviewViews views, PreviewServices services)
-    : views_(views), services_(std::move(services)) {
+PreviewController::PreviewController(PreviewViews views, const PreviewServices& services)
+    : views_(views),
+      services_(services),
+      picture_({views.imgPreviewPhoto, views.imgPreviewPhotoForDual}, services.mainQueue,
+               services.globalQueue),
+      region_(services),
+      result_(views, viewport_, services.mainQueue, services.globalQueue) {
+  picture_.pictureShown = [this] {
+    if (std::exchange(isResultWaiting_, false)) setUpPreviewForDenoisedImage();
+  };
+  region_.captureBegins = [this] { views_.splitView->hide(); };
+  region_.regionCut = [this] { configureMainVerticalSplitView(); };
   resetState();
 }
 
@@ -33,11 +50,9 @@ PreviewController::~PreviewController() {
 }
 
 void PreviewController::resetState() {
-  generation_.advance();
-  style_ = PreviewStyle::kSingle;
-  size_ = PreviewSize::kFitToScreen;
-  currentZooomFactor_ = 1.0F;
+  viewport_ = {};
   isResizingWindow_ = false;
+  isMouseHeld_ = false;
   isClickedImagePreview_ = false;
   isDraggedImagePreview_ = false;
   setInputOriginalImage({}, nullptr);
@@ -46,117 +61,226 @@ void PreviewController::resetState() {
   views_.vwImageContainerForDualMode->hide();
   layoutPreviewContainer();
   layoutContainers();
-  customizeSubviewsForStyle(style_);
+  customizeSubviewsForStyle(style());
   configureMainVerticalSplitView();
   notifyState();
 }
 
 void PreviewController::setInputOriginalImage(PicturePyramid picture, const ColorProfile& profile) {
-  inputOriginalImage_ = std::move(picture);
-  colors_ = ScreenColors(profile);
-  pictures_.advance();
-  isPictureStale_ = false;
-  zoomedImage_ = {};
-  imgToBeFilter_ = {};
-  imgFilteredBeforeClickedPrvw_ = {};
+  picture_.setInputOriginalImage(std::move(picture), profile);
+  viewport_.photo = picture_.photoSize();
   dropResult();
-  for (PictureView* view :
-       {views_.imgPreviewPhoto, views_.imgPreviewPhotoForDual, views_.imgFilteredImgVWLeft,
-        views_.imgFilteredImgVWRight, views_.imgFilteredImgVWLeftForDual,
-        views_.imgFilteredImgVWRightForDual}) {
-    view->clear();
-  }
 }
 
 void PreviewController::layoutPreviewContainer() {
-  const QSize main = views_.vwMainContainer->size();
+  const Size main = sizeOf(*views_.vwMainContainer);
   const int caption = views_.vwBeforeAfter->minimumHeight();
-  const Rect frame = previewContainerFrame(
-      {static_cast<double>(main.width()), static_cast<double>(main.height())}, caption);
-  views_.vwPreviewContainer->setGeometry(wholeRect(frame));
-  views_.vwBeforeAfter->setGeometry(0, main.height() - caption, main.width(), caption);
+  views_.vwPreviewContainer->setGeometry(wholeRect(previewContainerFrame(main, caption)));
+  views_.vwBeforeAfter->setGeometry(
+      wholeRect({0, main.height - caption, main.width, 1.0 * caption}));
   views_.vwBeforeAfter->raise();
 }
 
 void PreviewController::layoutContainers() {
-  const QSize area = views_.vwPreviewContainer->size();
-  const ContainerFrames frames = containerFrames(
-      style_, {static_cast<double>(area.width()), static_cast<double>(area.height())});
-  const auto place = [](QWidget* container, const Rect& frame) {
-    container->setGeometry(wholeRect(frame));
-    for (QObject* child : container->children()) {
-      if (auto* view = qobject_cast<QWidget*>(child)) {
-        view->setGeometry(container->rect());
-        for (QObject* inner : view->children()) {
-          if (auto* innerView = qobject_cast<QWidget*>(inner)) {
-            innerView->setGeometry(container->rect());
-          }
-        }
-      }
-    }
-  };
+  const ContainerFrames frames = containerFrames(style(), sizeOf(*views_.vwPreviewContainer));
   place(views_.vwImageContainer, frames.vwImageContainer);
   place(views_.vwImageContainerForDualMode, frames.vwImageContainerForDualMode);
-  const int middle = views_.vwImageContainer->width();
-  views_.imgDualModeDivider->setGeometry(middle, 0, 1, area.height());
+  views_.imgDualModeDivider->setGeometry(views_.vwImageContainer->width(), 0, 1,
+                                         views_.vwPreviewContainer->height());
   views_.imgDualModeDivider->raise();
-  actualPreviewSize_ = {static_cast<double>(views_.vwImageContainer->width()),
-                        static_cast<double>(views_.vwImageContainer->height())};
+  viewport_.actualPreviewSize = sizeOf(*views_.vwImageContainer);
+  viewport_.devicePixelRatio = views_.vwImageContainer->devicePixelRatioF();
 }
 
-Size PreviewController::containerSize() const {
-  return devicePixels(actualPreviewSize_, views_.vwImageContainer->devicePixelRatioF());
+void PreviewController::btnSingleSplitDualModeTapped(int tag) {
+  const auto chosen = static_cast<PreviewStyle>(tag);
+  if (chosen != style()) configurePreviewForSelectedStyle(chosen);
 }
 
-Size PreviewController::photoSize() const {
-  if (!hasPicture()) return {};
-  const Bitmap& picture = inputOriginalImage_.picture();
-  return {static_cast<double>(picture.width()), static_cast<double>(picture.height())};
+void PreviewController::configurePreviewForSelectedStyle(PreviewStyle style) {
+  if (!region_.mayChange()) return;
+  services_.log("Preview Style Changed !!");
+  region_.setIsBeforeCallingAlgo();
+  customizeSubviewsForStyle(style);
+  const bool isDual = style == PreviewStyle::kDual;
+  if (!isDual && style != PreviewStyle::kSplit && style != PreviewStyle::kSingle) return;
+  const bool wasDual =
+      std::exchange(viewport_.flag_current_Preview_Style, style) == PreviewStyle::kDual;
+  if (wasDual != isDual) {
+    views_.vwImageContainerForDualMode->setVisible(isDual);
+    layoutContainers();
+    if (style == PreviewStyle::kSplit) configureMainVerticalSplitView();
+    zoomPreviewsWithCurrentZoomFactor();
+    postCrop();
+  } else if (!isDual) {
+    // The pictures stay; only what lies over them is another.
+    configureMainVerticalSplitView();
+    setupPreviewOnMovingSplitviewDivider();
+  }
+  notifyState();
 }
 
-double PreviewController::dividerPosition() const {
-  return views_.splitView->positionOfDividerAtIndex(0) *
-         views_.vwImageContainer->devicePixelRatioF();
+void PreviewController::configureMainVerticalSplitView() {
+  const bool hasShown = picture_.zoomedImage().isValid();
+  showViewsForSplitViewPlacement(views_, style(), hasShown);
+  if (!hasShown) return;
+  if (style() != PreviewStyle::kDual) {
+    const SplitViewPlacement placement =
+        splitViewPlacement(viewport_.rectPreviewPhoto.width / viewport_.devicePixelRatio,
+                           viewport_.actualPreviewSize, lastSplitViewDividerPosPercent_);
+    lastSplitViewDividerPosPercent_ = placement.dividerPercent;
+    // As the picture is: a centred one that leaves half a pixel goes to the left.
+    const Rect& f = placement.frame;
+    views_.splitView->setFrame(QRect(static_cast<int>(std::floor(f.x)), static_cast<int>(f.y),
+                                     static_cast<int>(std::lround(f.width)),
+                                     static_cast<int>(std::lround(f.height))));
+    views_.splitView->setPosition(static_cast<double>(placement.dividerPosition), 0);
+    views_.splitView->raise();
+  }
+  auto delegate = std::make_unique<CustomSplitViewDelegate>(services_.center);
+  delegate->setPriority(0, 0);
+  delegate->setMinimumLength(0.0, 0);
+  delegate->setPriority(1, 1);
+  delegate->setMinimumLength(1.0, 1);
+  views_.splitView->setDelegate(delegate.get());
+  splitViewDelegate_ = std::move(delegate);
 }
 
-void PreviewController::show(const ViewVisibility& visibility) {
-  setVisibleIf(views_.splitView, visibility.splitView);
-  setVisibleIf(views_.imgDualModeDivider, visibility.imgDualModeDivider);
-  setVisibleIf(views_.imgFilteredImgVWLeft, visibility.imgFilteredImgVWLeft);
-  setVisibleIf(views_.imgFilteredImgVWRight, visibility.imgFilteredImgVWRight);
-  setVisibleIf(views_.imgFilteredImgVWLeftForDual, visibility.imgFilteredImgVWLeftForDual);
-  setVisibleIf(views_.imgFilteredImgVWRightForDual, visibility.imgFilteredImgVWRightForDual);
-  setVisibleIf(views_.vwBeforeAfter, visibility.vwBeforeAfter);
-  setVisibleIf(views_.vwBefore, visibility.vwBefore);
-  setVisibleIf(views_.vwAfter, visibility.vwAfter);
-  setVisibleIf(views_.vwAfterFull, visibility.vwAfterFull);
+void PreviewController::splitViewPositionChanged() {
+  if (style() == PreviewStyle::kDual || region_.isRunning()) return;
+  setupPreviewOnMovingSplitviewDivider();
+  const auto percent =
+      dividerPercent(views_.splitView->positionOfDividerAtIndex(0), views_.splitView->width());
+  if (percent) lastSplitViewDividerPosPercent_ = *percent;
 }
 
-Point PreviewController::inContainer(Point pointer) const {
-  const double ratio = views_.vwImageContainer->devicePixelRatioF();
-  const double width = actualPreviewSize_.width;
-  const double x = pointer.x >= width ? pointer.x - width : pointer.x;
-  return {x * ratio, (actualPreviewSize_.height - pointer.y) * ratio};
+void PreviewController::setupPreviewOnMovingSplitviewDivider() {
+  services_.log("setupPreviewOnMovingSplitviewDivider");
+  if (result_.isValid() && !isResizingWindow_) result_.moveLine();
 }
 
-// What is seen is another thing now: the last whole result may not be put back either.
-void PreviewController::dropResult() {
-  hideResult();
-  imgFilteredBeforeClickedPrvw_ = {};
+void PreviewController::setUpPreviewForDenoisedImage() {
+  services_.log("Setting Up Preview Images After Denoising Completion !!");
+  if (region_.takeStale()) {
+    zoomPreviewsWithCurrentZoomFactor();
+    postCrop();
+    return;
+  }
+  if (!result_.isValid() || !region_.imgToBeFilter().isValid()) return;
+  // A result belongs over the picture it was made of, which may still be on its way.
+  isResultWaiting_ = picture_.isRendering();
+  if (!isResultWaiting_) result_.show(region_.imgToBeFilter(), picture_.colors());
+}
+
+void PreviewController::btnSizeTapped(int tag) {
+  resizePreviewImageAndProcessWithTag(static_cast<PreviewSize>(tag));
+}
+
+// The move to the new place has no duration: what was spread over two queues and an animation is
+// one step.
+void PreviewController::resizePreviewImageAndProcessWithTag(PreviewSize size) {
+  region_.setIsBeforeCallingAlgo();
+  if (!region_.mayChange() || !hasPicture()) return;
+  services_.log("Resizing Preview Image & Process !!");
+  showPicture(viewport_.withSize(size));
+  views_.splitView->hide();
+  notifyState();
+  postCrop();
+}
+
+void PreviewController::btnZoomInTapped() {
+  const auto zoomed = viewport_.zoomedIn();
+  if (!zoomed) return;
+  region_.silenceZoomIn();
+  applyZoom(*zoomed);
+}
+
+void PreviewController::btnZoomOutTapped() {
+  const auto zoomed = viewport_.zoomedOut();
+  if (!zoomed) return;
+  applyZoom(*zoomed);
+  region_.silenceZoomOut();
+}
+
+void PreviewController::applyZoom(const Viewport& zoomed) {
+  viewport_ = zoomed;
+  notifyState();
+  zoomPreviewsWithCurrentZoomFactor();
+  postCrop();
+}
+
+void PreviewController::zoomPreviewsWithCurrentZoomFactor() {
+  region_.setIsBeforeCallingAlgo();
+  services_.log("Zoom Preview With current Zoom Factor !!");
+  if (!region_.mayChange() || !hasPicture()) return;
+  layoutContainers();
+  showPicture(viewport_.rescaled(zoomAnchor_));
+  configureMainVerticalSplitView();
+}
+
+void PreviewController::zoomAround(Point pointer, const std::function<void()>& step) {
+  zoomAnchor_ = pointer;
+  step();
+  zoomAnchor_.reset();
+}
+
+void PreviewController::showPicture(const Viewport& viewport) {
+  dropResult();
+  viewport_ = viewport;
+  picture_.show(viewport_);
+}
+
+void PreviewController::postCrop() {
+  region_.post([this] { cropVisiblePartofImageAndDenoise(); });
+}
+
+void PreviewController::cropVisiblePartofImageAndDenoise() {
+  views_.vwDragging->hide();
+  if (!region_.mayChange() || !hasPicture()) return;
+  services_.log("Cropping Visible Part Of Preview Image & Denoise !!");
+  dropResult();
+  region_.cropVisiblePartofImageAndDenoise(viewport_, picture_.zoomedImage());
+}
+
+void PreviewController::windowDidResize() {
+  layoutPreviewContainer();
+  if (!region_.hasPhoto()) {
+    layoutContainers();
+  } else if (region_.isRunning()) {
+    region_.setStale();
+  } else {
+    isResizingWindow_ = true;
+    zoomPreviewsWithCurrentZoomFactor();
+  }
+}
+
+void PreviewController::windowDidEndLiveResize() {
+  if (!std::exchange(isResizingWindow_, false) || !region_.hasPhoto()) return;
+  if (region_.isRunning()) {
+    region_.setStale();
+    return;
+  }
+  services_.log("Window resized !!");
+  region_.setIsBeforeCallingAlgo();
+  postCrop();
+}
+
+void PreviewController::previewFinished(const Image& result) {
+  if (region_.imgToBeFilter().isValid()) result_.take(result.bitmap());
 }
 
 // Whatever is being made of what was seen until now comes too late.
 void PreviewController::hideResult() {
-  generation_.advance();
   isResultWaiting_ = false;
-  imgFilteredOriginal_ = {};
-  services_.session.dropResultInFlight();
-  removeOverlays();
+  result_.hide();
+  region_.overtake();
 }
 
-void PreviewController::removeOverlays() {
-  views_.vwDenoisedPreview->hide();
-  views_.vwDenoisedPreviewForDual->hide();
+// What is seen is another thing now: the last whole result may not be put back either.
+void PreviewController::dropResult() {
+  isResultWaiting_ = false;
+  result_.forget();
+  region_.forget();
 }
 
 void PreviewController::notifyState() const {

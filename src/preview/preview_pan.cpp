@@ -1,20 +1,17 @@
-// Dragging a picture that is larger than its container.
+// Dragging a picture that is larger than its container, and comparing by a press on it.
 #include <QWidget>
 
-#include "preview/pan.h"
+#include <utility>
+
 #include "preview/preview_controller.h"
-#include "preview/views/picture_view.h"
 
 namespace velmara {
 
-bool PreviewController::canPanPicture() const {
-  return hasPicture() && canPan(rectPreviewPhoto_, containerSize());
-}
-
 void PreviewController::mouseDown(Point pointer) {
-  if (!canPanPicture() || isRunning()) return;
+  if (!canPanPicture() || region_.isRunning()) return;
   services_.log("Mouse Down");
   lastDragLocation_ = pointer;
+  isMouseHeld_ = true;
   isClickedImagePreview_ = true;
   isDraggedImagePreview_ = false;
   hideResult();
@@ -22,46 +19,33 @@ void PreviewController::mouseDown(Point pointer) {
 }
 
 void PreviewController::mouseDragged(Point pointer) {
-  if ((!isClickedImagePreview_ && !isDraggedImagePreview_) || !canPanPicture() || isRunning()) {
-    return;
-  }
+  if (!isMouseHeld_ || !canPanPicture() || region_.isRunning()) return;
   const QSize area = views_.vwPreviewContainer->size();
-  if (!isInside(pointer, {static_cast<double>(area.width()), static_cast<double>(area.height())})) {
-    return;
-  }
+  const bool isInside =
+      pointer.x >= 0.0 && pointer.x < area.width() && pointer.y >= 0.0 && pointer.y < area.height();
+  if (!isInside) return;
   services_.log("Mouse Dragged");
-  // The geometry counts device pixels with y up.
-  const double ratio = views_.vwImageContainer->devicePixelRatioF();
-  const auto up = [&](Point p) { return Point{p.x * ratio, (area.height() - p.y) * ratio}; };
-  const PanStep step =
-      panStep(rectPreviewPhoto_, containerSize(), up(lastDragLocation_), up(pointer));
-  if (step.isTaken) {
+  if (const auto dragged = viewport_.dragged(lastDragLocation_, pointer)) {
     lastDragLocation_ = pointer;
     isDraggedImagePreview_ = true;
     isClickedImagePreview_ = false;
-    dropResult();
-    movePictureTo(step.frame);
+    movePicture(*dragged);
     views_.vwPreviewContainer->setCursor(Qt::ClosedHandCursor);
   }
-  services_.session.runState().startTimerEvent();
+  region_.startTimerEvent();
 }
 
 void PreviewController::mouseUp() {
+  isMouseHeld_ = false;
   views_.vwPreviewContainer->unsetCursor();
-  if (isRunning()) {
+  const bool wasDragged = std::exchange(isDraggedImagePreview_, false);
+  if (region_.isRunning()) {
     isClickedImagePreview_ = false;
-    isDraggedImagePreview_ = false;
-    return;
-  }
-  if (isDraggedImagePreview_) {
+  } else if (wasDragged) {
     services_.log("Mouse Up");
-    isDraggedImagePreview_ = false;
     isClickedImagePreview_ = false;
-    services_.session.runState().stopTimerEvent();
-    if (!canPanPicture()) return;
-    imgToBeFilter_ = {};
-    services_.timers.cancelPreviousPerformRequests(this);
-    postCrop();
+    region_.stopTimerEvent();
+    if (canPanPicture()) postCrop();
   } else if (isClickedImagePreview_) {
     services_.log("Mouse Up");
     showResult();
@@ -69,45 +53,41 @@ void PreviewController::mouseUp() {
 }
 
 void PreviewController::showOriginal() {
-  if (isRunning() || isDraggedImagePreview_ || !isResultShown()) return;
+  if (region_.isRunning() || isDraggedImagePreview_ || !isResultShown()) return;
   services_.log("Mouse Down");
   isClickedImagePreview_ = true;
   hideResult();
 }
 
 void PreviewController::showResult() {
-  if (!isClickedImagePreview_) return;
-  isClickedImagePreview_ = false;
-  if (isRunning()) return;
-  imgFilteredOriginal_ = imgFilteredBeforeClickedPrvw_;
+  if (!std::exchange(isClickedImagePreview_, false) || region_.isRunning()) return;
+  const bool isBack = result_.putBack();
   // Ends in the default mode, which lays the result over the preview again.
-  services_.session.runState().stopTimerEvent();
+  region_.stopTimerEvent();
   // There is none if the picture was moved since; its timer is stopped now.
-  if (!isResultShown()) postCrop();
+  if (!isBack) postCrop();
 }
 
 void PreviewController::panBy(double dx, double dy) {
-  if (!canPanPicture() || isRunning()) return;
-  const QSize area = views_.vwPreviewContainer->size();
-  const Point middle{area.width() / 2.0, area.height() / 2.0};
-  mouseDown(middle);
-  mouseDragged({middle.x + dx, middle.y + dy});
-  if (!isDraggedImagePreview_) {
-    mouseUp();  // Nothing moved: the result comes back.
-    return;
-  }
-  isDraggedImagePreview_ = false;
-  views_.vwPreviewContainer->unsetCursor();
+  if (!canPanPicture() || region_.isRunning()) return;
+  const Viewport moved = viewport_.movedBy(dx, dy);
+  if (moved == viewport_) return;
+  movePicture(moved);
+  region_.startTimerEvent();
 }
 
+void PreviewController::movePicture(const Viewport& viewport) {
+  dropResult();
+  viewport_ = viewport;
+  picture_.moveTo(viewport_);
+}
+
+// The button may still be held: what is dragged next is seen to again.
 void PreviewController::performDenoiseOperation() {
-  services_.session.runState().invalidateTimer();
+  region_.invalidateTimer();
   isDraggedImagePreview_ = false;
   isClickedImagePreview_ = false;
-  if (!canPanPicture()) return;
-  imgToBeFilter_ = {};
-  services_.timers.cancelPreviousPerformRequests(this);
-  postCrop();
+  if (canPanPicture()) postCrop();
 }
 
 }  // namespace velmara

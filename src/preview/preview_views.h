@@ -1,5 +1,7 @@
 #pragma once
 
+#include "preview/viewport.h"
+
 class QFrame;
 class QWidget;
 
@@ -30,5 +32,15 @@ struct PreviewViews {
   QWidget* vwAfterFull = nullptr;
   QWidget* vwDragging = nullptr;
 };
+
+/// Shows and hides what belongs to a chosen style. A style that is none of the three leaves every
+/// view as it is.
+void showViewsForStyle(const PreviewViews& views, PreviewStyle style);
+
+/// The same when the split view is placed over a picture (`hasPicture`) or there is none.
+void showViewsForSplitViewPlacement(const PreviewViews& views, PreviewStyle style, bool hasPicture);
+
+/// The same when a new result is laid over the preview. In single style the left view stays hidden.
+void showViewsForNewResult(const PreviewViews& views, PreviewStyle style);
 
 }  // namespace velmara

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/image.h"
-#include "preview/picture_pyramid.h"
+#include "preview/scaled_picture.h"
 #include "session/photo_file.h"
 
 namespace velmara {

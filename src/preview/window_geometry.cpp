@@ -1,6 +1,7 @@
 #include "preview/window_geometry.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace velmara {
 namespace {
@@ -24,12 +25,26 @@ MainWindowGeometry mainWindowGeometry(Size visibleScreen) {
   return {frame, kSmallestWindow, visibleScreen};
 }
 
+Rect topDown(Rect rect, double containerHeight) {
+  return {rect.x, containerHeight - rect.y - rect.height, rect.width, rect.height};
+}
+
 Rect titleBarFrame(double windowWidth) {
   return {0.0, 0.0, windowWidth, kTitleBarHeight};
 }
 
 Rect previewContainerFrame(Size mainContainer, double beforeAfterHeight) {
   return {0.0, 0.0, mainContainer.width, mainContainer.height - beforeAfterHeight + kOverlap};
+}
+
+ContainerFrames containerFrames(PreviewStyle style, Size previewContainer) {
+  const auto [width, height] = previewContainer;
+  if (style != PreviewStyle::kDual) {
+    const Rect all{0.0, 0.0, width, height};
+    return {all, all};
+  }
+  const double half = std::floor(width / 2.0);
+  return {{0.0, 0.0, half, height}, {half, 0.0, half, height}};
 }
 
 }  // namespace velmara

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/geometry.h"
+#include "preview/viewport.h"
 
 namespace velmara {
 
@@ -18,6 +19,9 @@ struct MainWindowGeometry {
 /// screen's left and bottom edge.
 MainWindowGeometry mainWindowGeometry(Size visibleScreen);
 
+/// The same rectangle measured from the top edge, y down.
+Rect topDown(Rect rect, double containerHeight);
+
 inline constexpr double kTitleBarHeight = 70.0;
 
 /// `vwTopContainer` as the title bar of a window.
@@ -26,5 +30,17 @@ Rect titleBarFrame(double windowWidth);
 /// `vwPreviewContainer` inside `vwMainContainer`: what the before/after bar leaves, and one point
 /// more, which hides the seam.
 Rect previewContainerFrame(Size mainContainer, double beforeAfterHeight);
+
+/// The two image containers inside `vwPreviewContainer`.
+struct ContainerFrames {
+  Rect vwImageContainer;
+  Rect vwImageContainerForDualMode;
+
+  friend bool operator==(const ContainerFrames&, const ContainerFrames&) = default;
+};
+
+/// Dual style halves the preview area (whole units: of an odd width the last column stays free),
+/// every other style gives both containers all of it.
+ContainerFrames containerFrames(PreviewStyle style, Size previewContainer);
 
 }  // namespace velmara

@@ -16,8 +16,8 @@ Image loadAtOwnSize(const std::string& path) {
 }
 
 Image loadForFilter(const DenoiseJob& job) {
-  if (!job.isExportingPhoto) return loadAtOwnSize(job.photo.filePath);
   if (job.wholePhoto.isValid()) return job.wholePhoto;
+  if (!job.isExportingPhoto) return loadAtOwnSize(job.photo.filePath);
   const auto whole = loadWholePhoto(job.photo);
   return whole ? *whole : Image();
 }

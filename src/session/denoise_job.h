@@ -16,7 +16,7 @@ struct DenoiseJob {
   PhotoFile photo;
   /// The path of the whole current photo, whose noise decides.
   std::string wholePhotoPath;
-  /// For an export, the whole photo as its file has it, if that is at hand; else it is read.
+  /// The pixels of what is filtered as its file has them, if they are at hand; else it is read.
   Image wholePhoto;
   DenoiseMode mode;
   bool isExportingPhoto = false;

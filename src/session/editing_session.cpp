@@ -77,7 +77,7 @@ void EditingSession::btnHardModeAction() {
 
 void EditingSession::seletedPhotoToBeFilteredIsChanged() {
   const auto& region = photos_.selectedImageFileToProccessing;
-  if (!region || !isLoadable(region->filePath)) {
+  if (!region || (!photos_.selectedRegion.isValid() && !isLoadable(region->filePath))) {
     exportRunFailed();
     return;
   }
@@ -153,12 +153,14 @@ void EditingSession::applyOpenCVDenoiseAlgorithmWithSliderValue(int thresholdVal
     exportRunFailed();
     return;
   }
+  const bool isInMemory = !isExportingPhoto && photos_.selectedRegion.isValid();
   if (!isLargeEnoughToFilter(*photo)) {
     ++now_.run;
-    complete(*photo, loadSmallPhoto(photo->filePath), isExportingPhoto);
+    complete(*photo, isInMemory ? photos_.selectedRegion : loadSmallPhoto(photo->filePath),
+             isExportingPhoto);
     return;
   }
-  if (!isLoadable(photo->filePath)) {
+  if (!isInMemory && !isLoadable(photo->filePath)) {
     exportRunFailed();
     return;
   }
@@ -171,7 +173,7 @@ void EditingSession::dispatchWorker(const PhotoFile& photo, const DenoiseMode& m
   if (photos_.selectedImageFile) job.wholePhotoPath = photos_.selectedImageFile->filePath;
   job.mode = mode;
   job.isExportingPhoto = isExportingPhoto;
-  if (isExportingPhoto) job.wholePhoto = photos_.selectedImageAsStored;
+  job.wholePhoto = isExportingPhoto ? photos_.selectedImageAsStored : photos_.selectedRegion;
   job.currentZooomFactor = screen_.currentZooomFactor();
   job.psnrOfRealImage = psnrOfRealImage_;
   job.mapping = mapping_;
@@ -240,6 +242,7 @@ void EditingSession::photoBecameCurrent() {
   // Exporting before the first run must not write the old photo under the new one's name.
   lastExportedImage = {};
   photos_.selectedImageAsStored = {};
+  photos_.selectedRegion = {};
   ++now_.photo;
 }
 

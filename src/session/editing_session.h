@@ -22,6 +22,8 @@ struct PhotoSlots {
   std::optional<PhotoFile> selectedImageFile;
   /// The picture that the next preview run filters: the file of the visible region.
   std::optional<PhotoFile> selectedImageFileToProccessing;
+  /// Its pixels, if they are at hand; else the file is read.
+  Image selectedRegion;
   /// The current photo's pixels as an export would read them from its file, if they are in memory
   /// anyway because they are shown; else not valid.
   Image selectedImageAsStored;

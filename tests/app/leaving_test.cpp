@@ -67,21 +67,14 @@ TEST_F(ScreenTest, AFailedWriteIsToldAndTheWorkStaysUnsaved) {
   EXPECT_EQ(terminations, 1);
 }
 
-TEST_F(ScreenTest, AnExportWithoutAResultIsToldAndTheNextOneWorks) {
+TEST_F(ScreenTest, AnExportNeedsNoRegionFile) {
   ASSERT_TRUE(openAndWait(photo()));
+  ASSERT_TRUE(waitUntil(isGlobalQueueIdle));
   std::filesystem::remove(photos.selectedImageFileToProccessing->filePath);
   click("btnExport");
   panels.answerSave(folder.file("out.png"));
-  ASSERT_EQ(alerts.shown.size(), 1U);
-  EXPECT_THAT(alerts.shown[0].messageText, HasSubstr("out.png"));
-  EXPECT_FALSE(screen().session().isExportingPhoto);
-
-  click("btnZoomIn");
-  ASSERT_TRUE(waitForResult());
-  click("btnExport");
-  ASSERT_EQ(panels.saveOptions.size(), 2U);
-  panels.answerSave(folder.file("out.png"));
   ASSERT_TRUE(waitUntil([this] { return std::filesystem::exists(folder.file("out.png")); }));
+  EXPECT_FALSE(screen().session().isExportingPhoto);
 }
 
 TEST_F(ScreenTest, AnEngineThatFailsDuringAnExportLeavesAWayOut) {

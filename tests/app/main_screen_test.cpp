@@ -10,6 +10,7 @@
 
 #include "app/screen_fixture.h"
 #include "imaging/image_reader.h"
+#include "preview/drop/dragging_view.h"
 #include "preview/views/picture_view.h"
 #include "support/run_program.h"
 #include "widgets/customized_split_view.h"
@@ -86,7 +87,7 @@ TEST_F(ScreenTest, OpensAPhotoInDualStyleNoisyLeftAndCleanRight) {
   EXPECT_EQ(view<ActionButton>("btnFitScreen").state(), 1);
   EXPECT_TRUE(view("vwBeforeAfter").isVisible());
   EXPECT_FALSE(view("splitView").isVisible());
-  EXPECT_FALSE(view("vwDragging").isVisible());
+  EXPECT_TRUE(view<DraggingView>("vwDragging").liesOverPhoto());
   EXPECT_EQ(view<QLabel>("txtDenoiseMode").text(), "Auto");
   EXPECT_EQ(view<QLabel>("lblDimensions").text(), "256 x 256 px");
   ASSERT_EQ(engine.measured.size(), 1U);

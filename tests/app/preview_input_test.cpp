@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QWheelEvent>
 
 #include "app/screen_fixture.h"
@@ -103,20 +104,70 @@ TEST_F(PreviewInputTest, AResultOfAnotherZoomIsNotPutBack) {
   ASSERT_TRUE(waitForResult());
 }
 
-TEST_F(PreviewInputTest, ArrowKeysPanUntilTheEdgeAndEndInAFreshResult) {
+TEST_F(PreviewInputTest, ArrowKeysPanToTheEdgeAndEndInAFreshResult) {
   ASSERT_TRUE(openAndWait(largePhoto()));
   click("btn100Percent");
   ASSERT_TRUE(waitForResult());
   const int runs = engine.runs();
-  const int start = picture().frame().x;
   auto& area = view("vwPreviewContainer");
-  for (int i = 0; i < 60; ++i) QTest::keyClick(&area, Qt::Key_Left);
-  EXPECT_GT(picture().frame().x, start);
-  EXPECT_LE(picture().frame().x, 0);
+  const QSize room = view("vwImageContainer").size();
+  for (int i = 0; i < 30; ++i) QTest::keyClick(&area, Qt::Key_Left);
+  EXPECT_EQ(picture().frame().x, 0);
+  for (int i = 0; i < 30; ++i) QTest::keyClick(&area, Qt::Key_Up);
+  EXPECT_EQ(picture().frame().y, 0);
+  for (int i = 0; i < 60; ++i) QTest::keyClick(&area, Qt::Key_Right);
+  EXPECT_EQ(picture().frame().x, room.width() - 1400);
+  for (int i = 0; i < 60; ++i) QTest::keyClick(&area, Qt::Key_Down);
+  EXPECT_EQ(picture().frame().y, room.height() - 1200);
   // At the edge nothing moves any more, but what is seen now has no result yet.
   EXPECT_FALSE(screen().preview().isResultShown());
   ASSERT_TRUE(waitForResult());
-  EXPECT_GT(engine.runs(), runs);
+  EXPECT_EQ(engine.runs(), runs + 1);
+}
+
+// The pointer rests, the result comes, and the button is still held.
+TEST_F(PreviewInputTest, ADragGoesOnAfterTheResultOfItsPause) {
+  ASSERT_TRUE(openAndWait(largePhoto()));
+  click("btn100Percent");
+  ASSERT_TRUE(waitForResult());
+  auto& area = view("vwPreviewContainer");
+  const int start = picture().frame().x;
+  const int runs = engine.runs();
+  QTest::mousePress(&area, Qt::LeftButton, {}, {300, 300});
+  QTest::mouseMove(&area, {280, 300});
+  EXPECT_EQ(picture().frame().x, start - 20);
+  ASSERT_TRUE(waitUntil([&] { return engine.runs() == runs + 1; }));
+  ASSERT_TRUE(waitForResult());
+  QTest::mouseMove(&area, {230, 300});
+  EXPECT_EQ(picture().frame().x, start - 70);
+  EXPECT_FALSE(screen().preview().isResultShown());
+  QTest::mouseRelease(&area, Qt::LeftButton, {}, {230, 300});
+  ASSERT_TRUE(waitForResult());
+  EXPECT_EQ(engine.runs(), runs + 2);
+  // Over with the button.
+  QTest::mouseMove(&area, {200, 300});
+  EXPECT_EQ(picture().frame().x, start - 70);
+}
+
+TEST_F(PreviewInputTest, OnlyTheLeftButtonEndsItsDrag) {
+  ASSERT_TRUE(openAndWait(largePhoto()));
+  click("btn100Percent");
+  ASSERT_TRUE(waitForResult());
+  auto& area = view("vwPreviewContainer");
+  const int start = picture().frame().x;
+  const auto send = [&](QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons held, int x) {
+    const QPointF at(x, 300);
+    QMouseEvent event(type, at, area.mapToGlobal(at), button, held, Qt::NoModifier);
+    QApplication::sendEvent(&area, &event);
+  };
+  send(QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton, 300);
+  send(QEvent::MouseMove, Qt::NoButton, Qt::LeftButton, 290);
+  send(QEvent::MouseButtonPress, Qt::RightButton, Qt::LeftButton | Qt::RightButton, 290);
+  send(QEvent::MouseButtonRelease, Qt::RightButton, Qt::LeftButton, 290);
+  send(QEvent::MouseMove, Qt::NoButton, Qt::LeftButton, 260);
+  EXPECT_EQ(picture().frame().x, start - 40);
+  send(QEvent::MouseButtonRelease, Qt::LeftButton, Qt::NoButton, 260);
+  ASSERT_TRUE(waitForResult());
 }
 
 }  // namespace

@@ -134,9 +134,10 @@ class ScreenTest : public testing::Test {
     screen().photoDraggedWithPath(path);
     return waitForResult();
   }
+  /// The same for what was done to an open one; the file of the visible region is there too.
   bool waitForResult() {
     return waitUntil([this] {
-      return !screen().session().runState().isRunningAlgorithm() &&
+      return isGlobalQueueIdle() && !screen().session().runState().isRunningAlgorithm() &&
              screen().preview().isResultShown() &&
              (view("vwDenoisedPreview").isVisible() ||
               view("vwDenoisedPreviewForDual").isVisible());

@@ -3,7 +3,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include "preview/scaled_picture.h"
 #include "session/denoise_parameters.h"
 #include "support/run_program.h"
 

@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "preview/picture_pyramid.h"
+#include "preview/scaled_picture.h"
 #include "support/scratch_folder.h"
 
 namespace velmara::e2e {

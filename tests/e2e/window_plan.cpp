@@ -3,7 +3,6 @@
 #include <QMenuBar>
 #include <QWidget>
 
-#include "preview/preview_geometry.h"
 #include "preview/window_geometry.h"
 #include "ui_MainScreenViewController.h"
 #include "widgets/app_store_window.h"

@@ -43,5 +43,16 @@ TEST(MainScreenTest, ThePreviewOverlapsTheCaptionsByOnePoint) {
   EXPECT_EQ(titleBarFrame(1220), (Rect{0, 0, 1220, 70}));
 }
 
+TEST(MainScreenTest, DualHalvesThePreviewAndTheOtherStylesFillIt) {
+  const Rect all{0, 0, 1001, 600};
+  EXPECT_EQ(containerFrames(PreviewStyle::kSingle, {1001, 600}), (ContainerFrames{all, all}));
+  EXPECT_EQ(containerFrames(PreviewStyle::kSplit, {1001, 600}), (ContainerFrames{all, all}));
+  EXPECT_EQ(containerFrames(PreviewStyle::kDual, {1000, 600}),
+            (ContainerFrames{{0, 0, 500, 600}, {500, 0, 500, 600}}));
+  const auto odd = containerFrames(PreviewStyle::kDual, {1001, 600});
+  EXPECT_EQ(odd.vwImageContainer.width, odd.vwImageContainerForDualMode.width);
+  EXPECT_EQ(odd.vwImageContainerForDualMode.x, 500);
+}
+
 }  // namespace
 }  // namespace velmara

@@ -53,6 +53,7 @@ void MainScreenViewController::updateSelectedImageToBeFilteredWithPath(const std
   session_.lastExportedImage = {};
   saveBookmarkPathsFromTableView();
   preview_->resetState();
+  for (ActionButton* button : {ui_->btnZoomIn, ui_->btnZoomOut}) button->setState(0);
   ui_->vwPreviewContainer->show();
   ui_->vwDragging->hide();
   loadPhotoForShowing(photo);

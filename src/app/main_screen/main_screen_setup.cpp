@@ -71,6 +71,7 @@ void MainScreenViewController::initialSetupView() {
   ui_->vwAfter->setImageName(QStringLiteral("after_noise_bg"));
   ui_->vwAfterFull->setImageName(QStringLiteral("after_noise_bg"));
   preview_->resetState();
+  for (ActionButton* button : {ui_->btnZoomIn, ui_->btnZoomOut}) button->setState(0);
   ui_->progressBar->hide();
   ui_->vwDragging->setGeometry(ui_->vwMainContainer->rect());
   ui_->vwDragging->raise();

@@ -1,15 +1,13 @@
 #include "app/main_screen/main_screen_view_controller.h"
 
 #include <QEvent>
-#include <QMouseEvent>
 
 #include <cmath>
 #include <utility>
 
-#include "app/main_screen/preview_input.h"
 #include "app/sheets/export_options_view.h"
 #include "app/sheets/save_changes_sheet.h"
-#include "preview/picture_size.h"
+#include "preview/preview_input.h"
 #include "session/photo_labels.h"
 #include "ui_MainScreenViewController.h"
 #include "widgets/app_store_window.h"
@@ -69,8 +67,11 @@ MainScreenViewController::MainScreenViewController(ScreenServices services, QWid
     view->setAttribute(Qt::WA_TransparentForMouseEvents);
   }
   ui_->vwPreviewContainer->setFocusPolicy(Qt::StrongFocus);
-  previewInput_ =
-      std::make_unique<PreviewInput>(*ui_->vwPreviewContainer, *this, *preview_, *this, controls_);
+  previewInput_ = std::make_unique<PreviewInput>(
+      *ui_->vwPreviewContainer, *this, *preview_,
+      [this](bool isIn) { controls_.click(isIn ? Control::btnZoomIn : Control::btnZoomOut); });
+  connect(ui_->vwMainContainer, &FileDraggingView::imagesHover, ui_->vwDragging,
+          &FileDraggingView::setHighlighted);
   ui_->vwMainContainer->installEventFilter(this);
   connect(ui_->sliderCustomDenoise, &QSlider::valueChanged, this,
           [this] { sliderCustomDenoiseAction(); });
@@ -186,7 +187,8 @@ void MainScreenViewController::showSelectedPhoto(const PhotoFile& selectedImageF
 
 void MainScreenViewController::applyControls(const ControlStates& states) {
   controls_.apply(states);
-  ui_->vwDragging->setVisible(!states.isDropAreaHidden && !session_.hasPhoto());
+  ui_->vwDragging->setLiesOverPhoto(session_.hasPhoto());
+  ui_->vwDragging->setVisible(!states.isDropAreaHidden);
   if (windowMain_ != nullptr) windowMain_->setResizable(states.isWindowResizable);
 }
 
@@ -203,19 +205,6 @@ void MainScreenViewController::setProgressBarValue(double value) {
 
 void MainScreenViewController::hideProgressBar() {
   ui_->progressBar->hide();
-}
-
-// Positions are in the coordinates of vwPreviewContainer, also for events of the drop area over it.
-void MainScreenViewController::mouseDown(QMouseEvent& event) {
-  preview_->mouseDown({event.position().x(), event.position().y()});
-}
-
-void MainScreenViewController::mouseDragged(QMouseEvent& event) {
-  preview_->mouseDragged({event.position().x(), event.position().y()});
-}
-
-void MainScreenViewController::mouseUp(QMouseEvent& /*event*/) {
-  preview_->mouseUp();
 }
 
 bool MainScreenViewController::eventFilter(QObject* watched, QEvent* event) {

@@ -10,7 +10,7 @@
 #include "app/main_screen/screen_controls.h"
 #include "app/main_screen/screen_services.h"
 #include "platform/notification_center.h"
-#include "preview/drop/drop_delegate.h"
+#include "preview/drop/dragging_view.h"
 #include "preview/generation_counter.h"
 #include "preview/preview_controller.h"
 #include "session/editing_screen.h"
@@ -110,12 +110,6 @@ class MainScreenViewController : public QWidget, public EditingScreen, public Dr
   void hideProgressBar() override;
   void setUpPreviewForDenoisedImage() override { preview_->setUpPreviewForDenoisedImage(); }
   void performDenoiseOperation() override { preview_->performDenoiseOperation(); }
-
-  // Drops and the mouse on the preview.
-
-  void mouseDown(QMouseEvent& event) override;
-  void mouseDragged(QMouseEvent& event) override;
-  void mouseUp(QMouseEvent& event) override;
 
   EditingSession& session() { return session_; }
   PreviewController& preview() { return *preview_; }

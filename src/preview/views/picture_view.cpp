@@ -53,7 +53,7 @@ void PictureView::paintEvent(QPaintEvent* event) {
   const qreal ratio = devicePixelRatioF();
   painter.scale(1.0 / ratio, 1.0 / ratio);
   if (!image_.isNull()) {
-    painter.drawImage(QPoint(frame_.x, frame_.y), image_);
+    painter.drawImage(QPoint(frame_.x, frame_.y), image_, QRect(0, 0, frame_.width, frame_.height));
     return;
   }
   PixelRect visible = deviceRect(event->rect(), ratio);

@@ -20,7 +20,8 @@ class PictureView : public QWidget {
   explicit PictureView(QWidget* parent = nullptr);
 
   /// Shows a picture whose top-left pixel lies at the frame's, in device pixels from the view's
-  /// top-left corner. Of a tiled picture only what is seen is rendered.
+  /// top-left corner, and of which no more is seen than the frame holds. Of a tiled picture only
+  /// what is seen is rendered.
   void showPicture(std::shared_ptr<ScreenTiles> picture, const PixelRect& frame);
   void showPicture(const QImage& picture, const PixelRect& frame);
   /// Moves what is shown.

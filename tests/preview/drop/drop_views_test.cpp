@@ -17,8 +17,7 @@
 #include <vector>
 
 #include "preview/drop/dragging_view.h"
-#include "preview/drop/file_dragging_view.h"
-#include "preview/drop/focus_ring.h"
+#include "preview/drop/drop_drawing.h"
 #include "support/scratch_folder.h"
 #include "widgets/style.h"
 

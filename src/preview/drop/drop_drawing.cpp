@@ -1,9 +1,10 @@
-#include "preview/drop/invitation.h"
+#include "preview/drop/drop_drawing.h"
 
 #include <QFont>
 #include <QFontMetrics>
 #include <QPaintDevice>
 #include <QPainter>
+#include <QPen>
 #include <QPixmap>
 
 #include <algorithm>
@@ -13,6 +14,19 @@
 
 namespace velmara {
 namespace {
+
+constexpr double kRingWidth = 6.0;
+constexpr double kGapWidth = 2.0;
+
+double lineWidth = 1.0;
+
+void strokeInside(QPainter& painter, const QRectF& frame, const QColor& color, double width) {
+  QPen pen(color, width);
+  pen.setJoinStyle(Qt::MiterJoin);
+  painter.setPen(pen);
+  const double half = width / 2.0;
+  painter.drawRect(frame.adjusted(half, half, -half, -half));
+}
 
 constexpr double kTextScale = 1.5;
 constexpr int kIconSide = 72;
@@ -47,6 +61,20 @@ void drawCard(QPainter& painter, const QRect& card) {
 }
 
 }  // namespace
+
+double defaultLineWidth() {
+  return lineWidth;
+}
+
+void strokeFocusRing(QPainter& painter, const QRect& frame) {
+  lineWidth = kRingWidth;
+  painter.save();
+  painter.setBrush(Qt::NoBrush);
+  strokeInside(painter, frame, style::kFocusRing, lineWidth);
+  strokeInside(painter, QRectF(frame).adjusted(lineWidth, lineWidth, -lineWidth, -lineWidth),
+               style::kFocusGap, kGapWidth);
+  painter.restore();
+}
 
 void drawInvitation(QPainter& painter, const QRect& frame, const QString& text,
                     const QString& shortcut) {

@@ -1,4 +1,4 @@
-#include "app/main_screen/preview_input.h"
+#include "preview/preview_input.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -9,8 +9,6 @@
 #include <cmath>
 #include <utility>
 
-#include "app/main_screen/screen_controls.h"
-#include "preview/drop/drop_delegate.h"
 #include "preview/preview_controller.h"
 
 namespace velmara {
@@ -22,11 +20,15 @@ constexpr double kWheelStep = 120.0;
 // A pinch as large as a zoom step.
 constexpr double kPinchStep = 0.1;
 
+Point pointOf(const QPointF& point) {
+  return {point.x(), point.y()};
+}
+
 }  // namespace
 
 PreviewInput::PreviewInput(QWidget& area, QWidget& screen, PreviewController& preview,
-                           DropDelegate& mouse, const ScreenControls& controls)
-    : area_(area), screen_(screen), preview_(preview), mouse_(mouse), controls_(controls) {
+                           std::function<void(bool isIn)> zoomStep)
+    : area_(area), screen_(screen), preview_(preview), zoomStep_(std::move(zoomStep)) {
   area_.installEventFilter(this);
   screen_.installEventFilter(this);
 }
@@ -60,18 +62,19 @@ bool PreviewInput::filterAreaEvent(QEvent& event) {
 
 bool PreviewInput::pressed(QMouseEvent& event) {
   if (event.button() != Qt::LeftButton || !preview_.canPanPicture()) return false;
-  mouse_.mouseDown(event);
+  preview_.mouseDown(pointOf(event.position()));
   return true;
 }
 
 bool PreviewInput::moved(QMouseEvent& event) {
   if ((event.buttons() & Qt::LeftButton) == 0) return false;
-  mouse_.mouseDragged(event);
+  preview_.mouseDragged(pointOf(event.position()));
   return preview_.canPanPicture();
 }
 
 bool PreviewInput::released(QMouseEvent& event) {
-  mouse_.mouseUp(event);
+  if (event.button() != Qt::LeftButton) return false;
+  preview_.mouseUp();
   return preview_.canPanPicture();
 }
 
@@ -79,7 +82,7 @@ bool PreviewInput::turned(const QWheelEvent& event) {
   if ((event.modifiers() & Qt::ControlModifier) == 0) return false;
   wheelTurn_ += event.angleDelta().y();
   if (std::abs(wheelTurn_) >= kWheelStep) {
-    zoomStep(std::exchange(wheelTurn_, 0.0) > 0.0, event.position());
+    zoom(std::exchange(wheelTurn_, 0.0) > 0.0, event.position());
   }
   return true;
 }
@@ -89,15 +92,13 @@ bool PreviewInput::pinched(const QNativeGestureEvent& event) {
   if (event.gestureType() != Qt::ZoomNativeGesture) return false;
   pinch_ += event.value();
   if (std::abs(pinch_) >= kPinchStep) {
-    zoomStep(std::exchange(pinch_, 0.0) > 0.0, event.position());
+    zoom(std::exchange(pinch_, 0.0) > 0.0, event.position());
   }
   return true;
 }
 
-void PreviewInput::zoomStep(bool isIn, const QPointF& pointer) {
-  preview_.zoomAround({pointer.x(), pointer.y()}, [this, isIn] {
-    controls_.click(isIn ? Control::btnZoomIn : Control::btnZoomOut);
-  });
+void PreviewInput::zoom(bool isIn, const QPointF& pointer) {
+  preview_.zoomAround(pointOf(pointer), [this, isIn] { zoomStep_(isIn); });
 }
 
 bool PreviewInput::keyPressed(const QKeyEvent& event) {

@@ -3,6 +3,8 @@
 #include <QObject>
 #include <QPointF>
 
+#include <functional>
+
 class QKeyEvent;
 class QMouseEvent;
 class QNativeGestureEvent;
@@ -11,9 +13,7 @@ class QWidget;
 
 namespace velmara {
 
-class DropDelegate;
 class PreviewController;
-class ScreenControls;
 
 /// Mouse, wheel, touchpad and keys on the picture: drags, Ctrl with the wheel and pinching zoom
 /// about the pointer, the arrow keys pan, the space bar held shows the original. All of it ends in
@@ -23,9 +23,10 @@ class PreviewInput : public QObject {
 
  public:
   /// The area is what the picture is seen in; keys that no control of the screen has taken are
-  /// about the picture too. All of them must outlive this object.
-  PreviewInput(QWidget& area, QWidget& screen, PreviewController& preview, DropDelegate& mouse,
-               const ScreenControls& controls);
+  /// about the picture too. A step of the zoom does what a click on the button in or out does. All
+  /// of them must outlive this object.
+  PreviewInput(QWidget& area, QWidget& screen, PreviewController& preview,
+               std::function<void(bool isIn)> zoomStep);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -39,14 +40,13 @@ class PreviewInput : public QObject {
   bool pinched(const QNativeGestureEvent& event);
   bool keyPressed(const QKeyEvent& event);
   bool keyReleased(const QKeyEvent& event);
-  void zoomStep(bool isIn, const QPointF& pointer);
+  void zoom(bool isIn, const QPointF& pointer);
   void showResult();
 
   QWidget& area_;
   QWidget& screen_;
   PreviewController& preview_;
-  DropDelegate& mouse_;
-  const ScreenControls& controls_;
+  std::function<void(bool isIn)> zoomStep_;
   /// What is left of turns and pinches that were no whole step.
   double wheelTurn_ = 0.0;
   double pinch_ = 0.0;

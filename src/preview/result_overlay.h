@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QImage>
+
+#include <memory>
+
+#include "base/bitmap.h"
+#include "base/task_queue.h"
+#include "preview/generation_counter.h"
+#include "preview/preview_views.h"
+#include "preview/viewport.h"
+#include "preview/views/screen_tiles.h"
+
+namespace velmara {
+
+/// The denoised result laid over the picture: whole in single style, right of the split line with
+/// the original left of it in split style, over the right container in dual style. Main thread.
+class ResultOverlay {
+ public:
+  /// Views, viewport and queues outlive this object and its work.
+  ResultOverlay(const PreviewViews& views, const Viewport& viewport, TaskQueue& mainQueue,
+                TaskQueue& globalQueue);
+  ResultOverlay(const ResultOverlay&) = delete;
+  ResultOverlay& operator=(const ResultOverlay&) = delete;
+  ~ResultOverlay() = default;
+
+  /// Whether there is a result of what is seen.
+  bool isValid() const { return imgFilteredOriginal_.isValid(); }
+  /// A new result, not shown yet.
+  void take(const Bitmap& result);
+
+  /// Takes the result off the screen.
+  void hide();
+  /// The same, and it may not be put back: what is seen is another thing now.
+  void forget();
+  /// The last whole result is the result again, not shown yet; false if there is none.
+  bool putBack();
+
+  /// Lays the result over the region it was made of. It is brought to the region's size first, so
+  /// that both match point for point, which is done on a worker; what was overtaken meanwhile is
+  /// not shown.
+  void show(const Bitmap& imgToBeFilter, const ScreenColors& colors);
+  /// Puts the end of the original where the line stands now.
+  void moveLine();
+
+  /// Of the line, from the split view's left edge, in device pixels.
+  double dividerPosition() const;
+
+ private:
+  struct Images {
+    QImage original;
+    QImage result;
+  };
+
+  void install(const Bitmap& result, const Images& images);
+  PixelRect place() const;
+
+  PreviewViews views_;
+  const Viewport& viewport_;
+  TaskQueue& mainQueue_;
+  TaskQueue& globalQueue_;
+  Bitmap imgFilteredOriginal_;
+  Bitmap imgFilteredBeforeClickedPrvw_;
+  /// What is laid over the picture; null while nothing is.
+  Images images_;
+  GenerationCounter generation_;
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+};
+
+}  // namespace velmara

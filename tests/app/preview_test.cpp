@@ -1,0 +1,189 @@
+// What is seen of a photo while the window, the line, the zoom and the disk do as they like.
+#include <gtest/gtest.h>
+
+#include <QDragEnterEvent>
+#include <QDragLeaveEvent>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QUrl>
+
+#include "app/screen_fixture.h"
+#include "imaging/image_reader.h"
+#include "preview/drop/dragging_view.h"
+#include "preview/views/picture_view.h"
+#include "support/run_program.h"
+#include "widgets/action_button.h"
+#include "widgets/customized_split_view.h"
+
+namespace velmara {
+namespace {
+
+using testing_support::runProgram;
+using testing_support::ScreenTest;
+
+class PreviewTest : public ScreenTest {
+ protected:
+  bool openInSplitStyle() {
+    if (!openAndWait(photo())) return false;
+    click("btnSplitMode");
+    return waitForResult();
+  }
+  CustomizedSplitView& line() { return view<CustomizedSplitView>("splitView"); }
+  const PictureView& before() { return view<PictureView>("imgFilteredImgVWLeft"); }
+  bool lineIsFollowed(int position) {
+    line().setPosition(position, 0);
+    return waitUntil([&] { return before().frame().width == position; });
+  }
+};
+
+TEST_F(PreviewTest, TheLineWaitsForTheEndOfAResizeAndWorksAfterIt) {
+  ASSERT_TRUE(openInSplitStyle());
+  ASSERT_TRUE(lineIsFollowed(100));
+  const int runs = engine.runs();
+  window().resize(1300, 800);
+  line().setPosition(200, 0);
+  QApplication::processEvents();
+  EXPECT_EQ(before().frame().width, 100);
+  EXPECT_FALSE(view("vwDenoisedPreview").isVisible());
+  ASSERT_TRUE(waitUntil([&] { return engine.runs() == runs + 1; }));
+  ASSERT_TRUE(waitForResult());
+  EXPECT_EQ(before().frame().width, 200);
+  EXPECT_TRUE(lineIsFollowed(150));
+}
+
+// The end of the resize comes during the run.
+TEST_F(PreviewTest, TheLineIsAliveAfterARunThatBeganInAResize) {
+  ASSERT_TRUE(openInSplitStyle());
+  engine.close();
+  window().resize(1300, 800);
+  screen().changeLevel(1);
+  ASSERT_TRUE(screen().session().runState().isRunningAlgorithm());
+  QTest::qWait(400);
+  engine.open();
+  ASSERT_TRUE(waitForResult());
+  EXPECT_TRUE(lineIsFollowed(150));
+  // The result is of what is seen now, not of what was seen when the run began.
+  EXPECT_EQ(view<PictureView>("imgFilteredImgVWRight").frame(),
+            view<PictureView>("imgPreviewPhoto").frame());
+}
+
+TEST_F(PreviewTest, InDualStyleAMovedLineMeansNothing) {
+  ASSERT_TRUE(openInSplitStyle());
+  const double middle = line().positionOfDividerAtIndex(0);
+  click("btnDualMode");
+  ASSERT_TRUE(waitForResult());
+  const PixelRect shown = before().frame();
+  line().setPosition(20, 0);
+  QApplication::processEvents();
+  EXPECT_EQ(before().frame(), shown);
+  EXPECT_FALSE(line().isVisible());
+  click("btnSplitMode");
+  ASSERT_TRUE(waitForResult());
+  EXPECT_EQ(line().positionOfDividerAtIndex(0), middle);
+}
+
+TEST_F(PreviewTest, ALineDraggedToTheRightEdgeComesBackAtNinetyPercent) {
+  ASSERT_TRUE(openInSplitStyle());
+  ASSERT_TRUE(lineIsFollowed(line().width() - 20));
+  click("btnSingleMode");
+  click("btnSplitMode");
+  EXPECT_NEAR(line().positionOfDividerAtIndex(0), 0.9 * line().width(), 0.01);
+}
+
+TEST_F(PreviewTest, TenZoomStepsReachTwiceTheSizeAndTheEleventhDoesNothing) {
+  runProgram({"convert", photo(), "-resize", "40x40!", folder.file("small.png")});
+  ASSERT_TRUE(openAndWait(folder.file("small.png")));
+  click("btn100Percent");
+  ASSERT_TRUE(waitForResult());
+  for (int step = 1; step <= 10; ++step) {
+    click("btnZoomIn");
+    ASSERT_TRUE(waitForResult()) << step;
+    EXPECT_EQ(view<QLabel>("txtZoomLevel").text(), QStringLiteral("%1 %").arg(100 + 10 * step));
+  }
+  const PixelRect frame = view<PictureView>("imgPreviewPhoto").frame();
+  EXPECT_EQ(frame.width, 80);
+  click("btnZoomIn");
+  EXPECT_TRUE(screen().preview().isResultShown());
+  EXPECT_EQ(view<QLabel>("txtZoomLevel").text(), "200 %");
+  EXPECT_EQ(view<PictureView>("imgPreviewPhoto").frame(), frame);
+  // The next photo begins at 100 %, and so do the buttons.
+  EXPECT_EQ(view<ActionButton>("btnZoomIn").state(), 1);
+  screen().updateSelectedImageToBeFilteredWithPath(photo());
+  EXPECT_EQ(view<ActionButton>("btnZoomIn").state(), 0);
+  EXPECT_EQ(view<QLabel>("txtZoomLevel").text(), "100 %");
+  ASSERT_TRUE(waitForResult());
+}
+
+TEST_F(PreviewTest, AnotherPhotoOverAnOpenOneShowsTheRing) {
+  auto& main = view<FileDraggingView>("vwMainContainer");
+  auto& ring = view<DraggingView>("vwDragging");
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(QString::fromStdString(photo("another.png")))});
+  ASSERT_TRUE(openAndWait(photo()));
+  QTest::qWait(200);  // The controls come back after the result.
+  QDragEnterEvent enter({300, 300}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&main, &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  EXPECT_FALSE(main.isHighlighted());
+  EXPECT_TRUE(ring.isVisible() && ring.isHighlighted());
+  EXPECT_EQ(ring.geometry(), main.rect());
+  // It lets the picture through, and the mouse.
+  const QImage window = view("vwMainContainer").grab().toImage();
+  EXPECT_EQ(window.copy(100, 100, 50, 50),
+            view("vwImageContainer").grab().toImage().copy(100, 100, 50, 50));
+  EXPECT_NE(main.childAt(300, 300), &ring);
+  QDragLeaveEvent leave;
+  QApplication::sendEvent(&main, &leave);
+  EXPECT_FALSE(ring.isHighlighted());
+}
+
+TEST_F(PreviewTest, OfThreeDroppedPhotosTheFirstIsOpenedAndTheLastWaits) {
+  QMimeData data;
+  QList<QUrl> urls;
+  for (const char* name : {"1.png", "2.png", "3.png"}) {
+    urls.push_back(QUrl::fromLocalFile(QString::fromStdString(photo(name))));
+  }
+  data.setUrls(urls);
+  auto& target = view("vwDragging");
+  QDragEnterEvent enter({300, 300}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&target, &enter);
+  QDropEvent drop({300, 300}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&target, &drop);
+  ASSERT_TRUE(waitForResult());
+  EXPECT_EQ(photos.selectedImageFile->fileName, "1.png");
+  EXPECT_EQ(view<QLabel>("lblSaveChangeHeader").text(),
+            "Do you want to save the changes made to the document \"1.png\" ?");
+  click("btnDontSaveChanges");
+  EXPECT_EQ(photos.selectedImageFile->fileName, "3.png");
+  ASSERT_TRUE(waitForResult());
+}
+
+// The run needs no file: not on a full disk, and not without a folder to write to.
+TEST_F(PreviewTest, APreviewNeedsNoDisk) {
+  const std::string path = temporary.file("photo.png");
+  ASSERT_TRUE(openAndWait(photo()));
+  ASSERT_TRUE(waitUntil(isGlobalQueueIdle));
+  EXPECT_EQ(photos.selectedImageFileToProccessing->filePath, path);
+  const auto region = readImage(path);
+  ASSERT_TRUE(region);
+  EXPECT_EQ(region->bitmap().width(), photos.selectedImageFileToProccessing->width);
+  EXPECT_EQ(region->bitmap().height(), photos.selectedImageFileToProccessing->height);
+
+  std::filesystem::create_symlink("/dev/full", path + ".part");
+  click("btn100Percent");
+  ASSERT_TRUE(waitForResult());
+  ASSERT_TRUE(waitUntil(isGlobalQueueIdle));
+  EXPECT_FALSE(std::filesystem::is_symlink(path + ".part"));
+  EXPECT_EQ(std::ranges::count(log(), path + ": the visible region was not written"), 1);
+
+  std::filesystem::remove_all(temporary.path());
+  click("btnFitScreen");
+  ASSERT_TRUE(waitForResult());
+  screen().changeLevel(1);
+  ASSERT_TRUE(waitForResult());
+  EXPECT_TRUE(alerts.shown.empty());
+}
+
+}  // namespace
+}  // namespace velmara
