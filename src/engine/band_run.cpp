@@ -1,6 +1,7 @@
 #include "engine/band_run.h"
 
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <semaphore>
 #include <vector>
@@ -22,48 +23,78 @@ std::vector<RowRange> bandsOf(int height) {
 class Run : public std::enable_shared_from_this<Run> {
  public:
   Run(const EngineEnvironment& environment, const FilterKernel& kernel, FilterBuffers& buffers,
-      const FilterGeometry& geometry)
+      const FilterGeometry& geometry, const RunWatch& watch)
       : mainQueue_(*environment.mainQueue),
         progress_(environment.progress),
+        watch_(watch),
         kernel_(kernel),
         buffers_(buffers),
-        width_(geometry.widthSrc),
-        height_(geometry.heightSrc),
-        tiles_(kernel, width_, bandsOf(height_)),
+        geometry_(geometry),
+        tiles_(kernel, geometry.widthSrc, bandsOf(geometry.heightSrc)),
         filtersLeft_(kernel.mostTileFilters()) {}
 
   void start(TaskQueue& workers) {
     for (std::size_t i = 0; i < kBands; ++i) {
-      workers.async([run = shared_from_this(), i] { run->work(i); });
+      workers.async([run = shared_from_this()] { run->work(); });
+    }
+    for (const RowRange& rows : bandsOf(geometry_.heightSrc)) {
+      if (rows.begin == rows.end || geometry_.widthSrc == 0) completeBand();
     }
   }
+
+  // Takes tiles until none is left. A task beyond the number of tile filters leaves them to others.
+  void work() {
+    if (filtersLeft_.fetch_sub(1) <= 0) return;
+    std::unique_ptr<TileFilter> filter;
+    while (const auto piece = tiles_.take()) {
+      if (!stopped_) filterTile(filter, piece->tile);
+      const bool wasLastOfBand = tiles_.finish(*piece);
+      tell(false);
+      if (wasLastOfBand) completeBand();
+    }
+  }
+
   bool wait() {
     done_.acquire();
-    return !failed_;
+    tell(true);
+    return !stopped_;
   }
 
  private:
-  // The band of this task first, then what is left of the others. A task beyond the number of tile
-  // filters leaves its band to them.
-  void work(std::size_t counter) {
-    const RowRange rows = rowsOfBand(height_, static_cast<int>(counter), kBands);
-    if (rows.begin == rows.end || width_ == 0) completeBand();
-    if (filtersLeft_.fetch_sub(1) <= 0) return;
-    std::unique_ptr<TileFilter> filter;
-    while (const auto piece = tiles_.take(counter)) {
-      if (filter == nullptr && !failed_) filter = kernel_.makeTileFilter();
-      if (filter == nullptr) failed_ = true;
-      if (!failed_) filterTile(*filter, piece->tile);
-      if (tiles_.finish(*piece)) completeBand();
+  void filterTile(std::unique_ptr<TileFilter>& filter, const Tile& tile) {
+    if (filter == nullptr) filter = kernel_.makeTileFilter();
+    if (filter != nullptr) filter->filter(tile);
+    if (filter == nullptr || buffers_.isCancelled()) stopped_ = true;
+  }
+
+  // Tells what is done by now. Who finds another thread at it leaves it to that one, or else to the
+  // end of the run.
+  void tell(bool isEnd) {
+    std::unique_lock lock(telling_, std::defer_lock);
+    if (isEnd) {
+      lock.lock();
+    } else if (!lock.try_lock()) {
+      return;
+    }
+    for (auto now = tiles_.finished(); now.pixels > told_.pixels && !stopped_;
+         now = tiles_.finished()) {
+      tellProgress(now.pixels);
+      if (watch_.rowsFinished && now.rows > told_.rows) tellRows(told_.rows, now.rows);
+      told_ = now;
     }
   }
 
-  void filterTile(TileFilter& filter, const Tile& tile) {
-    filter.filter(tile);
-    if (!progress_) return;
-    const std::int64_t pixels =
-        std::int64_t{tile.xEnd - tile.xBegin} * std::int64_t{tile.yEnd - tile.yBegin};
-    progress_((pixelsDone_ += pixels) / width_, height_);
+  void tellProgress(std::int64_t pixels) const {
+    const double rows = static_cast<double>(pixels) / geometry_.widthSrc;
+    if (progress_) progress_(static_cast<std::int64_t>(rows), geometry_.heightSrc);
+    if (watch_.control != nullptr) watch_.control->setProgress(rows / geometry_.heightSrc);
+  }
+
+  void tellRows(int begin, int end) const {
+    const std::size_t rowBytes = static_cast<std::size_t>(geometry_.widthDest) *
+                                 static_cast<std::size_t>(geometry_.channelsDest);
+    watch_.rowsFinished(buffers_.destBytes.data() + static_cast<std::size_t>(begin) * rowBytes,
+                        begin, end - begin);
   }
 
   void completeBand() {
@@ -80,14 +111,15 @@ class Run : public std::enable_shared_from_this<Run> {
 
   TaskQueue& mainQueue_;
   std::function<void(std::int64_t, std::int64_t)> progress_;
+  RunWatch watch_;
   const FilterKernel& kernel_;
   FilterBuffers& buffers_;
-  int width_;
-  int height_;
+  const FilterGeometry geometry_;
   TileQueue tiles_;
   std::atomic<int> filtersLeft_;
-  std::atomic<std::int64_t> pixelsDone_{0};
-  std::atomic<bool> failed_{false};
+  std::atomic<bool> stopped_{false};  // Cancelled, or no memory to work in.
+  std::mutex telling_;
+  TileQueue::Finished told_;
   bool signalled_ = false;  // Only the checks use it, one after another.
   std::counting_semaphore<kBands> done_{0};
 };
@@ -99,19 +131,21 @@ bool runOneBand(const FilterKernel& kernel, FilterBuffers& buffers, const Filter
   TileQueue tiles(kernel, geometry.widthSrc, {rows});
   std::unique_ptr<TileFilter> filter;
   bool ok = true;
-  while (const auto piece = ok ? tiles.take(0) : std::nullopt) {
+  while (const auto piece = ok ? tiles.take() : std::nullopt) {
     if (filter == nullptr) filter = kernel.makeTileFilter();
     ok = filter != nullptr;
     if (ok) filter->filter(piece->tile);
+    if (buffers.isCancelled()) ok = false;
   }
   ++buffers.completedSlices;
   return ok;
 }
 
 bool runBands(const EngineEnvironment& environment, const FilterKernel& kernel,
-              FilterBuffers& buffers, const FilterGeometry& geometry) {
-  const auto run = std::make_shared<Run>(environment, kernel, buffers, geometry);
+              FilterBuffers& buffers, const FilterGeometry& geometry, const RunWatch& watch) {
+  const auto run = std::make_shared<Run>(environment, kernel, buffers, geometry, watch);
   run->start(*environment.workers);
+  run->work();
   return run->wait();
 }
 

@@ -5,6 +5,7 @@
 
 #include "engine/engine_environment.h"
 #include "engine/filter_kernel.h"
+#include "engine/run_watch.h"
 
 namespace velmara {
 
@@ -12,17 +13,18 @@ namespace velmara {
 inline constexpr int kBands = 8;
 
 /// Filters one band on the calling thread and counts it in completedSlices, empty or not. False if
-/// the memory to work in is not to be had.
+/// the memory to work in is not to be had or the buffers' control is cancelled.
 bool runOneBand(const FilterKernel& kernel, FilterBuffers& buffers, const FilterGeometry& geometry,
                 RowRange rows);
 
-/// Filters the whole picture in eight bands on the environment's workers and waits for them, with
-/// no time-out. The bands start together and end in any order. Their rows are handed out in small
-/// tiles, and who has finished its own band helps the others, so the time is that of an even split
-/// even if one processor is slow (TileQueue). A band counts in completedSlices once, when all its
-/// rows are done; each time one does, the main queue is asked to check whether all eight are. Must
-/// not be called on the main queue's own thread. False if the memory to work in is not to be had.
+/// Filters the whole picture in eight bands on the environment's workers and the calling thread,
+/// which then waits for the end, with no time-out. All of them take small tiles from the top to the
+/// bottom (TileQueue), so the time is that of an even split even if one processor is slow, and the
+/// run ends even if no worker is free. A band counts in completedSlices once, when all its rows are
+/// done; each time one does, the main queue is asked to check whether all eight are. Must not be
+/// called on the main queue's own thread. False if the memory to work in is not to be had or the
+/// buffers' control is cancelled.
 bool runBands(const EngineEnvironment& environment, const FilterKernel& kernel,
-              FilterBuffers& buffers, const FilterGeometry& geometry);
+              FilterBuffers& buffers, const FilterGeometry& geometry, const RunWatch& watch = {});
 
 }  // namespace velmara

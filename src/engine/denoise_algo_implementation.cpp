@@ -53,17 +53,15 @@ DenoiseAlgoImplementation::DenoiseAlgoImplementation(EngineEnvironment environme
 
 Image DenoiseAlgoImplementation::denoiseImageUsingCustomFastNLMeans(const Image& image,
                                                                     int templateWinSize,
-                                                                    int searchWinSize,
-                                                                    int sigmaVal) const {
+                                                                    int searchWinSize, int sigmaVal,
+                                                                    const RunWatch& watch) const {
   return applyFastNLMeansAlgorithmOnImage(image, templateWinSize, searchWinSize,
-                                          static_cast<double>(sigmaVal), false);
+                                          static_cast<double>(sigmaVal), false, watch);
 }
 
-Image DenoiseAlgoImplementation::applyFastNLMeansAlgorithmOnImage(const Image& image,
-                                                                  int templateWinSize,
-                                                                  int searchWinSize,
-                                                                  double sigmaVal,
-                                                                  bool isTestSpeedMode) const {
+Image DenoiseAlgoImplementation::applyFastNLMeansAlgorithmOnImage(
+    const Image& image, int templateWinSize, int searchWinSize, double sigmaVal,
+    bool isTestSpeedMode, const RunWatch& watch) const {
   if (templateWinSize > searchWinSize) {
     std::fputs("searchWindowSize should be larger than templeteWindowSize\n", stdout);
     return {};
@@ -81,7 +79,11 @@ Image DenoiseAlgoImplementation::applyFastNLMeansAlgorithmOnImage(const Image& i
     log("denoise: not enough memory for the request");
     return {};
   }
+  request->buffers.control = watch.control;
   const FilterGeometry& g = request->geometry;
+  // Only a colour picture's output rows are the result's.
+  RunWatch bandWatch = watch;
+  if (isTestSpeedMode || g.channelsDest != 3) bandWatch.rowsFinished = nullptr;
   bool done = false;
   if (isTestSpeedMode) {
     done = processFastNLMeansAlgorithmWithCounter(
@@ -91,24 +93,29 @@ Image DenoiseAlgoImplementation::applyFastNLMeansAlgorithmOnImage(const Image& i
   } else {
     const FilterGeometry geometry = isFilterable(g) ? g : withoutRows(g);
     const auto kernel = makeKernel(environment_.kernel, geometry, request->buffers);
-    done = kernel != nullptr && runBands(environment_, *kernel, request->buffers, geometry);
-    log(("Threads Processed = " + std::to_string(kBands)).c_str());
+    done =
+        kernel != nullptr && runBands(environment_, *kernel, request->buffers, geometry, bandWatch);
   }
+  if (request->buffers.isCancelled()) return {};
+  if (!isTestSpeedMode) log(("Threads Processed = " + std::to_string(kBands)).c_str());
   if (!done) {
     log("denoise: not enough memory to filter");
     return {};
   }
+  if (watch.rowsFinished && !bandWatch.rowsFinished) {
+    watch.rowsFinished(request->canvas.packed().data(), 0, g.heightDest);
+  }
   return Image(std::move(request->canvas).finish(), image.profile());
 }
 
-std::int64_t DenoiseAlgoImplementation::calculateProcessingSpeedForTestImage(const Image& image,
-                                                                             int templateWinSize,
-                                                                             int searchWinSize,
-                                                                             int sigmaVal) const {
+std::int64_t DenoiseAlgoImplementation::calculateProcessingSpeedForTestImage(
+    const Image& image, int templateWinSize, int searchWinSize, int sigmaVal,
+    JobControl* control) const {
   const double start = now();
   const Image opaque(withoutAlpha(image.bitmap()), image.profile());
   applyFastNLMeansAlgorithmOnImage(opaque, templateWinSize, searchWinSize,
-                                   static_cast<double>(sigmaVal), true);
+                                   static_cast<double>(sigmaVal), true, {control, {}});
+  if (control != nullptr && control->isCancelled()) return 0;
   return pixelsPerSecond(image.size(), now() - start);
 }
 

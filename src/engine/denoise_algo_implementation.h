@@ -5,6 +5,7 @@
 #include "base/image.h"
 #include "engine/engine_environment.h"
 #include "engine/filter_kernel.h"
+#include "engine/run_watch.h"
 
 namespace velmara {
 
@@ -24,10 +25,11 @@ class DenoiseAlgoImplementation {
 
   explicit DenoiseAlgoImplementation(EngineEnvironment environment);
 
-  /// The denoised image, filtered in eight bands on the environment's workers while the calling
-  /// thread waits; see applyFastNLMeansAlgorithmOnImage.
+  /// The denoised image, filtered in eight bands on the environment's workers and the calling
+  /// thread; see applyFastNLMeansAlgorithmOnImage.
   Image denoiseImageUsingCustomFastNLMeans(const Image& image, int templateWinSize,
-                                           int searchWinSize, int sigmaVal) const;
+                                           int searchWinSize, int sigmaVal,
+                                           const RunWatch& watch = {}) const;
 
   /// Filters an image with square templates and search windows of these sides (template no larger
   /// than search) and strength sigma. Alpha is drawn over black first. The result is opaque with 4
@@ -39,14 +41,18 @@ class DenoiseAlgoImplementation {
   /// Results other than the filtered image: a template larger than the search window writes a
   /// message to standard output and gives no image; negative sizes, missing queues, the wrong
   /// thread and lack of memory give a log line and no image; an image that is not valid is given
-  /// back as it is; one of two samples a pixel comes back black.
+  /// back as it is; one of two samples a pixel comes back black. A request that the watch cancels
+  /// gives no image and writes no line.
   Image applyFastNLMeansAlgorithmOnImage(const Image& image, int templateWinSize, int searchWinSize,
-                                         double sigmaVal, bool isTestSpeedMode) const;
+                                         double sigmaVal, bool isTestSpeedMode,
+                                         const RunWatch& watch = {}) const;
 
   /// Filters a test image once in test-speed mode and returns the pixels per second (of the image's
-  /// logical size), everything from the decoded image to the result included.
+  /// logical size), everything from the decoded image to the result included; 0 if the control is
+  /// cancelled.
   std::int64_t calculateProcessingSpeedForTestImage(const Image& image, int templateWinSize,
-                                                    int searchWinSize, int sigmaVal) const;
+                                                    int searchWinSize, int sigmaVal,
+                                                    JobControl* control = nullptr) const;
 
   /// How noisy an image is, in dB; see noiseLevel.
   double getPSNRofImage(const Image& image) const;
@@ -54,8 +60,8 @@ class DenoiseAlgoImplementation {
   /// The kernel: filters band `counter` of `totalThreads` from the buffers' sourceBytes to their
   /// destBytes and adds one to their completedSlices, whatever happened. Writes nothing for
   /// channels other than 1 and 3, for an empty band, for sizes that contradict each other or the
-  /// buffers (see FilterGeometry), and when there is no memory to work in; only the last gives
-  /// false.
+  /// buffers (see FilterGeometry), and when there is no memory to work in; the last gives false,
+  /// and so does a cancelled control of the buffers.
   bool processFastNLMeansAlgorithmWithCounter(FilterBuffers& buffers, int counter, int totalThreads,
                                               int templateWinSize, int searchWinSize,
                                               std::int64_t D, int sr, double tdiv, int tr,

@@ -5,6 +5,7 @@
 #include <memory>
 #include <span>
 
+#include "base/job_control.h"
 #include "engine/filter_geometry.h"
 #include "engine/weight_table.h"
 
@@ -20,6 +21,10 @@ struct FilterBuffers {
   WeightTable weightTable;
   /// Bands that are done.
   std::atomic<std::int32_t> completedSlices{0};
+  /// Asked between rows whether to stop.
+  const JobControl* control = nullptr;
+
+  bool isCancelled() const { return control != nullptr && control->isCancelled(); }
 };
 
 /// A rectangle of output pixels, up to but not including xEnd and yEnd.
@@ -32,7 +37,7 @@ struct Tile {
 class TileFilter {
  public:
   virtual ~TileFilter() = default;
-  /// Writes the output pixels of a tile.
+  /// Writes the output pixels of a tile, or some of them if the request is cancelled meanwhile.
   virtual void filter(const Tile& tile) = 0;
 };
 

@@ -23,6 +23,7 @@ class ReferenceTileFilter final : public TileFilter {
     const std::span<const double> table = buffers_.weightTable.entries;
     for (int y = tile.yBegin; y < tile.yEnd; ++y) {
       for (int x = tile.xBegin; x < tile.xEnd; ++x) {
+        if (buffers_.isCancelled()) return;  // A pixel of large windows takes milliseconds.
         const double tweight = compareCandidates(source_, geometry_, table, x, y, ww_);
         normaliseWeights(table, ww_, tweight, geometry_.H, nw_);
         averageCandidates(source_, geometry_, nw_, x, y, pixelOf(x, y));

@@ -4,9 +4,10 @@
 
 namespace velmara {
 
-Image AlgorithmEngine::denoise(const Image& image, const FilterParameters& parameters) const {
+Image AlgorithmEngine::denoise(const Image& image, const FilterParameters& parameters,
+                               const RunWatch& watch) const {
   return algorithm_.denoiseImageUsingCustomFastNLMeans(
-      image, parameters.templateWinSize, parameters.searchWinSize, parameters.sigmaVal);
+      image, parameters.templateWinSize, parameters.searchWinSize, parameters.sigmaVal, watch);
 }
 
 double AlgorithmEngine::psnr(const Image& image) const {
@@ -14,9 +15,11 @@ double AlgorithmEngine::psnr(const Image& image) const {
 }
 
 std::int64_t AlgorithmEngine::processingSpeed(const Image& testImage,
-                                              const FilterParameters& parameters) const {
-  return algorithm_.calculateProcessingSpeedForTestImage(
-      testImage, parameters.templateWinSize, parameters.searchWinSize, parameters.sigmaVal);
+                                              const FilterParameters& parameters,
+                                              JobControl* control) const {
+  return algorithm_.calculateProcessingSpeedForTestImage(testImage, parameters.templateWinSize,
+                                                         parameters.searchWinSize,
+                                                         parameters.sigmaVal, control);
 }
 
 }  // namespace velmara

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "base/image.h"
+#include "engine/run_watch.h"
 #include "session/denoise_parameters.h"
 
 namespace velmara {
@@ -15,13 +16,15 @@ class DenoiseEngine {
  public:
   virtual ~DenoiseEngine() = default;
 
-  /// The denoised image. Not on the main thread.
-  virtual Image denoise(const Image& image, const FilterParameters& parameters) const = 0;
+  /// The denoised image; none if the watch cancels. Not on the main thread.
+  virtual Image denoise(const Image& image, const FilterParameters& parameters,
+                        const RunWatch& watch = {}) const = 0;
   /// How noisy the image is, in dB.
   virtual double psnr(const Image& image) const = 0;
-  /// Pixels per second, measured by filtering the image once on the calling thread.
-  virtual std::int64_t processingSpeed(const Image& testImage,
-                                       const FilterParameters& parameters) const = 0;
+  /// Pixels per second, measured by filtering the image once on the calling thread; 0 if the
+  /// control is cancelled.
+  virtual std::int64_t processingSpeed(const Image& testImage, const FilterParameters& parameters,
+                                       JobControl* control = nullptr) const = 0;
 };
 
 /// The engine itself, which must outlive this.
@@ -29,10 +32,11 @@ class AlgorithmEngine final : public DenoiseEngine {
  public:
   explicit AlgorithmEngine(const DenoiseAlgoImplementation& algorithm) : algorithm_(algorithm) {}
 
-  Image denoise(const Image& image, const FilterParameters& parameters) const override;
+  Image denoise(const Image& image, const FilterParameters& parameters,
+                const RunWatch& watch = {}) const override;
   double psnr(const Image& image) const override;
-  std::int64_t processingSpeed(const Image& testImage,
-                               const FilterParameters& parameters) const override;
+  std::int64_t processingSpeed(const Image& testImage, const FilterParameters& parameters,
+                               JobControl* control = nullptr) const override;
 
  private:
   const DenoiseAlgoImplementation& algorithm_;

@@ -34,17 +34,19 @@ class GatedEngine final : public DenoiseEngine {
  public:
   GatedEngine() : algorithm_(environment()) {}
 
-  Image denoise(const Image& image, const FilterParameters& parameters) const override {
+  Image denoise(const Image& image, const FilterParameters& parameters,
+                const RunWatch& watch) const override {
     {
       std::unique_lock lock(mutex_);
       ++runs_;
       last_ = parameters;
       opened_.wait(lock, [this] { return isOpen_; });
     }
-    return givesNothing ? Image() : AlgorithmEngine(algorithm_).denoise(image, parameters);
+    return givesNothing ? Image() : AlgorithmEngine(algorithm_).denoise(image, parameters, watch);
   }
   double psnr(const Image& image) const override { return AlgorithmEngine(algorithm_).psnr(image); }
-  std::int64_t processingSpeed(const Image&, const FilterParameters& parameters) const override {
+  std::int64_t processingSpeed(const Image&, const FilterParameters& parameters,
+                               JobControl*) const override {
     measured.push_back(parameters);
     return 1'000'000;
   }

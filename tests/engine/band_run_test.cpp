@@ -16,10 +16,10 @@ FilterGeometry pictureOf(int width, int height) {
   return geometryOfRequest(width, height, 3, 3, 7);
 }
 
-// The run of a picture by workers of some speeds.
+// The run of a picture by workers of some speeds, of which the calling thread is one.
 void runSimulated(const SimulatedWorkers& workers, int threads, int width, int height) {
   ThreadQueue mainQueue(1);
-  ThreadQueue queue(threads);  // Ends first, as its tasks use the other.
+  ThreadQueue queue(threads - 1);  // Ends first, as its tasks use the other.
   EngineEnvironment environment;
   environment.workers = &queue;
   environment.mainQueue = &mainQueue;
@@ -96,7 +96,7 @@ class HeldKernel final : public FilterKernel {
 
 TEST(BandRunTest, NoBandWaitsForOneThatIsHeldUp) {
   ThreadQueue mainQueue(1);
-  ThreadQueue queue(2);
+  ThreadQueue queue(1);
   EngineEnvironment environment;
   environment.workers = &queue;
   environment.mainQueue = &mainQueue;

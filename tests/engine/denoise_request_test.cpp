@@ -188,6 +188,56 @@ TEST_F(DenoiseRequestTest, RequestsAtTheSameTimeDoNotMeet) {
   EXPECT_EQ(same, 4);
 }
 
+TEST_F(DenoiseRequestTest, TellsEachRowOfTheResultOnceFromTheTopToTheBottom) {
+  for (const int samples : {1, 2, 3, 4}) {
+    const Image input(makePicture(Content::kPhoto, 700, 300, samples, 8));
+    JobControl control;
+    Bytes told;
+    int rows = 0;
+    const auto take = [&](const std::uint8_t* first, int firstRow, int rowCount) {
+      EXPECT_EQ(firstRow, rows);
+      rows += rowCount;
+      told.insert(told.end(), first, first + std::ptrdiff_t{3} * 700 * rowCount);
+    };
+    const Image result =
+        engine_.denoiseImageUsingCustomFastNLMeans(input, 3, 7, 5, {&control, take});
+    EXPECT_EQ(rows, 300) << samples;
+    EXPECT_EQ(told, packedRgb(result.bitmap())) << samples;
+    EXPECT_EQ(control.progress(), samples == 2 ? 0.0 : 1.0);
+  }
+}
+
+TEST_F(DenoiseRequestTest, ACancelledRequestGivesNothingAndSaysNothing) {
+  const Image input(makePicture(Content::kPhoto, 700, 300, 3, 9));
+  // Before it starts, and when the first rows are there.
+  for (const bool atOnce : {true, false}) {
+    JobControl control;
+    if (atOnce) control.cancel();
+    int rows = 0;
+    const auto cancel = [&](const std::uint8_t*, int, int rowCount) {
+      control.cancel();
+      rows += rowCount;
+    };
+    EXPECT_FALSE(
+        engine_.denoiseImageUsingCustomFastNLMeans(input, 3, 13, 8, {&control, cancel}).isValid());
+    EXPECT_EQ(rows > 0, !atOnce);
+    EXPECT_LT(rows, 300);
+    EXPECT_THAT(takeLines(), IsEmpty());
+    EXPECT_EQ(engine_.calculateProcessingSpeedForTestImage(input, 3, 13, 8, &control), 0);
+  }
+}
+
+// Nothing but the calling thread is free: the run ends all the same.
+TEST_F(DenoiseRequestTest, ARunNeedsNoFreeWorker) {
+  ThreadQueue busy(0);
+  EngineEnvironment lonely = environment();
+  lonely.workers = &busy;
+  const Bitmap picture = makePicture(Content::kPhoto, 40, 33, 3, 5);
+  const Image result =
+      DenoiseAlgoImplementation(lonely).denoiseImageUsingCustomFastNLMeans(Image(picture), 3, 7, 8);
+  EXPECT_EQ(packedRgb(result.bitmap()), bruteForce(picture, 3, 7, 8));
+}
+
 TEST_F(DenoiseRequestTest, ReportsProgressUpToTheLastRow) {
   EngineEnvironment watched = environment();
   std::atomic<std::int64_t> most{0};

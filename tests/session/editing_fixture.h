@@ -39,7 +39,8 @@ class HeldQueue final : public TaskQueue {
 /// An engine that answers from its fields and writes down what it was asked.
 class ScriptedEngine final : public DenoiseEngine {
  public:
-  Image denoise(const Image& image, const FilterParameters& parameters) const override {
+  Image denoise(const Image& image, const FilterParameters& parameters,
+                const RunWatch&) const override {
     filtered.push_back(parameters);
     sizes.push_back(image.size());
     return gives ? image : Image();
@@ -48,7 +49,8 @@ class ScriptedEngine final : public DenoiseEngine {
     measured.push_back(image.size());
     return noise;
   }
-  std::int64_t processingSpeed(const Image&, const FilterParameters& parameters) const override {
+  std::int64_t processingSpeed(const Image&, const FilterParameters& parameters,
+                               JobControl*) const override {
     calibrated.push_back(parameters);
     return 400'000 + static_cast<std::int64_t>(calibrated.size());
   }

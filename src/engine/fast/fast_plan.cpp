@@ -154,6 +154,7 @@ std::optional<FastPlan> makeFastPlan(const FilterGeometry& geometry, FilterBuffe
       static_cast<std::size_t>(geometry.sourceStride() * geometry.heightIm));
   plan.dest = buffers.destBytes;
   plan.table = buffers.weightTable.entries;
+  plan.control = buffers.control;
   plan.channels = geometry.channelsSrc;
   plan.t = geometry.templateWinSize;
   plan.s = geometry.searchWinSize;

@@ -55,6 +55,8 @@ struct FastPlan {
   std::span<const std::uint8_t> source;
   std::span<std::uint8_t> dest;
   std::span<const double> table;
+  const JobControl* control = nullptr;
+  bool isCancelled() const { return control != nullptr && control->isCancelled(); }
 
   int channels = 0, t = 0, s = 0, sr = 0, tr = 0;
   double tdiv = 0.0;  ///< 0 for a patch without area, so that every distance gives index 0.

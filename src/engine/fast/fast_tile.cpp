@@ -52,7 +52,7 @@ class TileRun {
         nextRow_(tile.yBegin) {}
 
   std::int64_t run() {
-    for (int y = tile_.yBegin - plan_.lead; y < tile_.yEnd; ++y) {
+    for (int y = tile_.yBegin - plan_.lead; y < tile_.yEnd && !plan_.isCancelled(); ++y) {
       loadRows(std::int64_t{y} + 2 * std::int64_t{plan_.sr} + plan_.t);
       pointToRows(y);
       compareShifts(y);

@@ -26,12 +26,13 @@ namespace velmara::testing_support {
 /// No test here opens a photo.
 class IdleEngine final : public DenoiseEngine {
  public:
-  Image denoise(const Image& image, const FilterParameters& /*parameters*/) const override {
+  Image denoise(const Image& image, const FilterParameters& /*parameters*/,
+                const RunWatch& /*watch*/) const override {
     return image;
   }
   double psnr(const Image& /*image*/) const override { return 0.0; }
-  std::int64_t processingSpeed(const Image& /*image*/,
-                               const FilterParameters& /*parameters*/) const override {
+  std::int64_t processingSpeed(const Image& /*image*/, const FilterParameters& /*parameters*/,
+                               JobControl* /*control*/) const override {
     return 1;
   }
 };
