@@ -20,6 +20,17 @@ Bitmap withoutAlpha(const Bitmap& bitmap) {
   return std::move(*opaque).finish();
 }
 
+void logAlphaRemoval(const LogSink& log) {
+  if (log) log("Utils removeAlphaChannelFromImage");
+}
+
+Bitmap removeAlpha(const Bitmap& bitmap, const LogSink& log) {
+  logAlphaRemoval(log);
+  Bitmap opaque = withoutAlpha(bitmap);
+  if (!opaque.isValid() && log) log("Error in removeAlphaChannelFromImage");
+  return opaque;
+}
+
 Bitmap asRgba(const Bitmap& bitmap) {
   const int samples = bitmap.samplesPerPixel();
   if (!bitmap.isValid() || samples == 4) return bitmap;

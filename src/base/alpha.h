@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "base/bitmap.h"
+#include "base/task_queue.h"
 
 namespace velmara {
 
@@ -17,6 +18,11 @@ constexpr std::uint8_t overBlack(std::uint8_t sample, std::uint8_t alpha) {
 /// bitmap without alpha comes back itself. Not valid if the input is not or the memory is not to be
 /// had.
 Bitmap withoutAlpha(const Bitmap& bitmap);
+
+/// The toolkit's alpha removal: withoutAlpha with its lines in the log.
+Bitmap removeAlpha(const Bitmap& bitmap, const LogSink& log);
+/// The line it begins with, for whoever removes alpha on the way or finds none to remove.
+void logAlphaRemoval(const LogSink& log);
 
 /// Packed RGB (or gray) samples as an opaque 4-sample bitmap; 2 and 4 samples keep their alpha.
 Bitmap asRgba(const Bitmap& bitmap);

@@ -1,6 +1,7 @@
 #include "base/mirror.h"
 
 #include <cstring>
+#include <string>
 #include <utility>
 
 namespace velmara {
@@ -26,8 +27,24 @@ std::int64_t mirroredIndex(std::int64_t index, std::int64_t count) {
   return position < count ? position : period - 1 - position;
 }
 
-Bitmap withMirroredBorder(int width, int height, int samples, int border,
-                          const std::function<void(int y, std::uint8_t* out)>& writeRow) {
+PictureRows rowsOf(const Bitmap& bitmap) {
+  return {
+      bitmap.width(), bitmap.height(), bitmap.samplesPerPixel(),
+      [bitmap](int y, std::uint8_t* out) { std::memcpy(out, bitmap.row(y), bitmap.rowBytes()); }};
+}
+
+Bitmap withMirroredBorder(const Bitmap& bitmap, int border) {
+  if (!bitmap.isValid()) return {};
+  return addBorder(rowsOf(bitmap), border, {});
+}
+
+Bitmap addBorder(const PictureRows& picture, int border, const LogSink& log) {
+  const auto& [width, height, samples, writeRow] = picture;
+  if (log) {
+    log("Utils addBorderToImage");
+    log("input Image Size {" + std::to_string(width) + ", " + std::to_string(height) + "}");
+  }
+  if (border < 0) return {};
   auto framed = BitmapBuilder::allocate(width + 2 * std::int64_t{border},
                                         height + 2 * std::int64_t{border}, samples);
   if (!framed) return {};
@@ -37,22 +54,14 @@ Bitmap withMirroredBorder(int width, int height, int samples, int border,
     writeRow(y, row + offset);
     mirrorEnds(row, width, samples, border);
   }
-  const auto mirrorRow = [&](int y) {
-    const auto source = static_cast<int>(mirroredIndex(y, height));
-    std::memcpy(framed->row(y + border), framed->row(source + border), framed->rowBytes());
-  };
   for (int y = 1; y <= border; ++y) {
-    mirrorRow(-y);
-    mirrorRow(height - 1 + y);
+    for (const std::int64_t outside : {-std::int64_t{y}, height - 1 + std::int64_t{y}}) {
+      const auto inside = static_cast<int>(mirroredIndex(outside, height));
+      std::memcpy(framed->row(static_cast<int>(outside + border)), framed->row(inside + border),
+                  framed->rowBytes());
+    }
   }
   return std::move(*framed).finish();
-}
-
-Bitmap withMirroredBorder(const Bitmap& bitmap, int border) {
-  if (!bitmap.isValid() || border < 0) return {};
-  return withMirroredBorder(
-      bitmap.width(), bitmap.height(), bitmap.samplesPerPixel(), border,
-      [&](int y, std::uint8_t* out) { std::memcpy(out, bitmap.row(y), bitmap.rowBytes()); });
 }
 
 }  // namespace velmara

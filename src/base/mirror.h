@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "base/bitmap.h"
+#include "base/task_queue.h"
 
 namespace velmara {
 
@@ -16,9 +17,15 @@ std::int64_t mirroredIndex(std::int64_t index, std::int64_t count);
 /// the memory is not to be had.
 Bitmap withMirroredBorder(const Bitmap& bitmap, int border);
 
-/// The same for a picture of which only the rows are known: `writeRow(y, out)` is asked for each of
-/// them once and writes width * samples bytes.
-Bitmap withMirroredBorder(int width, int height, int samples, int border,
-                          const std::function<void(int y, std::uint8_t* out)>& writeRow);
+/// A picture of which only the rows are known: `writeRow(y, out)` writes width * samples bytes.
+struct PictureRows {
+  int width = 0, height = 0, samples = 0;
+  std::function<void(int y, std::uint8_t* out)> writeRow;
+};
+PictureRows rowsOf(const Bitmap& bitmap);
+
+/// The toolkit's border, with its lines in the log: withMirroredBorder of a picture of which each
+/// row is asked for once.
+Bitmap addBorder(const PictureRows& picture, int border, const LogSink& log);
 
 }  // namespace velmara

@@ -2,14 +2,15 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
+#include <limits>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "base/alpha.h"
 #include "engine/band_run.h"
-#include "engine/calibration.h"
 #include "engine/denoise_request.h"
-#include "engine/kernel_choice.h"
 #include "engine/noise_level.h"
 
 namespace velmara {
@@ -18,6 +19,14 @@ namespace {
 EngineEnvironment& sharedEnvironment() {
   static EngineEnvironment environment;
   return environment;
+}
+
+bool environmentAsksForReference() {
+  static const bool asks = [] {
+    const char* engine = std::getenv("VELMARA_ENGINE");
+    return engine != nullptr && std::string_view(engine) == "reference";
+  }();
+  return asks;
 }
 
 // What the kernel makes of sizes it does not filter: bands without rows.
@@ -37,6 +46,21 @@ bool buffersFit(const FilterGeometry& g, const FilterBuffers& buffers) {
                  buffers.destBytes.size());
 }
 
+// Toward zero; a number beyond the largest becomes that.
+std::int64_t truncated(double value) {
+  constexpr double kBeyond = 9223372036854775808.0;  // 2^63
+  if (value >= kBeyond) return std::numeric_limits<std::int64_t>::max();
+  return value > -kBeyond ? static_cast<std::int64_t>(value) : 0;
+}
+
+// The pixels of an image of that logical size over the seconds it took.
+std::int64_t pixelsPerSecond(Size size, double seconds) {
+  const auto pixels = static_cast<double>(truncated(size.width * size.height));
+  if (pixels == 0.0) return 0;
+  if (!(seconds > 0.0)) return std::numeric_limits<std::int64_t>::max();
+  return truncated(pixels / seconds);
+}
+
 }  // namespace
 
 DenoiseAlgoImplementation& DenoiseAlgoImplementation::sharedInstance() {
@@ -49,7 +73,9 @@ void DenoiseAlgoImplementation::installSharedEnvironment(EngineEnvironment envir
 }
 
 DenoiseAlgoImplementation::DenoiseAlgoImplementation(EngineEnvironment environment)
-    : environment_(std::move(environment)) {}
+    : environment_(std::move(environment)) {
+  if (environmentAsksForReference()) environment_.kernel = KernelChoice::kReference;
+}
 
 Image DenoiseAlgoImplementation::denoiseImageUsingCustomFastNLMeans(const Image& image,
                                                                     int templateWinSize,
@@ -74,24 +100,22 @@ Image DenoiseAlgoImplementation::applyFastNLMeansAlgorithmOnImage(
   if (!isTestSpeedMode && !mayRunInParallel()) return {};
 
   const std::unique_ptr<DenoiseRequest> request =
-      prepareRequest(image.bitmap(), templateWinSize, searchWinSize, sigmaVal);
+      prepareRequest(image.bitmap(), templateWinSize, searchWinSize, sigmaVal, environment_.log);
   if (request == nullptr) {
     log("denoise: not enough memory for the request");
     return {};
   }
   request->buffers.control = watch.control;
-  const FilterGeometry& g = request->geometry;
+  const FilterGeometry geometry =
+      isFilterable(request->geometry) ? request->geometry : withoutRows(request->geometry);
   // Only a colour picture's output rows are the result's.
   RunWatch bandWatch = watch;
-  if (isTestSpeedMode || g.channelsDest != 3) bandWatch.rowsFinished = nullptr;
+  if (isTestSpeedMode || geometry.channelsDest != 3) bandWatch.rowsFinished = nullptr;
   bool done = false;
   if (isTestSpeedMode) {
-    done = processFastNLMeansAlgorithmWithCounter(
-        request->buffers, 0, 1, g.templateWinSize, g.searchWinSize, g.D, g.sr, g.tdiv, g.tr, g.H,
-        g.widthDest, g.heightDest, g.channelsDest, g.widthIm, g.heightIm, g.channelsIm, g.widthSrc,
-        g.heightSrc, g.channelsSrc);
+    // Runs are filtered by the fast kernel, so that is what is measured.
+    done = filterBand(KernelChoice::kFast, request->buffers, geometry, {0, geometry.heightSrc});
   } else {
-    const FilterGeometry geometry = isFilterable(g) ? g : withoutRows(g);
     const auto kernel = makeKernel(environment_.kernel, geometry, request->buffers);
     done =
         kernel != nullptr && runBands(environment_, *kernel, request->buffers, geometry, bandWatch);
@@ -103,7 +127,7 @@ Image DenoiseAlgoImplementation::applyFastNLMeansAlgorithmOnImage(
     return {};
   }
   if (watch.rowsFinished && !bandWatch.rowsFinished) {
-    watch.rowsFinished(request->canvas.packed().data(), 0, g.heightDest);
+    watch.rowsFinished(request->canvas.packed().data(), 0, image.bitmap().height());
   }
   return Image(std::move(request->canvas).finish(), image.profile());
 }
@@ -112,7 +136,7 @@ std::int64_t DenoiseAlgoImplementation::calculateProcessingSpeedForTestImage(
     const Image& image, int templateWinSize, int searchWinSize, int sigmaVal,
     JobControl* control) const {
   const double start = now();
-  const Image opaque(withoutAlpha(image.bitmap()), image.profile());
+  const Image opaque(removeAlpha(image.bitmap(), environment_.log), image.profile());
   applyFastNLMeansAlgorithmOnImage(opaque, templateWinSize, searchWinSize,
                                    static_cast<double>(sigmaVal), true, {control, {}});
   if (control != nullptr && control->isCancelled()) return 0;
@@ -151,12 +175,16 @@ bool DenoiseAlgoImplementation::processFastNLMeansAlgorithmWithCounter(
     ++buffers.completedSlices;
     return true;
   }
-  const auto kernel = makeKernel(environment_.kernel, geometry, buffers);
-  if (kernel == nullptr) {
-    ++buffers.completedSlices;
-    return false;
-  }
-  return runOneBand(*kernel, buffers, geometry, rowsOfBand(heightSrc, counter, totalThreads));
+  return filterBand(environment_.kernel, buffers, geometry,
+                    rowsOfBand(heightSrc, counter, totalThreads));
+}
+
+bool DenoiseAlgoImplementation::filterBand(KernelChoice choice, FilterBuffers& buffers,
+                                           const FilterGeometry& geometry, RowRange rows) {
+  const auto kernel = makeKernel(choice, geometry, buffers);
+  if (kernel != nullptr) return runOneBand(*kernel, buffers, geometry, rows);
+  ++buffers.completedSlices;
+  return false;
 }
 
 void DenoiseAlgoImplementation::log(const char* line) const {

@@ -47,9 +47,9 @@ class DenoiseAlgoImplementation {
                                          double sigmaVal, bool isTestSpeedMode,
                                          const RunWatch& watch = {}) const;
 
-  /// Filters a test image once in test-speed mode and returns the pixels per second (of the image's
-  /// logical size), everything from the decoded image to the result included; 0 if the control is
-  /// cancelled.
+  /// Filters a test image once in test-speed mode, which uses the fast kernel, and returns the
+  /// pixels per second (of the image's logical size), everything from the decoded image to the
+  /// result included; 0 if the control is cancelled.
   std::int64_t calculateProcessingSpeedForTestImage(const Image& image, int templateWinSize,
                                                     int searchWinSize, int sigmaVal,
                                                     JobControl* control = nullptr) const;
@@ -71,6 +71,8 @@ class DenoiseAlgoImplementation {
                                               int channelsSrc) const;
 
  private:
+  static bool filterBand(KernelChoice choice, FilterBuffers& buffers,
+                         const FilterGeometry& geometry, RowRange rows);
   void log(const char* line) const;
   double now() const;
   bool mayRunInParallel() const;

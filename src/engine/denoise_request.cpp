@@ -4,28 +4,62 @@
 #include <new>
 #include <utility>
 
-#include "engine/padded_source.h"
+#include "base/alpha.h"
+#include "base/mirror.h"
+#include "engine/alpha_rows.h"
 
 namespace velmara {
 
+PackedRgbCanvas::PackedRgbCanvas(BitmapBuilder rgba) : rgba_(std::move(rgba)) {}
+
+std::optional<PackedRgbCanvas> PackedRgbCanvas::allocate(int width, int height) {
+  auto rgba = BitmapBuilder::allocate(width, height, 4);
+  if (!rgba) return std::nullopt;
+  return PackedRgbCanvas(std::move(*rgba));
+}
+
+// The packed bytes lie at the end of the memory, so that spreading them from the front to 4 bytes
+// a pixel never overwrites one that is still to be read.
+std::span<std::uint8_t> PackedRgbCanvas::packed() {
+  const std::span<std::uint8_t> all = rgba_.bytes();
+  return all.last(all.size() / 4 * 3);
+}
+
+Bitmap PackedRgbCanvas::finish() && {
+  addAlpha(packed().data(), packed().size() / 3, rgba_.bytes().data());
+  return std::move(rgba_).finish();
+}
+
+// The rows lose their alpha on their way into the frame: no copy lies in between. Neither the
+// canvas nor what comes of the frame has any alpha left to remove.
+Bitmap paddedSource(const Bitmap& bitmap, int border, const LogSink& log) {
+  if (bitmap.samplesPerPixel() != 4) return addBorder(rowsOf(bitmap), border, log);
+  logAlphaRemoval(log);
+  logAlphaRemoval(log);
+  const auto pixels = static_cast<std::size_t>(bitmap.width());
+  const Bitmap padded =
+      addBorder({bitmap.width(), bitmap.height(), 3,
+                 [&](int y, std::uint8_t* out) { dropAlpha(bitmap.row(y), pixels, out); }},
+                border, log);
+  return removeAlpha(padded, log);
+}
+
 std::unique_ptr<DenoiseRequest> prepareRequest(const Bitmap& bitmap, int templateWinSize,
-                                               int searchWinSize, double sigma) try {
+                                               int searchWinSize, double sigma,
+                                               const LogSink& log) try {
   const std::int64_t border = borderOfWindows(templateWinSize, searchWinSize);
   const int channels = std::min(bitmap.samplesPerPixel(), 3);
-  if (!isAllowedBitmapSize(bitmap.width() + 2 * border, bitmap.height() + 2 * border, channels)) {
-    return nullptr;
-  }
   auto canvas = PackedRgbCanvas::allocate(bitmap.width(), bitmap.height());
   if (!canvas) return nullptr;
   auto request = std::make_unique<DenoiseRequest>(std::move(*canvas));
+  request->padded = paddedSource(bitmap, static_cast<int>(border), log);
+  if (!request->padded.isValid()) return nullptr;
   request->geometry =
       geometryOfRequest(bitmap.width(), bitmap.height(), channels, templateWinSize, searchWinSize);
+  request->buffers.sourceBytes = request->padded.bytes();
   request->buffers.weightTable = buildWeightTable(sigma, channels);
   std::span<std::uint8_t> black = request->canvas.packed();
   if (isFilterable(request->geometry)) {
-    request->padded = paddedSource(bitmap, static_cast<int>(border));
-    if (!request->padded.isValid()) return nullptr;
-    request->buffers.sourceBytes = request->padded.bytes();
     // The kernel writes all of these.
     const std::size_t written = black.size() / 3 * static_cast<std::size_t>(channels);
     request->buffers.destBytes = black.first(written);

@@ -5,11 +5,9 @@
 
 #include "base/image.h"
 #include "base/task_queue.h"
+#include "engine/filter_kernel.h"
 
 namespace velmara {
-
-/// Which filter kernel works: both give the same bits.
-enum class KernelChoice { kFast, kReference };
 
 /// What the engine needs from outside: it links no codec, no windows and makes no threads itself.
 ///
@@ -27,7 +25,8 @@ struct EngineEnvironment {
   std::function<Image(const Image&, float factor)> recompressJpeg;
   /// Seconds since some fixed moment, never running backwards.
   std::function<double()> clock;
-  /// The environment variable VELMARA_ENGINE=reference asks for the reference as well.
+  /// What filters runs. The environment variable VELMARA_ENGINE=reference asks for the reference as
+  /// well.
   KernelChoice kernel = KernelChoice::kFast;
   /// Told while bands are filtered how many rows' worth of work is done; called from any thread,
   /// also from several at a time and not always in rising order.

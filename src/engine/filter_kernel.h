@@ -11,6 +11,9 @@
 
 namespace velmara {
 
+/// Which filter kernel works: both give the same bits.
+enum class KernelChoice { kFast, kReference };
+
 /// The buffers of one request, named as the method has them. They belong to their request: two
 /// requests at a time do not meet.
 struct FilterBuffers {
@@ -55,5 +58,10 @@ class FilterKernel {
   /// Null if the memory is not to be had.
   virtual std::unique_ptr<TileFilter> makeTileFilter() const = 0;
 };
+
+/// The kernel for a request, the reference where the fast one does not take it. Null if the memory
+/// is not to be had.
+std::unique_ptr<FilterKernel> makeKernel(KernelChoice choice, const FilterGeometry& geometry,
+                                         FilterBuffers& buffers);
 
 }  // namespace velmara

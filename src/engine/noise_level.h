@@ -23,4 +23,9 @@ double noiseLevel(const Image& image, const EngineEnvironment& environment);
 /// precision, the squares added one after another.
 double peakSignalToNoiseRatio(std::span<const std::uint8_t> a, std::span<const std::uint8_t> b);
 
+/// The length in bytes of a baseline TIFF file (TIFF 6.0) with one uncompressed strip for a
+/// picture, or one after another for an image of several.
+std::uint64_t tiffLength(const Bitmap& bitmap);
+std::uint64_t tiffLength(const Image& image);
+
 }  // namespace velmara

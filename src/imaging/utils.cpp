@@ -66,24 +66,17 @@ Image Utils::convertBitmapRGBA8ToNSImage(const std::uint8_t* bytes, int withWidt
 }
 
 Image Utils::removeAlphaChannelFromImage(const Image& image, Size size) const {
-  logLine("Utils removeAlphaChannelFromImage");
-  const Bitmap opaque = withoutAlpha(getCgiImageRef(image));
-  if (!opaque.isValid()) {
-    logLine("Error in removeAlphaChannelFromImage");
-    return {};
-  }
-  return Image({opaque}, size, image.profile());
+  const Bitmap opaque = removeAlpha(getCgiImageRef(image), logLine);
+  return opaque.isValid() ? Image({opaque}, size, image.profile()) : Image();
 }
 
 Image Utils::addBorderToImage(const Image& image, int borderWidth) const {
-  logLine("Utils addBorderToImage");
   if (!image.isValid()) {
+    logLine("Utils addBorderToImage");
     logLine("not valid image");
     return image;
   }
-  const Bitmap decoded = getCgiImageRef(image);
-  logFormat("input Image Size {%d, %d}", decoded.width(), decoded.height());
-  const Bitmap framed = withMirroredBorder(decoded, borderWidth);
+  const Bitmap framed = addBorder(rowsOf(getCgiImageRef(image)), borderWidth, logLine);
   if (framed.samplesPerPixel() == 1) return Image(framed, image.profile());
   return Image(asRgba(framed), image.profile());
 }

@@ -10,14 +10,20 @@
 #include "base/alpha.h"
 #include "engine/brute_force.h"
 #include "engine/denoise_algo_implementation.h"
+#include "engine/fast/fast_kernel.h"
+#include "engine/fast/instruction_sets.h"
 #include "engine/pictures.h"
 #include "engine/thread_queue.h"
 
 namespace velmara {
 namespace {
 
-using ::testing::ElementsAre;
+using ::testing::Contains;
+using ::testing::Each;
+using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
 
 class DenoiseRequestTest : public ::testing::Test {
  protected:
@@ -107,7 +113,41 @@ TEST_F(DenoiseRequestTest, AlphaIsDrawnOverBlackAndTheResultIsOpaque) {
   EXPECT_EQ(result.bitmap().pixel(11, 9)[3], 255);
   EXPECT_EQ(result.profile(), profile);
   EXPECT_EQ(result.size(), (Size{12.0, 10.0}));
-  EXPECT_THAT(takeLines(), ElementsAre("Threads Processed = 8"));
+}
+
+// The toolkit's steps of a request, in its order.
+TEST_F(DenoiseRequestTest, TheLogTellsTheStepsOfARun) {
+  const char* const removal = "Utils removeAlphaChannelFromImage";
+  const std::vector<std::string> border = {"Utils addBorderToImage", "input Image Size {6, 5}"};
+  for (const int samples : {1, 2, 3, 4}) {
+    const Image input(makePicture(Content::kRandom, 6, 5, samples, 4));
+    std::vector<std::string> steps = border;
+    if (samples == 4) steps = {removal, removal, border[0], border[1], removal};
+    steps.emplace_back("Threads Processed = 8");
+    engine_.denoiseImageUsingCustomFastNLMeans(input, 3, 5, 5);
+    EXPECT_THAT(takeLines(), ElementsAreArray(steps)) << samples;
+    // The calibration removes the alpha whatever the samples, and filters what is left.
+    engine_.calculateProcessingSpeedForTestImage(input, 3, 5, 5);
+    EXPECT_THAT(takeLines(), ElementsAreArray({removal, border[0].c_str(), border[1].c_str()}))
+        << samples;
+  }
+}
+
+// Every mean is the sample itself where the D-th part of it is an exact number; else the sum of D
+// such parts may fall short of it and lose one in the truncation.
+TEST_F(DenoiseRequestTest, AFlatImageStaysFlat) {
+  for (const int sample : {0, 1, 99, 100, 127, 128, 254, 255}) {
+    const auto value = static_cast<std::uint8_t>(sample);
+    for (const int s : {1, 2, 3, 4, 7, 8, 14}) {
+      const Image flat(Bitmap::copyOf(Bytes(40 * 20 * 3, value), 40, 20, 3));
+      const Bytes result =
+          packedRgb(engine_.denoiseImageUsingCustomFastNLMeans(flat, 1, s, 5).bitmap());
+      const bool isExact = (s & (s - 1)) == 0;
+      EXPECT_THAT(result, Each(result[0])) << sample << ", " << s;
+      EXPECT_TRUE(result[0] == value || (!isExact && result[0] + 1 == value))
+          << sample << ", " << s;
+    }
+  }
 }
 
 TEST_F(DenoiseRequestTest, GrayWithAlphaComesBackBlack) {
@@ -134,7 +174,7 @@ TEST_F(DenoiseRequestTest, RefusesWhatItCannotDoWithOneLine) {
   const Image input(makePicture(Content::kRandom, 6, 5, 3, 4));
   const auto refused = [&](const DenoiseAlgoImplementation& engine, int t, int s) {
     EXPECT_FALSE(engine.denoiseImageUsingCustomFastNLMeans(input, t, s, 5).isValid());
-    EXPECT_EQ(takeLines().size(), 1U) << t << ", " << s;
+    EXPECT_THAT(takeLines(), Contains(StartsWith("denoise: ")).Times(1)) << t << ", " << s;
   };
   refused(engine_, -3, 7);
   refused(engine_, -3, -3);
@@ -158,7 +198,7 @@ TEST_F(DenoiseRequestTest, RefusesToWaitOnTheMainThreadForTheMainThread) {
   done.acquire();
   EXPECT_FALSE(parallel.isValid());
   EXPECT_TRUE(alone.isValid());
-  EXPECT_EQ(takeLines().size(), 1U);
+  EXPECT_THAT(takeLines(), Contains(StartsWith("denoise: ")).Times(1));
 }
 
 TEST_F(DenoiseRequestTest, AnImageThatIsNotValidComesBackItself) {
@@ -207,7 +247,7 @@ TEST_F(DenoiseRequestTest, TellsEachRowOfTheResultOnceFromTheTopToTheBottom) {
   }
 }
 
-TEST_F(DenoiseRequestTest, ACancelledRequestGivesNothingAndSaysNothing) {
+TEST_F(DenoiseRequestTest, ACancelledRequestGivesNothingAndTellsOfNoSuccess) {
   const Image input(makePicture(Content::kPhoto, 700, 300, 3, 9));
   // Before it starts, and when the first rows are there.
   for (const bool atOnce : {true, false}) {
@@ -222,7 +262,7 @@ TEST_F(DenoiseRequestTest, ACancelledRequestGivesNothingAndSaysNothing) {
         engine_.denoiseImageUsingCustomFastNLMeans(input, 3, 13, 8, {&control, cancel}).isValid());
     EXPECT_EQ(rows > 0, !atOnce);
     EXPECT_LT(rows, 300);
-    EXPECT_THAT(takeLines(), IsEmpty());
+    EXPECT_THAT(takeLines(), Not(Contains("Threads Processed = 8")));
     EXPECT_EQ(engine_.calculateProcessingSpeedForTestImage(input, 3, 13, 8, &control), 0);
   }
 }
@@ -252,6 +292,42 @@ TEST_F(DenoiseRequestTest, ReportsProgressUpToTheLastRow) {
   DenoiseAlgoImplementation(watched).denoiseImageUsingCustomFastNLMeans(input, 3, 5, 5);
   EXPECT_TRUE(sane);
   EXPECT_EQ(most, 50);
+}
+
+// The clock is read before and after; the pixels are those of the image's logical size.
+TEST_F(DenoiseRequestTest, SpeedIsThePixelsOverTheSecondsTruncated) {
+  constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+  const struct {
+    Size size;
+    double seconds;
+    std::int64_t rate;
+  } cases[] = {
+      {{50.0, 20.0}, 0.25, 4000}, {{100.0, 99.0}, 0.7, 14142}, {{10.5, 3.5}, 1.0, 36},
+      {{0.0, 0.0}, 0.0, 0},       {{5.0, 5.0}, 0.0, kMost},    {{1e300, 1e300}, 1e300, 0},
+  };
+  for (const auto& c : cases) {
+    double now = 0.0;
+    EngineEnvironment clocked = environment();
+    clocked.clock = [&] { return std::exchange(now, now + c.seconds); };
+    const Image test({makePicture(Content::kPhoto, 16, 16, 4, 1)}, c.size);
+    EXPECT_EQ(
+        DenoiseAlgoImplementation(clocked).calculateProcessingSpeedForTestImage(test, 5, 14, 10),
+        c.rate);
+  }
+}
+
+// Whatever the windows a very noisy photo asks for, and whoever else is to use the reference.
+TEST_F(DenoiseRequestTest, SpeedIsThatOfTheFastKernel) {
+  if (instructionSets().front() == "SCALAR") return;  // There is no fast kernel then.
+  EngineEnvironment plain = environment();
+  plain.kernel = KernelChoice::kReference;
+  const Image test(makePicture(Content::kPhoto, 16, 16, 3, 1));
+  const KernelStatistics before = kernelStatistics();
+  for (const int s : {7, 32, 40, 64}) {
+    DenoiseAlgoImplementation(plain).calculateProcessingSpeedForTestImage(test, 3, s, 60);
+  }
+  EXPECT_EQ(kernelStatistics().referencePixels, before.referencePixels);
+  EXPECT_EQ(kernelStatistics().fastPixels, before.fastPixels + 4 * 256);
 }
 
 }  // namespace

@@ -6,10 +6,8 @@
 #include <cstdlib>
 #include <random>
 
-#include "engine/fast/decision_bound.h"
 #include "engine/fast/fast_plan.h"
 #include "engine/fast/instruction_sets.h"
-#include "engine/patch_distance.h"
 #include "engine/random_request.h"
 #include "engine/reference_kernel.h"
 
@@ -64,8 +62,8 @@ TEST_P(FastKernelTest, UndecidedPixelsGiveTheReferenceBits) {
 TEST_P(FastKernelTest, EveryWindowAndStrength) {
   constexpr double kSigmas[] = {0, 1, 2, 5, 12, 40, 200, -3};
   std::uint64_t seed = 1;
-  for (int s = 1; s <= 31; ++s) {
-    for (int t = 0; t <= s; t += t < 5 ? 1 : 3) {
+  for (int s = 1; s <= 64; ++s) {
+    for (int t = 0; t <= std::min(s, 31); t += s > 31 ? 1 + 2 * t : t < 5 ? 1 : 3) {
       for (const int channels : {1, 3}) {
         const Content content = kAllContents[seed % std::size(kAllContents)];
         expectReferenceBits(

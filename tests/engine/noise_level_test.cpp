@@ -9,7 +9,6 @@
 #include "base/alpha.h"
 #include "engine/denoise_algo_implementation.h"
 #include "engine/pictures.h"
-#include "engine/tiff_length.h"
 
 namespace velmara {
 namespace {

@@ -1,13 +1,11 @@
-#include "engine/padded_source.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 #include "base/alpha.h"
 #include "base/mirror.h"
+#include "engine/denoise_request.h"
 #include "engine/fast/instruction_sets.h"
-#include "engine/packed_rgb.h"
 #include "engine/pictures.h"
 
 namespace velmara {
@@ -32,7 +30,7 @@ TEST_P(PixelRowsTest, PaddingDrawsOverBlackOnTheWay) {
   for (const int width : kWidths) {
     for (const int border : {0, 1, 9}) {
       const Bitmap picture = halfOpaque(width, 5);
-      const Bitmap padded = paddedSource(picture, border);
+      const Bitmap padded = paddedSource(picture, border, {});
       ASSERT_EQ(padded.samplesPerPixel(), 3);
       EXPECT_EQ(bytesOf(padded), bytesOf(withMirroredBorder(withoutAlpha(picture), border)))
           << width << ", border " << border;
@@ -56,9 +54,9 @@ INSTANTIATE_TEST_SUITE_P(Sets, PixelRowsTest, ::testing::ValuesIn(instructionSet
 TEST(PaddedSourceTest, WithoutAlphaItIsTheMirroredBorder) {
   for (const int samples : {1, 2, 3}) {
     const Bitmap picture = makePicture(Content::kRandom, 20, 4, samples, 33);
-    EXPECT_EQ(bytesOf(paddedSource(picture, 6)), bytesOf(withMirroredBorder(picture, 6)));
+    EXPECT_EQ(bytesOf(paddedSource(picture, 6, {})), bytesOf(withMirroredBorder(picture, 6)));
   }
-  EXPECT_FALSE(paddedSource(Bitmap(), 3).isValid());
+  EXPECT_FALSE(paddedSource(Bitmap(), 3, {}).isValid());
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ KernelRequest randomRequest(std::mt19937_64& random) {
   r.content = oneOf(random, kAllContents);
   r.channels = random() % 3 == 0 ? 1 : 3;
   r.s = static_cast<int>(random() % 14);
-  if (random() % 40 == 0) r.s = 14 + static_cast<int>(random() % 18);
+  if (random() % 40 == 0) r.s = 14 + static_cast<int>(random() % 51);
   r.t = static_cast<int>(random() % static_cast<unsigned>(std::min(r.s, 13) + 1));
   if (random() % 2 == 0) r.t = std::min(r.t, 4);
   r.sigma = oneOf(random, kSigmas);

@@ -23,7 +23,7 @@ struct KernelRequest {
 };
 
 /// A request with sizes around vector widths and tile edges, windows of 0 to 13 (now and then to
-/// 31), usual and unusual strengths, and content of every kind, its cost within a limit.
+/// 64), usual and unusual strengths, and content of every kind, its cost within a limit.
 KernelRequest randomRequest(std::mt19937_64& random);
 
 /// The buffers of a request, its output pre-filled, with untouchable bytes before and behind it.

@@ -23,7 +23,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 template <int kChannels>
 struct AverageRow {
   const float* const* weights;
-  const float* samples[32][kChannels];
+  const float* samples[kLargestSearchWindow][kChannels];
   std::uint8_t* output;  ///< Interleaved, with slack.
 };
 

@@ -249,11 +249,13 @@ template <class Distance, int kChannels, int kT>
 HWY_INLINE void sumShiftColumns(const ShiftRow<Distance, kChannels>& row, int t, bool keeps) {
   const std::ptrdiff_t length = row.length + (t > 0 ? t - 1 : 0);
   if constexpr (kT >= 2 && kChannels == 3) {
-    std::array<const Distance*, kT - 1> older;
-    for (int n = 0; n + 1 < kT; ++n) older[static_cast<std::size_t>(n)] = row.keptSquares(n);
-    keepSquaresAndSumColumns<Distance, kChannels, kT - 1>(row.rows(kT - 1), older, length,
-                                                          row.keptSquares(kT - 1), row.columns);
-    return;
+    if (keeps) {
+      std::array<const Distance*, kT - 1> older;
+      for (int n = 0; n + 1 < kT; ++n) older[static_cast<std::size_t>(n)] = row.keptSquares(n);
+      keepSquaresAndSumColumns<Distance, kChannels, kT - 1>(row.rows(kT - 1), older, length,
+                                                            row.keptSquares(kT - 1), row.columns);
+      return;
+    }
   }
   if (keeps) {
     const hn::ScalableTag<Distance> d;
@@ -266,7 +268,7 @@ HWY_INLINE void sumShiftColumns(const ShiftRow<Distance, kChannels>& row, int t,
     }
     return;
   }
-  RowPair<kChannels> rows[32];
+  RowPair<kChannels> rows[kLargestTemplate];
   for (int n = 0; n < t; ++n) rows[n] = row.rows(n);
   sumColumns<Distance, kChannels>(rows, t, length, row.columns);
 }

@@ -6,7 +6,6 @@
 #include <optional>
 #include <utility>
 
-#include "engine/fast/decision_bound.h"
 #include "engine/fast/fast_tile.h"
 #include "engine/fast/instruction_sets.h"
 

@@ -11,9 +11,9 @@ namespace velmara {
 /// its time.
 ///
 /// It adds up exact integer patch distances, takes weights and averages in single precision with a
-/// proven bound (decision_bound.h), and averages again in the defining precision and order only
-/// what the bound leaves undecided. It takes search windows of 1 to 31 with any template, one and
-/// three channels, and weight tables as buildWeightTable makes them. For anything else it gives
+/// proven bound (decisionBound), and averages again in the defining precision and order only
+/// what the bound leaves undecided. It takes search windows of 1 to 64 and templates up to 31, one
+/// and three channels, and weight tables as buildWeightTable makes them. For anything else it gives
 /// null, and the reference has to do. Throws std::bad_alloc.
 std::unique_ptr<FilterKernel> makeFastKernel(const FilterGeometry& geometry,
                                              FilterBuffers& buffers);

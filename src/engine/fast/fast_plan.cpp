@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "engine/weighted_average.h"
+#include "engine/reference_kernel.h"
 
 namespace velmara {
 namespace {
 
-constexpr int kLargestWindow = 31;
 constexpr std::uint32_t kLargestNarrow = 65535;
 
 bool isTheFormula(const WeightTable& table, int channels) {
@@ -46,7 +45,7 @@ void planShifts(FastPlan& plan) {
   plan.slots.assign(static_cast<std::size_t>(plan.s) * static_cast<std::size_t>(plan.s), {});
   for (int dy = first; dy <= last; ++dy) {
     for (int dx = first; dx <= last; ++dx) {
-      const bool hasOpposite = isInside(-dx, -dy);
+      const bool hasOpposite = plan.sharesShifts && isInside(-dx, -dy);
       const bool isForward = dy > 0 || (dy == 0 && dx > 0);
       if ((dx == 0 && dy == 0) || (hasOpposite && !isForward)) continue;
       SearchShift shift;
@@ -143,8 +142,8 @@ std::optional<IndexDivider> exactDivider(int t, std::int64_t cutOff) {
 }
 
 std::optional<FastPlan> makeFastPlan(const FilterGeometry& geometry, FilterBuffers& buffers) {
-  if (geometry.searchWinSize < 1 || geometry.searchWinSize > kLargestWindow ||
-      geometry.templateWinSize > kLargestWindow || geometry.widthSrc < 1 ||
+  if (geometry.searchWinSize < 1 || geometry.searchWinSize > kLargestSearchWindow ||
+      geometry.templateWinSize > kLargestTemplate || geometry.widthSrc < 1 ||
       !isTheFormula(buffers.weightTable, geometry.channelsSrc)) {
     return std::nullopt;
   }
@@ -169,12 +168,23 @@ std::optional<FastPlan> makeFastPlan(const FilterGeometry& geometry, FilterBuffe
   plan.narrow = divider.has_value();
   if (plan.narrow) plan.divider = *divider;
   constexpr int kMostRowsKept = 8;
-  plan.keepsSquares = plan.channels == 3 && plan.t >= 2 && plan.t <= kMostRowsKept;
+  constexpr int kLargestShared = 31;
+  plan.sharesShifts = plan.s <= kLargestShared;
+  plan.keepsSquares =
+      plan.channels == 3 && plan.t >= 2 && plan.t <= kMostRowsKept && plan.sharesShifts;
 
   planShifts(plan);
   planTiles(plan);
   fillFlatMeans(plan);
   return plan;
+}
+
+float decisionBound(int searchWinSize, double weightError) {
+  const double u = std::ldexp(1.0, -24);
+  const double roundings = (2.0 * searchWinSize + 1.0) * u;
+  const double rho = (1.0 + weightError) * (1.0 + roundings / (1.0 - roundings)) - 1.0;
+  const double bound = 256.0 * rho / (1.0 - rho) + 128.0 * (2.0 * u + u * u) + 256.0 * u + 1e-9;
+  return static_cast<float>(1.001 * bound);  // A little more, for the roundings of this formula.
 }
 
 }  // namespace velmara

@@ -64,6 +64,9 @@ struct FastPlan {
   int patchSlip = 0, averageSlip = 0;
   /// Distances fit into 16 bits: sums that reach the largest value belong to weight zero.
   bool narrow = false;
+  /// Opposite candidates share a shift. Its weights are kept for as many rows as it reaches down;
+  /// in large windows those would leave the processor's caches, and computing them twice is faster.
+  bool sharesShifts = true;
   /// Rows of squared differences are kept for the next rows rather than computed again.
   bool keepsSquares = false;
   IndexDivider divider;
@@ -89,17 +92,39 @@ struct FastPlan {
   int sourceRows = 0;
 };
 
+/// The largest windows that the fast kernel takes.
+inline constexpr int kLargestSearchWindow = 64;
+inline constexpr int kLargestTemplate = 31;
+
 /// Elements that vector code may read and write beyond the end of a row.
 inline constexpr std::size_t kRowSlack = 64;
 
 /// The plan for a request, or nothing if the fast kernel does not take it: no candidates, windows
-/// beyond 31, an unusual weight table. The weight function and the bound are not set yet. Throws
-/// std::bad_alloc.
+/// beyond the largest, an unusual weight table. The weight function and the bound are not set yet.
+/// Throws std::bad_alloc.
 std::optional<FastPlan> makeFastPlan(const FilterGeometry& geometry, FilterBuffers& buffers);
 
 /// The divider that gives the truncated product distance * 1 / (t * t) for every 16-bit distance
 /// whose index is below cutOff, and no index below it for any other. Nothing if there is none, as
 /// for t = 7, which is found out by trying them all.
 std::optional<IndexDivider> exactDivider(int t, std::int64_t cutOff);
+
+/// How far a pixel's weighted mean as average_single-inl.h computes it may be from the
+/// double-precision sum that defines the result.
+///
+/// Let u = 2^-24, w the weights of the table, a the samples less 128 (so |a| <= 128), and
+/// M = sum(w a) / sum(w).
+///  1. The weights used are w (1 + e) with |e| <= weightError, and zero where w is.
+///  2. Each term goes through at most n = 2 s + 1 roundings on its way into a sum: its product, s
+///     additions in its window row, s additions of window rows; a fused multiply-add saves one. So
+///     the sums are sum(w a (1 + r)) and sum(w (1 + r')), with |r|, |r'| <= rho,
+///     rho = (1 + weightError) (1 + n u / (1 - n u)) - 1.
+///  3. Their exact quotient is off M by at most (128 rho + |M| rho) / (1 - rho)
+///     <= 256 rho / (1 - rho).
+///  4. Reciprocal, product and the addition of 128 round once each: 128 (2 u + u^2) + 256 u.
+///  5. The double-precision sum itself is off M + 128 by at most 255 (2 D + 3) 2^-53 (1 + tiny),
+///     which for D <= 4096 is less than 1e-9.
+/// A mean that is farther than this from every integer truncates like the double-precision sum.
+float decisionBound(int searchWinSize, double weightError);
 
 }  // namespace velmara

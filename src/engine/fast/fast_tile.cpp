@@ -62,7 +62,7 @@ class TileRun {
   }
 
  private:
-  static constexpr int kMostRows = 64;  // 2 sr + t and one, for windows up to 31.
+  static constexpr int kMostRows = kLargestSearchWindow + kLargestTemplate + 1;
 
   void loadRows(std::int64_t last) {
     for (; nextRow_ <= std::min<std::int64_t>(last, plan_.geometry.heightIm - 1); ++nextRow_) {
