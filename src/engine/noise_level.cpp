@@ -1,6 +1,7 @@
 #include "engine/noise_level.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
 
@@ -61,6 +62,51 @@ Bitmap filteredCopy(const Image& image, std::int64_t compared,
       .bitmap();
 }
 
+// A sum of whole numbers in single precision, each addition rounded before the next, which makes a
+// chain where every addition waits for the one before.
+//
+// From 2^24 on, while the sum stays between two powers of two, it is a whole number of units of its
+// last bit. What a number adds to it then depends on the number and, where the exact result lies
+// halfway, on the sum being an even or odd count of units. So it is enough to try what a stretch of
+// numbers adds to the least even sum and to the least odd one, several stretches side by side.
+class SinglePrecisionSum {
+ public:
+  static constexpr std::size_t kStretches = 8, kStretch = 256, kBlock = kStretches * kStretch;
+
+  float value() const { return sum_; }
+  void add(std::span<const float> numbers) {
+    if (numbers.size() == kBlock && sum_ >= 16777216.0F && addStretches(numbers.data())) return;
+    for (const float number : numbers) sum_ += number;
+  }
+
+ private:
+  // False, and nothing is added, if the sum would reach the next power of two.
+  bool addStretches(const float* numbers) {
+    const float least = std::ldexp(1.0F, std::ilogb(sum_));
+    const float unit = std::ldexp(least, -23);
+    float even[kStretches];
+    float odd[kStretches];
+    std::fill_n(even, kStretches, least);
+    std::fill_n(odd, kStretches, least + unit);
+    for (std::size_t i = 0; i < kStretch; ++i) {
+      for (std::size_t k = 0; k < kStretches; ++k) {
+        even[k] += numbers[k * kStretch + i];
+        odd[k] += numbers[k * kStretch + i];
+      }
+    }
+    float sum = sum_;
+    for (std::size_t k = 0; k < kStretches; ++k) {
+      const bool isOdd = std::fmod(sum / unit, 2.0F) == 1.0F;
+      sum += isOdd ? odd[k] - (least + unit) : even[k] - least;
+      if (!(std::max({sum, even[k], odd[k]}) < 2.0F * least)) return false;
+    }
+    sum_ = sum;
+    return true;
+  }
+
+  float sum_ = 0.0F;
+};
+
 }  // namespace
 
 std::uint64_t tiffLength(const Bitmap& bitmap) {
@@ -88,12 +134,17 @@ double noiseLevel(const Image& image, const EngineEnvironment& environment) {
 }
 
 double peakSignalToNoiseRatio(std::span<const std::uint8_t> a, std::span<const std::uint8_t> b) {
-  float sum = 0.0F;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    const int difference = a[i] - b[i];
-    sum += static_cast<float>(difference * difference);
+  SinglePrecisionSum sum;
+  std::array<float, SinglePrecisionSum::kBlock> squares;
+  for (std::size_t begin = 0; begin < a.size(); begin += squares.size()) {
+    const std::size_t count = std::min(squares.size(), a.size() - begin);
+    for (std::size_t i = 0; i < count; ++i) {
+      const int difference = a[begin + i] - b[begin + i];
+      squares[i] = static_cast<float>(difference * difference);
+    }
+    sum.add({squares.data(), count});
   }
-  const float mean = sum / static_cast<float>(a.size());
+  const float mean = sum.value() / static_cast<float>(a.size());
   return static_cast<double>(20.0F * std::log10(255.0F / std::sqrt(mean)));
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <random>
 
 #include "base/alpha.h"
 #include "engine/denoise_algo_implementation.h"
@@ -45,15 +46,25 @@ TEST(NoiseLevelTest, OnlyTheFirstBytesCount) {
   EXPECT_EQ(noiseLevel(spiked(10000), {}), kInfinity);        // In the first one beyond.
 }
 
-TEST(NoiseLevelTest, SumsInSinglePrecision) {
-  // 2^24 + 1 is no single-precision number: of squares of 1 after it nothing is left.
-  Bytes a(4096 + 100, 0);
-  const Bytes b(a.size(), 0);
-  for (std::size_t i = 0; i < 4096; ++i) a[i] = 64;
-  for (std::size_t i = 4096; i < a.size(); ++i) a[i] = 1;
-  const float mean = 16777216.0F / 4196.0F;
-  EXPECT_EQ(peakSignalToNoiseRatio(a, b),
-            static_cast<double>(20.0F * std::log10(255.0F / std::sqrt(mean))));
+// 2^24 + 1 is no single-precision number, and beyond 2^24 half of the squares may lie halfway
+// between two of them. The sums here pass several powers of two.
+TEST(NoiseLevelTest, SumsOneAfterAnotherInSinglePrecision) {
+  std::mt19937 random(5);
+  for (const unsigned largest : {1U, 3U, 9U, 60U, 255U}) {
+    for (const std::size_t count : {4196U, 40000U, 700001U}) {
+      Bytes a(count);
+      const Bytes b(count, 0);
+      for (std::size_t i = 0; i < count; ++i) {
+        a[i] = static_cast<std::uint8_t>(i < 4096 ? 64 : random() % (largest + 1));
+      }
+      float sum = 0.0F;
+      for (const std::uint8_t sample : a) sum += static_cast<float>(sample * sample);
+      const float mean = sum / static_cast<float>(count);
+      EXPECT_EQ(peakSignalToNoiseRatio(a, b),
+                static_cast<double>(20.0F * std::log10(255.0F / std::sqrt(mean))))
+          << largest << ", " << count;
+    }
+  }
 }
 
 // What stands for the codec: notes what it was asked and gives back a picture of three samples.
