@@ -35,7 +35,7 @@ class GatedEngine final : public DenoiseEngine {
   GatedEngine() : algorithm_(environment()) {}
 
   Image denoise(const Image& image, const FilterParameters& parameters,
-                const RunWatch& watch) const override {
+                const RunWatch& watch = {}) const override {
     {
       std::unique_lock lock(mutex_);
       ++runs_;
