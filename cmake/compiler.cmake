@@ -49,7 +49,7 @@ function(velmara_layer name)
 endfunction()
 
 # velmara_test(NAME SOURCES ... LINKS ... PROPERTIES ...): one test program, its cases known to
-# ctest with these properties.
+# ctest with these properties and the name as their label.
 function(velmara_test name)
   cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PROPERTIES" ${ARGN})
   add_executable(${name}_test ${arg_SOURCES})
@@ -59,6 +59,6 @@ function(velmara_test name)
     velmara_unity(${name}_test)
   endif()
   target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-  gtest_discover_tests(${name}_test DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300
+  gtest_discover_tests(${name}_test DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${name} TIMEOUT 300
                        ENVIRONMENT "QT_QPA_PLATFORM=offscreen" ${arg_PROPERTIES})
 endfunction()
