@@ -19,7 +19,7 @@
 #include "imaging/initialise.h"
 #include "imaging/recompress_jpeg.h"
 #include "platform/dispatch.h"
-#include "platform/memory_user_defaults.h"
+#include "platform/user_defaults.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_desktop.h"
 #include "watched_application.h"
@@ -109,7 +109,7 @@ class Desk {
   testing_support::ScriptedAlerts alerts_;
   testing_support::ScriptedPanels panels_;
   testing_support::RecordingWorkspace workspace_;
-  MemoryUserDefaults defaults_{"bench"};
+  UserDefaults defaults_{folder_.file("settings.ini")};
   BundleFacts bundle_;
   MainWindowController controller_;
 };

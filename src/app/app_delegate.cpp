@@ -39,13 +39,13 @@ AppDelegate::AppDelegate(AppEnvironment environment)
       sender_(std::make_shared<LateSender>(environment_.httpOptions)) {}
 
 AppDelegate::~AppDelegate() {
-  eventLoopTimers().cancelPreviousPerformRequests(this);
+  eventLoopTimers().cancel(this);
   endServices();
 }
 
 void AppDelegate::applicationDidFinishLaunching() {
   // Every launch begins without settings; what follows depends on it.
-  environment_.defaults.removePersistentDomain(environment_.bundle.bundleIdentifier);
+  environment_.defaults.clear();
   trackInstall();
   registerReachability();
   baseTrackURL = environment_.addresses.baseTrackURL;

@@ -17,7 +17,7 @@ constexpr Seconds kSendingBegins(0.3);
 
 void AppDelegate::trackInstall() {
   UserDefaults& defaults = environment_.defaults;
-  if (defaults.stringForKey(defaults_keys::kTrackedForAppStore)) return;
+  if (defaults.value(defaults_keys::kTrackedForAppStore).isValid()) return;
   TrackerSetup setup;
   setup.addresses = environment_.addresses;
   setup.send = [sender = sender_](const HttpRequest& request) { return sender->send(request); };
@@ -25,10 +25,9 @@ void AppDelegate::trackInstall() {
   setup.serialNumber = environment_.serialNumber;
   setup.isSilent = environment_.asksForNoTracking;
   tracker = Tracker::initWithApp(Tracker::kApplicationCode, std::move(setup));
-  eventLoopTimers().performSelector(this, "begin", kSendingBegins,
-                                    [sender = sender_] { sender->begin(); });
+  eventLoopTimers().after(this, "begin", kSendingBegins, [sender = sender_] { sender->begin(); });
   tracker->crossTrackingForProductId(Tracker::kProductId);
-  defaults.setString(defaults_keys::kTrackedForAppStore, "TRACKING CALLED");
+  defaults.set(defaults_keys::kTrackedForAppStore, QStringLiteral("TRACKING CALLED"));
 }
 
 void AppDelegate::registerReachability() {

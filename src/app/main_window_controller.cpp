@@ -41,7 +41,7 @@ MainWindowController::MainWindowController(ScreenServices services)
 }
 
 MainWindowController::~MainWindowController() {
-  services_.timers.cancelPreviousPerformRequests(this);
+  services_.timers.cancel(this);
 }
 
 void MainWindowController::awakeFromNib() {
@@ -68,8 +68,8 @@ void MainWindowController::changeViewController(int index) {
                         {{std::string(notifications::kWindowObject), windowMain_.get()}});
   placeWindow();
   hideTopWindowButtonAfterDelay();
-  services_.timers.performSelector(this, "hideTopWindowButtonAfterDelay", Seconds(0.01),
-                                   [this] { hideTopWindowButtonAfterDelay(); });
+  services_.timers.after(this, "hideTopWindowButtonAfterDelay", Seconds(0.01),
+                         [this] { hideTopWindowButtonAfterDelay(); });
 }
 
 void MainWindowController::placeWindow() {
@@ -96,8 +96,8 @@ void MainWindowController::hideTopWindowButtonAfterDelay() {
 void MainWindowController::showWindow() {
   windowMain_->show();
   // Seven pictures that the first sight of the window does not wait for.
-  services_.timers.performSelector(this, "setWindowIcon", kIconDelay,
-                                   [this] { windowMain_->setWindowIcon(applicationIcon()); });
+  services_.timers.after(this, "setWindowIcon", kIconDelay,
+                         [this] { windowMain_->setWindowIcon(applicationIcon()); });
   windowMain_->raise();
   windowMain_->activateWindow();
 }

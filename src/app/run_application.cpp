@@ -13,12 +13,12 @@
 #include "imaging/recompress_jpeg.h"
 #include "platform/bundle.h"
 #include "platform/dispatch.h"
-#include "platform/file_user_defaults.h"
 #include "platform/log.h"
 #include "platform/log_file.h"
 #include "platform/temporary_directory.h"
 #include "platform/timer.h"
 #include "platform/unfinished_file.h"
+#include "platform/user_defaults.h"
 #include "widgets/app_store_window.h"
 #include "widgets/desktop_alerts.h"
 #include "widgets/desktop_panels.h"
@@ -61,7 +61,7 @@ int runApplication(int argc, char** argv, const ServiceAddresses& addresses) {
   DesktopAlerts alerts;
   DesktopPanels panels;
   DesktopWorkspace workspace;
-  FileUserDefaults defaults(mainBundle().bundleIdentifier, userDefaultsPath());
+  UserDefaults defaults(userDefaultsPath());
   const AlgorithmEngine engine(DenoiseAlgoImplementation::sharedInstance());
   AppDelegate delegate({.engine = engine,
                         .alerts = alerts,
@@ -71,7 +71,7 @@ int runApplication(int argc, char** argv, const ServiceAddresses& addresses) {
                         .addresses = addresses});
   delegate.applicationDidFinishLaunching();
   // The first photo finds the decoders loaded, but the window did not wait for them.
-  eventLoopTimers().performSelector(&application, "initialiseImaging", kLateDelay, [] {
+  eventLoopTimers().after(&application, "initialiseImaging", kLateDelay, [] {
     globalQueue().async([] {
       initialiseImaging();
       removeUnfinishedFiles();

@@ -38,49 +38,47 @@ class EventLoopTimer final : public Timer {
   QTimer timer_;
 };
 
-class EventLoopTimers final : public TimerScheduler {
+class EventLoopTimers final : public Scheduler {
  public:
-  std::unique_ptr<Timer> scheduledTimer(Seconds interval, bool repeats,
-                                        std::function<void()> handler) override {
+  std::unique_ptr<Timer> start(Seconds interval, bool repeats,
+                               std::function<void()> handler) override {
     return std::make_unique<EventLoopTimer>(interval, repeats, std::move(handler));
   }
 
-  void performSelector(const void* target, std::string_view selector, Seconds delay,
-                       std::function<void()> action) override {
-    const auto request = requests_.emplace(requests_.end());
-    request->target = target;
-    request->selector = selector;
-    request->timer =
-        std::make_unique<EventLoopTimer>(delay, false, [this, request, action = std::move(action)] {
-          // Taken out first, so that the action can make and cancel requests.
-          std::list<Request> performed;
-          performed.splice(performed.begin(), requests_, request);
+  void after(const void* context, std::string_view key, Seconds delay,
+             std::function<void()> action) override {
+    const auto call = calls_.emplace(calls_.end());
+    call->context = context;
+    call->key = key;
+    call->timer =
+        std::make_unique<EventLoopTimer>(delay, false, [this, call, action = std::move(action)] {
+          // Taken out first, so that the action can make and cancel others.
+          std::list<Call> made;
+          made.splice(made.begin(), calls_, call);
           action();
         });
   }
 
-  void cancelPreviousPerformRequests(const void* target) override {
-    requests_.remove_if([&](const Request& request) { return request.target == target; });
+  void cancel(const void* context) override {
+    calls_.remove_if([&](const Call& call) { return call.context == context; });
   }
 
-  void cancelPreviousPerformRequests(const void* target, std::string_view selector) override {
-    requests_.remove_if([&](const Request& request) {
-      return request.target == target && request.selector == selector;
-    });
+  void cancel(const void* context, std::string_view key) override {
+    calls_.remove_if([&](const Call& call) { return call.context == context && call.key == key; });
   }
 
  private:
-  struct Request {
-    const void* target = nullptr;
-    std::string selector;
+  struct Call {
+    const void* context = nullptr;
+    std::string key;
     std::unique_ptr<Timer> timer;
   };
-  std::list<Request> requests_;
+  std::list<Call> calls_;
 };
 
 }  // namespace
 
-TimerScheduler& eventLoopTimers() {
+Scheduler& eventLoopTimers() {
   static EventLoopTimers timers;
   return timers;
 }

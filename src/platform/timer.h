@@ -22,29 +22,29 @@ class Timer {
 };
 
 /// Timers and delayed calls of the main thread's event loop. Handlers must not throw. Main thread.
-class TimerScheduler {
+class Scheduler {
  public:
-  virtual ~TimerScheduler() = default;
+  virtual ~Scheduler() = default;
 
   /// Calls the handler after the interval, once or again and again. Repeats that the event loop
   /// missed are not made up for. An interval that is not positive is the shortest there is.
-  [[nodiscard]] virtual std::unique_ptr<Timer> scheduledTimer(Seconds interval, bool repeats,
-                                                              std::function<void()> handler) = 0;
+  [[nodiscard]] virtual std::unique_ptr<Timer> start(Seconds interval, bool repeats,
+                                                     std::function<void()> handler) = 0;
 
   /// Calls the action once after the delay, at the earliest in the next turn of the event loop,
-  /// also for a delay of 0. The target and the selector only name the request for cancelling: an
-  /// object's owner cancels its requests before it dies.
-  virtual void performSelector(const void* target, std::string_view selector, Seconds delay,
-                               std::function<void()> action) = 0;
+  /// also for a delay of 0. The context and the key only name the call for cancelling: an object
+  /// cancels its own before it dies.
+  virtual void after(const void* context, std::string_view key, Seconds delay,
+                     std::function<void()> action) = 0;
 
-  /// Forgets the requests of a target that have not been performed.
-  virtual void cancelPreviousPerformRequests(const void* target) = 0;
+  /// Forgets the calls of a context that have not been made.
+  virtual void cancel(const void* context) = 0;
 
-  /// The same for the requests of one selector only.
-  virtual void cancelPreviousPerformRequests(const void* target, std::string_view selector) = 0;
+  /// The same for the calls of one key only.
+  virtual void cancel(const void* context, std::string_view key) = 0;
 };
 
 /// The timers of the application's event loop.
-TimerScheduler& eventLoopTimers();
+Scheduler& eventLoopTimers();
 
 }  // namespace velmara

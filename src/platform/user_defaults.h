@@ -1,44 +1,43 @@
 #pragma once
 
-#include <cstdint>
-#include <map>
-#include <optional>
+#include <QSettings>
+#include <QVariant>
+
 #include <string>
 #include <string_view>
-#include <variant>
-#include <vector>
 
 namespace velmara {
 
-using DefaultsData = std::vector<std::uint8_t>;
+/// Where the settings of this user live: the file "settings.ini" in our folder of the desktop's
+/// configuration folder ($XDG_CONFIG_HOME, by default ~/.config).
+std::string userDefaultsPath();
 
-/// A value inside a stored dictionary.
-using DefaultsValue = std::variant<std::string, std::int64_t, bool, DefaultsData>;
-using DefaultsDictionary = std::map<std::string, DefaultsValue, std::less<>>;
-using DefaultsArray = std::vector<DefaultsDictionary>;
-
-/// The per-user settings: values by key. A getter gives nothing when the key is absent or holds a
-/// value of another type. Setters hold at once; synchronize makes them last. Main thread.
+/// The per-user settings: values by key in one file that is ours alone. Setters hold at once;
+/// synchronize makes them last. Numbers and truth values come back from the file as text, which
+/// QVariant turns into what is asked for. A file that cannot be understood is taken as far as it
+/// makes sense. Main thread.
 class UserDefaults {
  public:
-  virtual ~UserDefaults() = default;
+  /// `path` is in the system's own bytes.
+  explicit UserDefaults(const std::string& path);
 
-  virtual std::optional<std::string> stringForKey(std::string_view key) const = 0;
-  virtual std::optional<std::int64_t> integerForKey(std::string_view key) const = 0;
-  virtual std::optional<bool> boolForKey(std::string_view key) const = 0;
-  virtual std::optional<DefaultsArray> arrayForKey(std::string_view key) const = 0;
+  /// An invalid value when the key is absent.
+  QVariant value(std::string_view key) const;
+  /// The dictionaries in the list that was stored; none when the key is absent or holds no list.
+  QList<QVariantMap> dictionaries(std::string_view key) const;
 
-  virtual void setString(std::string_view key, std::string value) = 0;
-  virtual void setInteger(std::string_view key, std::int64_t value) = 0;
-  virtual void setBool(std::string_view key, bool value) = 0;
-  virtual void setArray(std::string_view key, DefaultsArray value) = 0;
-  virtual void removeObjectForKey(std::string_view key) = 0;
+  void set(std::string_view key, const QVariant& value);
+  void remove(std::string_view key);
 
-  /// Writes what was set. Returns whether it is safe on disk.
-  virtual bool synchronize() = 0;
+  /// Writes what was set. Returns whether it is safe on disk; what could not be written is tried
+  /// again the next time.
+  bool synchronize();
 
-  /// Removes every value of the domain, on disk too, if it is this store's own.
-  virtual void removePersistentDomain(std::string_view identifier) = 0;
+  /// Removes every value, on disk too.
+  void clear();
+
+ private:
+  QSettings settings_;
 };
 
 /// The keys in use.

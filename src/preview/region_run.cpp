@@ -63,12 +63,12 @@ RegionRun::RegionRun(const PreviewServices& services)
       file_(std::make_shared<RegionFile>(services.temporaryDirectory, services.log)) {}
 
 RegionRun::~RegionRun() {
-  services_.timers.cancelPreviousPerformRequests(this);
+  services_.timers.cancel(this);
 }
 
 void RegionRun::post(std::function<void()> request) {
-  services_.timers.cancelPreviousPerformRequests(this);
-  services_.timers.performSelector(this, "cropVisiblePartofImageAndDenoise", Seconds(0),
+  services_.timers.cancel(this);
+  services_.timers.after(this, "cropVisiblePartofImageAndDenoise", Seconds(0),
                                    std::move(request));
 }
 
@@ -83,7 +83,7 @@ void RegionRun::cropVisiblePartofImageAndDenoise(const Viewport& viewport,
     return;
   }
   captureBegins();
-  services_.timers.performSelector(this, "takeScreenShotAndProccess", kCaptureDelay,
+  services_.timers.after(this, "takeScreenShotAndProccess", kCaptureDelay,
                                    [this, cut] { takeScreenShotAndProccess(cut); });
 }
 

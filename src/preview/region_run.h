@@ -21,7 +21,7 @@ struct PreviewServices {
   EditingSession& session;
   TaskQueue& mainQueue;
   TaskQueue& globalQueue;
-  TimerScheduler& timers;
+  Scheduler& timers;
   NotificationCenter& center;
   LogSink log;
   /// Ends in "/"; where the region file goes.

@@ -17,7 +17,7 @@ namespace velmara {
 /// What monitors work with; the defaults are the application's.
 struct ReachabilitySetup {
   NotificationCenter& center = defaultCenter();
-  TimerScheduler& timers = eventLoopTimers();
+  Scheduler& timers = eventLoopTimers();
   HostResolver resolver = systemAddressesOf;
 };
 

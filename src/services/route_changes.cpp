@@ -14,7 +14,7 @@ constexpr Seconds kGatherTime{0.1};
 
 }  // namespace
 
-RouteChanges::RouteChanges(TimerScheduler& timers, std::function<void()> changed)
+RouteChanges::RouteChanges(Scheduler& timers, std::function<void()> changed)
     : timers_(timers),
       changed_(std::move(changed)),
       socket_(::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE)) {
@@ -47,7 +47,7 @@ void RouteChanges::takeMessages() {
     came = true;
   }
   if (!came || (gathering_ != nullptr && gathering_->isValid())) return;
-  gathering_ = timers_.scheduledTimer(kGatherTime, false, [this] {
+  gathering_ = timers_.start(kGatherTime, false, [this] {
     const auto running = changed_;
     running();
   });

@@ -15,7 +15,7 @@ namespace velmara {
 class RouteChanges {
  public:
   /// The handler runs from the timers; it may destroy this object.
-  RouteChanges(TimerScheduler& timers, std::function<void()> changed);
+  RouteChanges(Scheduler& timers, std::function<void()> changed);
   RouteChanges(const RouteChanges&) = delete;
   RouteChanges& operator=(const RouteChanges&) = delete;
   ~RouteChanges();
@@ -26,7 +26,7 @@ class RouteChanges {
  private:
   void takeMessages();
 
-  TimerScheduler& timers_;
+  Scheduler& timers_;
   std::function<void()> changed_;
   int socket_ = -1;
   std::unique_ptr<QSocketNotifier> notifier_;

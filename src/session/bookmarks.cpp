@@ -1,6 +1,5 @@
 #include "session/bookmarks.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -14,53 +13,47 @@ bool exists(const std::string& path) {
 }
 
 // Sets the error slot on failure and never clears it.
-DefaultsData bookmarkOf(const std::string& path, std::error_code& error) {
+QByteArray bookmarkOf(const std::string& path, std::error_code& error) {
   std::error_code failure;
   const std::string whole = std::filesystem::absolute(path, failure).string();
   if (!failure && !exists(whole))
     failure = std::make_error_code(std::errc::no_such_file_or_directory);
   if (failure) error = failure;
-  return {whole.begin(), whole.end()};
+  return QByteArray::fromStdString(whole);
+}
+
+QVariant valueIn(const QVariantMap& dictionary, std::string_view key) {
+  return dictionary.value(QString::fromLatin1(key.data(), static_cast<qsizetype>(key.size())));
 }
 
 // What cannot be a path: the store is a file that anybody may have edited.
-std::optional<std::string> resolved(const DefaultsDictionary& entry) {
-  const auto found = entry.find(defaults_keys::kPath);
-  if (found == entry.end()) return std::nullopt;
-  const auto* bookmark = std::get_if<DefaultsData>(&found->second);
-  if (bookmark == nullptr || bookmark->empty() || bookmark->front() != '/') return std::nullopt;
-  if (std::find(bookmark->begin(), bookmark->end(), 0) != bookmark->end()) return std::nullopt;
-  return std::string(bookmark->begin(), bookmark->end());
+std::optional<std::string> resolved(const QVariantMap& entry) {
+  const QByteArray bookmark = valueIn(entry, defaults_keys::kPath).toByteArray();
+  if (!bookmark.startsWith('/') || bookmark.contains('\0')) return std::nullopt;
+  return bookmark.toStdString();
 }
 
 }  // namespace
 
 void saveBookmarkPathsFromTableView(const std::vector<PhotoFile>& arraySelectedImagesToProcess,
                                     UserDefaults& defaults) {
-  DefaultsArray list;
+  QVariantList list;
   std::error_code error;
   for (const PhotoFile& photo : arraySelectedImagesToProcess) {
-    DefaultsData bookmark = bookmarkOf(photo.filePath, error);
-    if (error) continue;
-    DefaultsDictionary entry;
-    entry.emplace(defaults_keys::kPath, std::move(bookmark));
-    list.push_back(std::move(entry));
+    const QByteArray bookmark = bookmarkOf(photo.filePath, error);
+    if (!error) list.append(QVariantMap{{QString::fromLatin1(defaults_keys::kPath), bookmark}});
   }
-  defaults.setArray(defaults_keys::kSavedPaths, std::move(list));
+  defaults.set(defaults_keys::kSavedPaths, list);
   defaults.synchronize();
 }
 
 std::vector<SavedPath> savedPathsFromUserDefaults(bool /*startAccess*/,
                                                   const UserDefaults& defaults) {
   std::vector<SavedPath> paths;
-  const auto stored = defaults.arrayForKey(defaults_keys::kSavedPaths);
-  if (!stored) return paths;
-  for (const DefaultsDictionary& entry : *stored) {
-    auto path = resolved(entry);
-    if (!path) continue;
-    const auto state = entry.find(defaults_keys::kState);
-    paths.push_back(
-        {*std::move(path), state == entry.end() ? std::nullopt : std::optional(state->second)});
+  for (const QVariantMap& entry : defaults.dictionaries(defaults_keys::kSavedPaths)) {
+    if (auto path = resolved(entry)) {
+      paths.push_back({*std::move(path), valueIn(entry, defaults_keys::kState)});
+    }
   }
   return paths;
 }

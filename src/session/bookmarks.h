@@ -22,8 +22,8 @@ void saveBookmarkPathsFromTableView(const std::vector<PhotoFile>& arraySelectedI
 /// One remembered photo.
 struct SavedPath {
   std::string path;
-  /// Carried along as it was stored; nothing in the program stores any.
-  std::optional<DefaultsValue> state;
+  /// Carried along as it was stored, invalid if there is none; nothing in the program stores any.
+  QVariant state;
 
   friend bool operator==(const SavedPath&, const SavedPath&) = default;
 };

@@ -38,7 +38,7 @@ struct EditingServices {
   const DenoiseEngine& engine;
   TaskQueue& mainQueue;
   TaskQueue& globalQueue;
-  TimerScheduler& timers;
+  Scheduler& timers;
   LogSink log;
   /// The application's picture "noisy.png", which the speed is measured with.
   std::function<Image()> loadTestImage;

@@ -7,7 +7,7 @@
 namespace velmara {
 namespace {
 
-constexpr std::int64_t kExportsBetweenInvitations = 7;
+constexpr qlonglong kExportsBetweenInvitations = 7;
 
 std::string translated(const char* source) {
   return QCoreApplication::translate("Rating", source).toStdString();
@@ -16,15 +16,16 @@ std::string translated(const char* source) {
 }  // namespace
 
 bool isInvitationOpen(const UserDefaults& defaults, const std::string& CFBundleVersion) {
-  return defaults.stringForKey(defaults_keys::kAppVersion) != CFBundleVersion;
+  return defaults.value(defaults_keys::kAppVersion).toString().toStdString() != CFBundleVersion;
 }
 
 bool showAlertForRateApp(UserDefaults& defaults) {
-  const auto stored = defaults.integerForKey(defaults_keys::kRateMeCount);
-  const std::int64_t count = stored.value_or(kExportsBetweenInvitations);
+  bool isStored = false;
+  const qlonglong stored = defaults.value(defaults_keys::kRateMeCount).toLongLong(&isStored);
+  const qlonglong count = isStored ? stored : kExportsBetweenInvitations;
   const bool invites = count == kExportsBetweenInvitations;
-  const bool isLast = count == std::numeric_limits<std::int64_t>::max();
-  defaults.setInteger(defaults_keys::kRateMeCount, invites ? 1 : count + (isLast ? 0 : 1));
+  const bool isLast = count == std::numeric_limits<qlonglong>::max();
+  defaults.set(defaults_keys::kRateMeCount, invites ? qlonglong{1} : count + (isLast ? 0 : 1));
   defaults.synchronize();
   return invites;
 }
@@ -36,7 +37,7 @@ Alert rateInvitation() {
 }
 
 void invitationAccepted(UserDefaults& defaults, const std::string& CFBundleVersion) {
-  defaults.setString(defaults_keys::kAppVersion, CFBundleVersion);
+  defaults.set(defaults_keys::kAppVersion, QString::fromStdString(CFBundleVersion));
 }
 
 std::string rateAddress(const std::string& bundleIdentifier) {

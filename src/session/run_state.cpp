@@ -14,15 +14,15 @@ constexpr std::string_view kEnableActions = "enableActionsInDeafultMode";
 
 }  // namespace
 
-RunState::RunState(RunScreen& screen, TimerScheduler& timers, LogSink log)
+RunState::RunState(RunScreen& screen, Scheduler& timers, LogSink log)
     : screen_(screen), timers_(timers), log_(std::move(log)) {}
 
 RunState::~RunState() {
-  timers_.cancelPreviousPerformRequests(this);
+  timers_.cancel(this);
 }
 
 void RunState::reset() {
-  timers_.cancelPreviousPerformRequests(this);
+  timers_.cancel(this);
   progressTimer_.reset();
   timer_.reset();
   isRunningAlgorithm_ = false;
@@ -44,7 +44,7 @@ void RunState::changeControls(ControlStates (*change)(ControlStates)) {
 }
 
 void RunState::denoisingProcessStarted() {
-  timers_.cancelPreviousPerformRequests(this, kEnableActions);
+  timers_.cancel(this, kEnableActions);
   isRunningAlgorithm_ = true;
   disableActionsInRunningMode();
   log_("Denoising Started");
@@ -58,23 +58,22 @@ void RunState::disableActionsInRunningMode() {
 void RunState::enableActionsInDeafultMode() {
   isRunningAlgorithm_ = false;
   showProgressBarCompleted();
-  timers_.performSelector(this, "updateProgress", kHideBar, [this] { updateProgress(); });
+  timers_.after(this, "updateProgress", kHideBar, [this] { updateProgress(); });
   isBeforeCallingAlgo = false;
   changeControls(controlsInDefaultMode);
   screen_.setUpPreviewForDenoisedImage();
 }
 
 void RunState::enableActionsInDeafultModeAfterDelay() {
-  timers_.performSelector(this, kEnableActions, kBackToDefaultMode,
-                          [this] { enableActionsInDeafultMode(); });
+  timers_.after(this, kEnableActions, kBackToDefaultMode, [this] { enableActionsInDeafultMode(); });
 }
 
 void RunState::startProgress(double estimate) {
   estimatedProgressCompletionTime_ = estimate;
   progressTimeCounter_ = 0.0;
   screen_.showProgressBar(estimate);
-  progressTimer_ = timers_.scheduledTimer(Seconds(progressTickInterval(estimate)), true,
-                                          [this] { updateProgress(); });
+  progressTimer_ =
+      timers_.start(Seconds(progressTickInterval(estimate)), true, [this] { updateProgress(); });
 }
 
 void RunState::updateProgress() {
@@ -100,7 +99,7 @@ void RunState::showProgressBarCompleted() {
 }
 
 void RunState::startTimerEvent() {
-  timer_ = timers_.scheduledTimer(kSettlingTime, false, [this] {
+  timer_ = timers_.start(kSettlingTime, false, [this] {
     invalidateTimer();
     screen_.performDenoiseOperation();
   });

@@ -33,7 +33,7 @@ enum class RunPhase { kIdle, kWaitingToSettle, kRunning, kFinishingTheBar };
 class RunState {
  public:
   /// Screen, timers and log must outlive this object.
-  RunState(RunScreen& screen, TimerScheduler& timers, LogSink log);
+  RunState(RunScreen& screen, Scheduler& timers, LogSink log);
   RunState(const RunState&) = delete;
   RunState& operator=(const RunState&) = delete;
   ~RunState();
@@ -80,7 +80,7 @@ class RunState {
 
  private:
   RunScreen& screen_;
-  TimerScheduler& timers_;
+  Scheduler& timers_;
   LogSink log_;
   ControlStates controls_ = controlsWithoutPhoto();
   bool isRunningAlgorithm_ = false;

@@ -32,7 +32,7 @@ QWidget* makeHolder(QWidget* parent) {
 
 }  // namespace
 
-AppStoreWindow::AppStoreWindow(QWidget* parent, TimerScheduler& timers)
+AppStoreWindow::AppStoreWindow(QWidget* parent, Scheduler& timers)
     : QWidget(parent, Qt::Window | Qt::FramelessWindowHint),
       timers_(timers),
       layout_(new QVBoxLayout(this)),
@@ -145,7 +145,7 @@ void AppStoreWindow::resizeEvent(QResizeEvent* event) {
 // Whoever drags an edge may rest. The desktop that does the resizing lets the button's release
 // through to the edge.
 void AppStoreWindow::awaitEndOfResize() {
-  liveResize_ = timers_.scheduledTimer(kResizeEnds, false, [this] {
+  liveResize_ = timers_.start(kResizeEnds, false, [this] {
     if (QGuiApplication::mouseButtons().testFlag(Qt::LeftButton)) {
       awaitEndOfResize();
     } else {

@@ -34,7 +34,7 @@ class AppStoreWindow : public QWidget {
   Q_OBJECT
 
  public:
-  explicit AppStoreWindow(QWidget* parent = nullptr, TimerScheduler& timers = eventLoopTimers());
+  explicit AppStoreWindow(QWidget* parent = nullptr, Scheduler& timers = eventLoopTimers());
 
   /// The height of the title bar in points, 0 to begin with.
   double titleBarHeight() const;
@@ -95,7 +95,7 @@ class AppStoreWindow : public QWidget {
   void awaitEndOfResize();
   void setView(QPointer<QWidget>& slot, QWidget* holder, QWidget* view);
 
-  TimerScheduler& timers_;
+  Scheduler& timers_;
   QVBoxLayout* layout_;
   QWidget* titleBar_;
   QWidget* content_;

@@ -6,8 +6,7 @@
 
 namespace velmara {
 
-CustomizedSplitView::CustomizedSplitView(QWidget* parent, TimerScheduler& timers,
-                                         const Clock& clock)
+CustomizedSplitView::CustomizedSplitView(QWidget* parent, Scheduler& timers, const Clock& clock)
     : SplitView(parent, timers, clock) {}
 
 void CustomizedSplitView::drawDividerInRect(QPainter& painter, const QRectF& rect) {

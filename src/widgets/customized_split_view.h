@@ -10,8 +10,7 @@ class CustomizedSplitView : public SplitView {
   Q_OBJECT
 
  public:
-  explicit CustomizedSplitView(QWidget* parent = nullptr,
-                               TimerScheduler& timers = eventLoopTimers(),
+  explicit CustomizedSplitView(QWidget* parent = nullptr, Scheduler& timers = eventLoopTimers(),
                                const Clock& clock = systemClock());
 
   double dividerThickness() const override { return 6.0; }

@@ -14,7 +14,7 @@
 
 namespace velmara {
 
-SplitView::SplitView(QWidget* parent, TimerScheduler& timers, const Clock& clock)
+SplitView::SplitView(QWidget* parent, Scheduler& timers, const Clock& clock)
     : QWidget(parent), timers_(timers), clock_(clock) {
   setFocusPolicy(Qt::TabFocus);
   setAttribute(Qt::WA_NoSystemBackground);

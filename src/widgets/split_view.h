@@ -47,7 +47,7 @@ class SplitView : public QWidget {
   Q_OBJECT
 
  public:
-  explicit SplitView(QWidget* parent = nullptr, TimerScheduler& timers = eventLoopTimers(),
+  explicit SplitView(QWidget* parent = nullptr, Scheduler& timers = eventLoopTimers(),
                      const Clock& clock = systemClock());
   ~SplitView() override;
 
@@ -115,7 +115,7 @@ class SplitView : public QWidget {
   void stepAnimation();
   void endAnimation();
 
-  TimerScheduler& timers_;
+  Scheduler& timers_;
   const Clock& clock_;
   SplitViewDelegate* delegate_ = nullptr;
   SplitFrames split_;

@@ -37,7 +37,7 @@ void SplitView::setPositions(const std::vector<double>& positions,
         withDividerAt(target, static_cast<std::size_t>(index), positions[pair], dividerThickness());
   }
   animation_ = std::make_unique<Animation>(Animation{split_, target, clock_.monotonic(), nullptr});
-  animation_->timer = timers_.scheduledTimer(kFrame, true, [this] { stepAnimation(); });
+  animation_->timer = timers_.start(kFrame, true, [this] { stepAnimation(); });
   if (delegate_ != nullptr) delegate_->splitViewIsAnimating(*this, true);
 }
 

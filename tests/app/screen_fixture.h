@@ -22,7 +22,7 @@
 #include "engine/denoise_algo_implementation.h"
 #include "imaging/recompress_jpeg.h"
 #include "platform/dispatch.h"
-#include "platform/memory_user_defaults.h"
+#include "platform/user_defaults.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_desktop.h"
 #include "widgets/app_store_window.h"
@@ -180,7 +180,7 @@ class ScreenTest : public testing::Test {
   ScriptedAlerts alerts;
   ScriptedPanels panels;
   RecordingWorkspace workspace;
-  MemoryUserDefaults defaults{"org.velmara.Velmara"};
+  UserDefaults defaults{temporary.file("settings.ini")};
   int terminations = 0;
   int shownInFront = 0;
   int feedbacks = 0;

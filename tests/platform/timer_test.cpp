@@ -23,7 +23,7 @@ using testing_support::ManualTime;
 // Both schedulers keep the same promises, so that what is tested by hand holds in the program.
 class TimerTest : public testing::TestWithParam<bool> {
  protected:
-  TimerScheduler& timers() { return GetParam() ? manual_ : eventLoopTimers(); }
+  Scheduler& timers() { return GetParam() ? manual_ : eventLoopTimers(); }
 
   // Lets the time pass, a little longer on the real clock.
   void pass(double seconds) {
@@ -55,8 +55,8 @@ INSTANTIATE_TEST_SUITE_P(Schedulers, TimerTest, testing::Bool(), [](const auto& 
 });
 
 TEST_P(TimerTest, OneShotsFireOnceInTheOrderOfTheirTimes) {
-  const auto late = timers().scheduledTimer(Seconds(0.030), false, note("late"));
-  const auto early = timers().scheduledTimer(Seconds(0.010), false, note("early"));
+  const auto late = timers().start(Seconds(0.030), false, note("late"));
+  const auto early = timers().start(Seconds(0.010), false, note("early"));
   EXPECT_TRUE(late->isValid());
   pass(0.050);
   EXPECT_THAT(calls, ElementsAre("early", "late"));
@@ -66,7 +66,7 @@ TEST_P(TimerTest, OneShotsFireOnceInTheOrderOfTheirTimes) {
 TEST_P(TimerTest, RepeatsUntilInvalidatedWhichItsHandlerMayDo) {
   std::unique_ptr<Timer> timer;
   int count = 0;
-  timer = timers().scheduledTimer(Seconds(0.002), true, [&] {
+  timer = timers().start(Seconds(0.002), true, [&] {
     if (++count == 3) timer->invalidate();
   });
   pass(0.040);
@@ -75,10 +75,10 @@ TEST_P(TimerTest, RepeatsUntilInvalidatedWhichItsHandlerMayDo) {
 }
 
 TEST_P(TimerTest, DestroyingATimerEndsItEvenFromItsOwnHandler) {
-  auto doomed = timers().scheduledTimer(Seconds(0.002), false, note("doomed"));
+  auto doomed = timers().start(Seconds(0.002), false, note("doomed"));
   doomed.reset();
   std::unique_ptr<Timer> own;
-  own = timers().scheduledTimer(Seconds(0.002), true, [&] {
+  own = timers().start(Seconds(0.002), true, [&] {
     own.reset();
     calls.emplace_back("own");
   });
@@ -86,31 +86,31 @@ TEST_P(TimerTest, DestroyingATimerEndsItEvenFromItsOwnHandler) {
   EXPECT_THAT(calls, ElementsAre("own"));
 }
 
-TEST_P(TimerTest, RequestsAreCancelledByTargetAndBySelector) {
+TEST_P(TimerTest, CallsAreCancelledByContextAndByKey) {
   int one = 0;
   int two = 0;
-  timers().performSelector(&one, "crop", Seconds(0), note("one crop"));
-  timers().performSelector(&one, "hide", Seconds(0.002), note("one hide"));
-  timers().performSelector(&two, "crop", Seconds(0.004), note("two crop"));
-  timers().cancelPreviousPerformRequests(&one, "crop");
+  timers().after(&one, "crop", Seconds(0), note("one crop"));
+  timers().after(&one, "hide", Seconds(0.002), note("one hide"));
+  timers().after(&two, "crop", Seconds(0.004), note("two crop"));
+  timers().cancel(&one, "crop");
   EXPECT_TRUE(calls.empty());
   pass(0.020);
   EXPECT_THAT(calls, ElementsAre("one hide", "two crop"));
-  timers().performSelector(&one, "crop", Seconds(0.002), note("again"));
-  timers().performSelector(&two, "crop", Seconds(0.002), note("kept"));
-  timers().cancelPreviousPerformRequests(&one);
+  timers().after(&one, "crop", Seconds(0.002), note("again"));
+  timers().after(&two, "crop", Seconds(0.002), note("kept"));
+  timers().cancel(&one);
   pass(0.020);
   EXPECT_THAT(calls, ElementsAre("one hide", "two crop", "kept"));
 }
 
-TEST_P(TimerTest, AnActionMayMakeAndCancelRequests) {
-  int target = 0;
-  timers().performSelector(&target, "first", Seconds(0), [&] {
-    timers().cancelPreviousPerformRequests(&target);
-    timers().performSelector(&target, "second", Seconds(0), note("second"));
+TEST_P(TimerTest, AnActionMayMakeAndCancelCalls) {
+  int context = 0;
+  timers().after(&context, "first", Seconds(0), [&] {
+    timers().cancel(&context);
+    timers().after(&context, "second", Seconds(0), note("second"));
     calls.emplace_back("first");
   });
-  timers().performSelector(&target, "dropped", Seconds(0.001), note("dropped"));
+  timers().after(&context, "dropped", Seconds(0.001), note("dropped"));
   pass(0.020);
   EXPECT_THAT(calls, ElementsAre("first", "second"));
 }
@@ -119,7 +119,7 @@ TEST(ManualTimeTest, FiresARepeatingTimerOncePerPeriod) {
   ManualTime time;
   const auto start = time.monotonic();
   int ticks = 0;
-  const auto timer = time.scheduledTimer(Seconds(2.0 / 50), true, [&] { ++ticks; });
+  const auto timer = time.start(Seconds(2.0 / 50), true, [&] { ++ticks; });
   time.advance(2.0);
   EXPECT_EQ(ticks, 50);
   EXPECT_EQ(time.monotonic() - start, std::chrono::seconds(2));

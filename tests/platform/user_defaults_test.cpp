@@ -1,118 +1,109 @@
+#include "platform/user_defaults.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdint>
+#include <QCoreApplication>
+
+#include <filesystem>
 #include <limits>
 #include <string>
 
-#include "platform/file_user_defaults.h"
 #include "platform/log.h"
 #include "support/scratch_folder.h"
 
 namespace velmara {
 namespace {
 
-using testing::HasSubstr;
-using testing::IsEmpty;
+using testing::Contains;
+using testing::Not;
 using testing_support::ScratchFolder;
 using testing_support::writeFile;
 
-constexpr const char* kDomain = "org.velmara.test";
-
-TEST(FileUserDefaultsTest, EveryTypeSurvivesARestart) {
+TEST(UserDefaultsTest, EveryTypeSurvivesARestart) {
   const ScratchFolder folder;
-  const std::string file = folder.file("new folder/settings.json");
-  DefaultsData everyByte;
-  for (int byte = 0; byte < 256; ++byte) everyByte.push_back(static_cast<std::uint8_t>(byte));
-  const DefaultsArray paths{
-      {{"path", everyByte}, {"state", std::string("7")}},
-      {},
-      {{"path", DefaultsData()}, {"state", std::int64_t{7}}, {"on", true}},
-  };
+  const std::string file = folder.file("new folder \xff/settings.ini");
+  QByteArray everyByte;
+  for (int byte = 0; byte < 256; ++byte) everyByte.append(static_cast<char>(byte));
+  const QVariantMap photo{{"path", everyByte}, {"state", 7}};
+  const struct {
+    const char* key;
+    QVariant value;
+  } cases[] = {{"text", "1.2 \"\xC3\xA9\"\n,;@Invalid()"},
+               {"most", std::numeric_limits<qlonglong>::max()},
+               {"negative", -3},
+               {"on", true},
+               {"off", false},
+               {"bytes", everyByte}};
   {
-    FileUserDefaults defaults(kDomain, file);
-    defaults.setString("appVersion", "1.2 \"\xC3\xA9\"\n");
-    defaults.setString("looks like a number", "7");
-    defaults.setInteger("RATE_ME_COUNT", std::numeric_limits<std::int64_t>::max());
-    defaults.setInteger("negative", -3);
-    defaults.setBool("notShowPromotionWindow", true);
-    defaults.setBool("off", false);
-    defaults.setArray("savedPaths", paths);
-    defaults.setArray("empty", {});
+    UserDefaults defaults(file);
+    for (const auto& c : cases) defaults.set(c.key, c.value);
+    defaults.set("none", QVariantList());
+    defaults.set("one", QVariantList{photo});
+    defaults.set("two", QVariantList{photo, QVariantMap{{"path", QByteArray()}}});
     ASSERT_TRUE(defaults.synchronize());
+    EXPECT_EQ(defaults.dictionaries("one"), QList<QVariantMap>{photo});
   }
-  const FileUserDefaults defaults(kDomain, file);
-  EXPECT_EQ(defaults.stringForKey("appVersion"), "1.2 \"\xC3\xA9\"\n");
-  EXPECT_EQ(defaults.stringForKey("looks like a number"), "7");
-  EXPECT_EQ(defaults.integerForKey("RATE_ME_COUNT"), std::numeric_limits<std::int64_t>::max());
-  EXPECT_EQ(defaults.integerForKey("negative"), -3);
-  EXPECT_EQ(defaults.boolForKey("notShowPromotionWindow"), true);
-  EXPECT_EQ(defaults.boolForKey("off"), false);
-  EXPECT_EQ(defaults.arrayForKey("savedPaths"), paths);
-  EXPECT_EQ(defaults.arrayForKey("empty"), DefaultsArray());
+  const UserDefaults defaults(file);
+  for (const auto& c : cases) {
+    QVariant stored = defaults.value(c.key);
+    EXPECT_TRUE(stored.convert(c.value.metaType())) << c.key;
+    EXPECT_EQ(stored, c.value) << c.key;
+  }
+  EXPECT_EQ(defaults.dictionaries("one"), QList<QVariantMap>{photo});
+  EXPECT_EQ(defaults.dictionaries("two"),
+            (QList<QVariantMap>{photo, QVariantMap{{"path", QByteArray()}}}));
+  for (const char* key : {"none", "text", "most", "absent"}) {
+    EXPECT_TRUE(defaults.dictionaries(key).isEmpty()) << key;
+  }
 }
 
-TEST(FileUserDefaultsTest, AbsentAndOtherTypesGiveNothing) {
+TEST(UserDefaultsTest, RemovingAndClearingReachTheDisk) {
   const ScratchFolder folder;
-  FileUserDefaults defaults(kDomain, folder.file("settings.json"));
-  EXPECT_EQ(defaults.integerForKey("RATE_ME_COUNT"), std::nullopt);
-  EXPECT_EQ(defaults.arrayForKey("savedPaths"), std::nullopt);
-  defaults.setString("RATE_ME_COUNT", "7");
-  EXPECT_EQ(defaults.integerForKey("RATE_ME_COUNT"), std::nullopt);
-  defaults.setInteger("RATE_ME_COUNT", 1);
-  EXPECT_EQ(defaults.stringForKey("RATE_ME_COUNT"), std::nullopt);
-  EXPECT_EQ(defaults.integerForKey("RATE_ME_COUNT"), 1);
-  defaults.removeObjectForKey("RATE_ME_COUNT");
-  defaults.removeObjectForKey("was never there");
-  EXPECT_EQ(defaults.integerForKey("RATE_ME_COUNT"), std::nullopt);
-}
-
-TEST(FileUserDefaultsTest, RemovingTheDomainClearsMemoryAndDiskAtOnce) {
-  const ScratchFolder folder;
-  const std::string file = folder.file("settings.json");
-  FileUserDefaults defaults(kDomain, file);
-  defaults.setBool("on", true);
+  UserDefaults defaults(folder.file("settings.ini"));
+  EXPECT_FALSE(defaults.value("on").isValid());
+  defaults.set("on", true);
+  defaults.set("count", 1);
   ASSERT_TRUE(defaults.synchronize());
-  defaults.removePersistentDomain("org.somebody.else");
-  EXPECT_EQ(defaults.boolForKey("on"), true);
-  defaults.removePersistentDomain(kDomain);
-  EXPECT_EQ(defaults.boolForKey("on"), std::nullopt);
-  EXPECT_THAT(folder.names(), IsEmpty());
-  EXPECT_EQ(FileUserDefaults(kDomain, file).boolForKey("on"), std::nullopt);
+  defaults.remove("on");
+  defaults.remove("was never there");
+  EXPECT_FALSE(defaults.value("on").isValid());
+  ASSERT_TRUE(defaults.synchronize());
+  EXPECT_EQ(testing_support::contentsOf(folder.file("settings.ini")), "[General]\ncount=1\n");
+  defaults.clear();
+  EXPECT_FALSE(defaults.value("count").isValid());
+  EXPECT_FALSE(UserDefaults(folder.file("settings.ini")).value("count").isValid());
+  EXPECT_THAT(folder.names(), Not(Contains("settings.ini")));
+  defaults.set("count", 2);
+  EXPECT_TRUE(defaults.synchronize());
+  EXPECT_EQ(UserDefaults(folder.file("settings.ini")).value("count"), 2);
 }
 
-TEST(FileUserDefaultsTest, DamagedFilesAreTakenAsFarAsTheyMakeSense) {
-  const ScratchFolder folder;
-  const std::string file = folder.file("settings.json");
-  std::string log;
-  const LogSink before = setLogSink([&](const std::string& line) { log += line; });
-  for (const char* text : {"", "{", "[]", "\xff\xfe", "{\"on\":tru"}) {
+TEST(UserDefaultsTest, ADamagedFileIsOverwritten) {
+  for (const char* text : {"", "[", "=", "\xff\xfe", "[General", "on=@ByteArray(\\x", "\n\n;"}) {
+    const ScratchFolder folder;
+    const std::string file = folder.file("settings.ini");
     writeFile(file, text);
-    log.clear();
-    FileUserDefaults defaults(kDomain, file);
-    EXPECT_EQ(defaults.boolForKey("on"), std::nullopt) << text;
-    EXPECT_THAT(log, HasSubstr(file)) << text;
-    defaults.setBool("on", true);
-    EXPECT_TRUE(defaults.synchronize());
-    EXPECT_EQ(FileUserDefaults(kDomain, file).boolForKey("on"), true) << text;
+    UserDefaults defaults(file);
+    EXPECT_TRUE(defaults.dictionaries("savedPaths").isEmpty()) << text;
+    defaults.set("on", true);
+    EXPECT_TRUE(defaults.synchronize()) << text;
+    EXPECT_TRUE(UserDefaults(file).value("on").toBool()) << text;
   }
-  setLogSink(before);
-  writeFile(file, R"({"savedPaths":[3,{"path":{"data":"AQI="},"odd":{"x":1}}],"n":null,"o":{}})");
-  const FileUserDefaults defaults(kDomain, file);
-  EXPECT_EQ(defaults.arrayForKey("savedPaths"),
-            (DefaultsArray{{}, {{"path", DefaultsData{1, 2}}}}));
-  EXPECT_EQ(defaults.stringForKey("n"), std::nullopt);
 }
 
-TEST(FileUserDefaultsTest, AFileThatCannotBeWrittenIsReported) {
+TEST(UserDefaultsTest, WhatCannotBeWrittenIsReportedAndWrittenLater) {
   const ScratchFolder folder;
   writeFile(folder.file("file"), "");
   const LogSink before = setLogSink(silentLog());
-  FileUserDefaults defaults(kDomain, folder.file("file/settings.json"));
-  defaults.setBool("on", true);
+  UserDefaults defaults(folder.file("file/settings.ini"));
+  defaults.set("on", true);
   EXPECT_FALSE(defaults.synchronize());
+  EXPECT_EQ(defaults.value("on"), true);
+  std::filesystem::remove(folder.file("file"));
+  EXPECT_TRUE(defaults.synchronize());
+  EXPECT_THAT(folder.names(), Contains("file"));
   setLogSink(before);
-  EXPECT_EQ(defaults.boolForKey("on"), true);
 }
 
 }  // namespace

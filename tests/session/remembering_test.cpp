@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/file_user_defaults.h"
+#include "platform/user_defaults.h"
 #include "session/bookmarks.h"
 #include "session/rate_invitation.h"
 #include "support/scratch_folder.h"
@@ -35,7 +35,7 @@ class RememberingTest : public testing::Test {
   }
   std::vector<std::string> stored() const {
     std::vector<std::string> paths;
-    const FileUserDefaults fresh("velmara.test", settings);
+    const UserDefaults fresh(settings);
     for (const SavedPath& saved : savedPathsFromUserDefaults(true, fresh)) {
       paths.push_back(saved.path);
     }
@@ -43,8 +43,8 @@ class RememberingTest : public testing::Test {
   }
 
   const ScratchFolder folder;
-  const std::string settings = folder.file("settings.json");
-  FileUserDefaults defaults{"velmara.test", settings};
+  const std::string settings = folder.file("settings.ini");
+  UserDefaults defaults{settings};
 };
 
 using Paths = std::vector<std::string>;
@@ -64,18 +64,14 @@ TEST_F(RememberingTest, NothingIsRememberedAfterAFailure) {
 }
 
 TEST_F(RememberingTest, EntriesThatAreNoneAreLeftOut) {
-  const auto data = [](const std::string& text) { return DefaultsData(text.begin(), text.end()); };
-  defaults.setArray(defaults_keys::kSavedPaths,
-                    {{{"path", data("/a.jpg")}, {"state", std::int64_t{2}}},
-                     {{"state", std::string("alone")}},
-                     {{"path", std::string("/text.jpg")}},
-                     {{"path", data("")}},
-                     {{"path", data("relative.jpg")}},
-                     {{"path", data(std::string("/a\0b", 4))}},
-                     {{"path", data("/b.jpg")}}});
+  const auto entry = [](const QByteArray& path) { return QVariantMap{{"path", path}}; };
+  defaults.set(defaults_keys::kSavedPaths,
+               QVariantList{QVariantMap{{"path", QByteArray("/a.jpg")}, {"state", 2}},
+                            QVariantMap{{"state", "alone"}}, 3, entry(""), entry("relative.jpg"),
+                            entry(QByteArray("/a\0b", 4)), entry("/b.jpg")});
   const auto saved = savedPathsFromUserDefaults(false, defaults);
-  EXPECT_EQ(saved, (std::vector<SavedPath>{{"/a.jpg", std::int64_t{2}}, {"/b.jpg", std::nullopt}}));
-  defaults.removeObjectForKey(defaults_keys::kSavedPaths);
+  EXPECT_EQ(saved, (std::vector<SavedPath>{{"/a.jpg", 2}, {"/b.jpg", {}}}));
+  defaults.remove(defaults_keys::kSavedPaths);
   EXPECT_TRUE(savedPathsFromUserDefaults(true, defaults).empty());
 }
 
@@ -109,7 +105,7 @@ TEST_F(RememberingTest, TheLastPhotoThatIsStillThereIsOpened) {
 
 TEST_F(RememberingTest, AClearedStoreRestoresNothing) {
   saveBookmarkPathsFromTableView(records({makeFile("a.jpg")}), defaults);
-  defaults.removePersistentDomain("velmara.test");
+  defaults.clear();
   std::vector<PhotoFile> photos;
   const auto never = [](const std::string&) { return false; };
   EXPECT_FALSE(loadLastWorkedImageFromDefaults(photos, defaults, never));
@@ -120,21 +116,21 @@ TEST_F(RememberingTest, TheInvitationComesFirstAndThenEverySeventhTime) {
   std::string shown;
   for (int i = 0; i < 16; ++i) shown += showAlertForRateApp(defaults) ? 'X' : '.';
   EXPECT_EQ(shown, "X......X......X.");
-  const FileUserDefaults fresh("velmara.test", settings);
-  EXPECT_EQ(fresh.integerForKey("RATE_ME_COUNT"), 2);
+  const UserDefaults fresh(settings);
+  EXPECT_EQ(fresh.value("RATE_ME_COUNT").toInt(), 2);
 }
 
 TEST_F(RememberingTest, TheCountGoesOnFromWhatIsStored) {
   struct Case {
-    std::int64_t before, after;
+    qlonglong before, after;
     bool shows;
   };
-  constexpr auto kMax = std::numeric_limits<std::int64_t>::max();
+  constexpr auto kMax = std::numeric_limits<qlonglong>::max();
   for (const Case& c : {Case{6, 7, false}, Case{7, 1, true}, Case{8, 9, false}, Case{0, 1, false},
                         Case{-3, -2, false}, Case{kMax, kMax, false}}) {
-    defaults.setInteger("RATE_ME_COUNT", c.before);
+    defaults.set("RATE_ME_COUNT", c.before);
     EXPECT_EQ(showAlertForRateApp(defaults), c.shows) << c.before;
-    EXPECT_EQ(defaults.integerForKey("RATE_ME_COUNT"), c.after);
+    EXPECT_EQ(defaults.value("RATE_ME_COUNT"), c.after);
   }
 }
 
@@ -143,7 +139,7 @@ TEST_F(RememberingTest, AcceptingEndsTheInvitationsOfAVersion) {
   invitationAccepted(defaults, "1.0");
   EXPECT_FALSE(isInvitationOpen(defaults, "1.0"));
   EXPECT_TRUE(isInvitationOpen(defaults, "1.1"));
-  defaults.removePersistentDomain("velmara.test");
+  defaults.clear();
   EXPECT_TRUE(isInvitationOpen(defaults, "1.0"));
   const Alert alert = rateInvitation();
   EXPECT_EQ(alert.messageText, "Would you like to rate the app on the Mac App Store?");

@@ -14,7 +14,7 @@
 namespace velmara::testing_support {
 
 /// A clock and timers whose time passes only by advance().
-class ManualTime final : public Clock, public TimerScheduler {
+class ManualTime final : public Clock, public Scheduler {
  public:
   std::chrono::steady_clock::time_point monotonic() const override {
     return std::chrono::steady_clock::time_point(now());
@@ -24,8 +24,8 @@ class ManualTime final : public Clock, public TimerScheduler {
     return std::chrono::system_clock::time_point(kSomeDay + now());
   }
 
-  std::unique_ptr<Timer> scheduledTimer(Seconds interval, bool repeats,
-                                        std::function<void()> handler) override {
+  std::unique_ptr<Timer> start(Seconds interval, bool repeats,
+                               std::function<void()> handler) override {
     const double period = std::max(interval.count(), kShortest);
     auto entry = std::make_shared<Entry>(
         Entry{time_ + period, repeats ? period : 0.0, std::move(handler), nullptr, {}});
@@ -33,22 +33,21 @@ class ManualTime final : public Clock, public TimerScheduler {
     return std::make_unique<Handle>(std::move(entry));
   }
 
-  void performSelector(const void* target, std::string_view selector, Seconds delay,
-                       std::function<void()> action) override {
-    entries_.push_back(
-        std::make_shared<Entry>(Entry{time_ + std::max(delay.count(), 0.0), 0.0, std::move(action),
-                                      target, std::string(selector)}));
+  void after(const void* context, std::string_view key, Seconds delay,
+             std::function<void()> action) override {
+    entries_.push_back(std::make_shared<Entry>(Entry{
+        time_ + std::max(delay.count(), 0.0), 0.0, std::move(action), context, std::string(key)}));
   }
 
-  void cancelPreviousPerformRequests(const void* target) override {
+  void cancel(const void* context) override {
     for (const auto& entry : entries_) {
-      if (entry->target == target) entry->handler = nullptr;
+      if (entry->context == context) entry->handler = nullptr;
     }
   }
 
-  void cancelPreviousPerformRequests(const void* target, std::string_view selector) override {
+  void cancel(const void* context, std::string_view key) override {
     for (const auto& entry : entries_) {
-      if (entry->target == target && entry->selector == selector) entry->handler = nullptr;
+      if (entry->context == context && entry->key == key) entry->handler = nullptr;
     }
   }
 
@@ -82,8 +81,8 @@ class ManualTime final : public Clock, public TimerScheduler {
     double at;
     double period;
     std::function<void()> handler;
-    const void* target;
-    std::string selector;
+    const void* context;
+    std::string key;
   };
 
   class Handle final : public Timer {

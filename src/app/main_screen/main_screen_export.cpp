@@ -135,8 +135,8 @@ void MainScreenViewController::exportWhenIdle(const PhotoFile& photo) {
     return;
   }
   if (session_.runState().isRunningAlgorithm()) {
-    services_.timers.performSelector(this, "exportWhenIdle", kLookAgain,
-                                     [this, photo] { exportWhenIdle(photo); });
+    services_.timers.after(this, "exportWhenIdle", kLookAgain,
+                           [this, photo] { exportWhenIdle(photo); });
     return;
   }
   session_.isExportingPhoto = true;
@@ -191,8 +191,8 @@ void MainScreenViewController::exportWritten(const ExportOutcome& outcome) {
 void MainScreenViewController::offerRating() {
   if (!isInvitationOpen(services_.defaults, services_.bundle.CFBundleVersion)) return;
   session_.runState().showProgressBarCompleted();
-  services_.timers.performSelector(this, "showAlertForRateApp", Seconds(0.2),
-                                   [this] { showAlertForRateApp(); });
+  services_.timers.after(this, "showAlertForRateApp", Seconds(0.2),
+                         [this] { showAlertForRateApp(); });
 }
 
 void MainScreenViewController::showAlertForRateApp() {

@@ -39,8 +39,8 @@ void MainScreenViewController::loadView() {
   ui_->btnFeedback->hide();
   initialSetupView();
   setupAdjustParamView();
-  services_.timers.performSelector(this, "loadLastWorkedImageFromDefaults", kRestoreDelay,
-                                   [this] { loadLastWorkedImageFromDefaults(); });
+  services_.timers.after(this, "loadLastWorkedImageFromDefaults", kRestoreDelay,
+                         [this] { loadLastWorkedImageFromDefaults(); });
   registerObservers();
 }
 
@@ -243,8 +243,8 @@ void MainScreenViewController::setupTitleBarViewForWindow(const Notification& no
   connect(windowMain_, &AppStoreWindow::windowDidEndLiveResize, this,
           [this] { preview_->windowDidEndLiveResize(); });
   windowMain_->hideStandardButtons();
-  services_.timers.performSelector(this, "hideTopWindowButtonAfterDelay", kHideButtonsDelay,
-                                   [this] { hideTopWindowButtonAfterDelay(); });
+  services_.timers.after(this, "hideTopWindowButtonAfterDelay", kHideButtonsDelay,
+                         [this] { hideTopWindowButtonAfterDelay(); });
 }
 
 void MainScreenViewController::hideTopWindowButtonAfterDelay() {

@@ -78,7 +78,7 @@ MainScreenViewController::MainScreenViewController(ScreenServices services, QWid
 }
 
 MainScreenViewController::~MainScreenViewController() {
-  services_.timers.cancelPreviousPerformRequests(this);
+  services_.timers.cancel(this);
   services_.center.removeObserver(*this);
 }
 
@@ -114,14 +114,14 @@ void MainScreenViewController::btnZoomOutTapped(ActionButton* sender) {
 
 void MainScreenViewController::btnMinimizeWindowTapped() {
   if (windowMain_ != nullptr) windowMain_->showMinimized();
-  services_.timers.performSelector(this, "resetWindowButtons", Seconds(0),
-                                   [this] { ui_->btnMinimizeWindow->setState(0); });
+  services_.timers.after(this, "resetWindowButtons", Seconds(0),
+                         [this] { ui_->btnMinimizeWindow->setState(0); });
 }
 
 void MainScreenViewController::btnZoomWindowTapped() {
   if (windowMain_ != nullptr) windowMain_->zoom();
-  services_.timers.performSelector(this, "resetWindowButtons", Seconds(0),
-                                   [this] { ui_->btnZoomWindow->setState(0); });
+  services_.timers.after(this, "resetWindowButtons", Seconds(0),
+                         [this] { ui_->btnZoomWindow->setState(0); });
 }
 
 void MainScreenViewController::handleSubmitFeedBack() {

@@ -23,7 +23,7 @@ struct ScreenServices {
   const DenoiseEngine& engine;
   TaskQueue& mainQueue;
   TaskQueue& globalQueue;
-  TimerScheduler& timers;
+  Scheduler& timers;
   NotificationCenter& center;
   AlertPresenter& alerts;
   Panels& panels;

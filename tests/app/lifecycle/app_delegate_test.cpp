@@ -10,7 +10,7 @@
 #include <set>
 
 #include "app/lifecycle/launch_fixture.h"
-#include "platform/file_user_defaults.h"
+#include "platform/user_defaults.h"
 #include "support/slowness.h"
 
 namespace velmara {
@@ -32,15 +32,15 @@ std::string answerReport(Peer& peer) {
 TEST_F(LaunchTest, StartsInItsOrder) {
   const RecordingServer server(answerReport);
   environment.addresses.trackingService = server.url("127.0.0.1", "/service");
-  defaults.setString(defaults_keys::kTrackedForAppStore, "TRACKING CALLED");
-  defaults.setBool(defaults_keys::kNotShowPromotionWindow, true);
+  defaults.set(defaults_keys::kTrackedForAppStore, "TRACKING CALLED");
+  defaults.set(defaults_keys::kNotShowPromotionWindow, true);
   // What is there when the window builds its title bar.
   int headers = 0;
   const auto token =
       defaultCenter().addObserver(notifications::kSetupHeader, [&](const Notification&) {
         ++headers;
-        EXPECT_FALSE(defaults.boolForKey(defaults_keys::kNotShowPromotionWindow));
-        EXPECT_EQ(defaults.stringForKey(defaults_keys::kTrackedForAppStore), "TRACKING CALLED");
+        EXPECT_FALSE(defaults.value(defaults_keys::kNotShowPromotionWindow).isValid());
+        EXPECT_EQ(defaults.value(defaults_keys::kTrackedForAppStore).toString(), "TRACKING CALLED");
         EXPECT_NE(delegate().tracker, nullptr);
         EXPECT_NE(delegate().internetReachability, nullptr);
         EXPECT_GE(logged("Internet Available : "), 0);
@@ -70,7 +70,7 @@ TEST_F(LaunchTest, StartsInItsOrder) {
 TEST_F(LaunchTest, EveryLaunchReportsAnew) {
   const RecordingServer server(answerReport);
   for (std::size_t count = 1; count <= 3; ++count) {
-    FileUserDefaults stored(mainBundle().bundleIdentifier, home.file("settings.json"));
+    UserDefaults stored(home.file("settings of the user.ini"));
     testing_support::IdleEngine idle;
     AppEnvironment again{.engine = idle,
                          .alerts = alerts,
@@ -95,7 +95,7 @@ TEST_F(LaunchTest, WhoeverAsksForNoTrackingIsNotReported) {
   // Everything else is as always.
   EXPECT_GE(logged("fireTQSHitForTrackSource"), 0);
   EXPECT_GE(logged("url = " + server.url() + "/registerAppInstalls"), 0);
-  EXPECT_EQ(defaults.stringForKey(defaults_keys::kTrackedForAppStore), "TRACKING CALLED");
+  EXPECT_EQ(defaults.value(defaults_keys::kTrackedForAppStore).toString(), "TRACKING CALLED");
   EXPECT_EQ(delegate().tracker->tid, 0U);
   // Had a connection been made, it would be recorded before this one.
   environment.asksForNoTracking = false;

@@ -15,7 +15,7 @@
 #include "app/main_window_controller.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
-#include "platform/memory_user_defaults.h"
+#include "platform/user_defaults.h"
 #include "services/recording_server.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_desktop.h"
@@ -111,7 +111,7 @@ class LaunchTest : public testing::Test {
   ScriptedAlerts alerts;
   ScriptedPanels panels;
   RecordingWorkspace workspace;
-  MemoryUserDefaults defaults{mainBundle().bundleIdentifier};
+  UserDefaults defaults{home.file("settings.ini")};
   AppEnvironment environment{.engine = engine,
                              .alerts = alerts,
                              .panels = panels,
