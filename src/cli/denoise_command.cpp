@@ -35,7 +35,7 @@ struct PhotoCommand {
     const auto start = std::chrono::steady_clock::now();
     auto photo = openPhoto(input);
     if (!photo) return Error{photo.error()};
-    const OutputTarget target = outputTarget(input, formatOf(photo->file->kind), options);
+    const OutputTarget target = outputTarget(input, exportFormatOf(photo->file->format), options);
     for (const std::string& path : {target.path, options.comparison.value_or("-")}) {
       if (Status allowed = files.check(path); !allowed) return Error{allowed.error()};
     }

@@ -71,7 +71,7 @@ struct Parser {
         command->add_option("-o,--output", output, "The file to write; - is standard output");
     command->add_option("--output-dir", folder, "The folder to write into")->excludes(outputOption);
     command->add_option("--format", format, "jpeg, tiff, bmp, gif or png")
-        ->check(CLI::IsMember({"jpeg", "tiff", "bmp", "gif", "png"}));
+        ->check(CLI::IsMember(exportFormatWords()));
     command->add_option("--compare", comparison,
                         "Write a PNG with the photo left and the result right of a line");
     command->add_flag("--force", denoise.force, "Replace output files that are there already");
@@ -125,7 +125,7 @@ struct Parser {
     if (given("--output")) options.output = output;
     if (given("--output-dir")) options.outputFolder = folder;
     if (given("--compare")) options.comparison = comparison;
-    if (given("--format")) options.format = formatNamed(format);
+    if (given("--format")) options.format = exportFormatForExtension(format);
     options.referenceEngine = engine == "reference";
 
     if (options.inputs.size() > 1 && (options.output || options.comparison)) {

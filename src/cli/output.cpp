@@ -1,8 +1,5 @@
 #include "cli/output.h"
 
-#include <algorithm>
-#include <array>
-#include <cctype>
 #include <cerrno>
 #include <filesystem>
 #include <string_view>
@@ -17,29 +14,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct FormatName {
-  std::string_view extension;
-  FileFormat format;
-};
-// The first extension of a format is the one that new files get.
-constexpr std::array kExtensions{
-    FormatName{"jpg", FileFormat::jpeg},  FormatName{"jpeg", FileFormat::jpeg},
-    FormatName{"tiff", FileFormat::tiff}, FormatName{"tif", FileFormat::tiff},
-    FormatName{"bmp", FileFormat::bmp},   FormatName{"gif", FileFormat::gif},
-    FormatName{"png", FileFormat::png},
-};
-
-std::string lowerCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
-
 std::string extensionFor(FileFormat format) {
-  for (const FormatName& name : kExtensions) {
-    if (name.format == format) return "." + std::string(name.extension);
-  }
-  return {};
+  return "." + std::string(factsOf(format).extensions.front());
 }
 
 template <typename Identity>
@@ -51,19 +27,11 @@ std::optional<Identity> identityOf(const std::string& path) {
 
 }  // namespace
 
-std::optional<FileFormat> formatNamed(const std::string& name) {
-  return formatForPath("." + name);
-}
-
 std::optional<FileFormat> formatForPath(const std::string& path) {
   const std::string file = fs::path(path).filename().string();
   const auto dot = file.rfind('.');
   if (dot == std::string::npos) return std::nullopt;
-  const std::string extension = lowerCase(file.substr(dot + 1));
-  for (const FormatName& name : kExtensions) {
-    if (name.extension == extension) return name.format;
-  }
-  return std::nullopt;
+  return exportFormatForExtension(std::string_view(file).substr(dot + 1));
 }
 
 OutputTarget outputTarget(const std::string& input, std::optional<FileFormat> inputFormat,

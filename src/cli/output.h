@@ -10,12 +10,9 @@
 
 #include "base/result.h"
 #include "cli/options.h"
-#include "imaging/image_writer.h"
+#include "imaging/file_format.h"
 
 namespace velmara::cli {
-
-/// The format that --format calls by this name; nothing for another name.
-std::optional<FileFormat> formatNamed(const std::string& name);
 
 /// The format that a file name's extension stands for, upper or lower case.
 std::optional<FileFormat> formatForPath(const std::string& path);

@@ -1,13 +1,100 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
-#include "imaging/file_kind.h"
-#include "imaging/image_writer.h"
+using VipsImage = struct _VipsImage;    // NOLINT(bugprone-reserved-identifier)
+using VipsSource = struct _VipsSource;  // NOLINT(bugprone-reserved-identifier)
+using VipsTarget = struct _VipsTarget;  // NOLINT(bugprone-reserved-identifier)
 
 namespace velmara {
 
-/// The format that a kind of file is written in; nothing for the kinds that are only read.
-std::optional<FileFormat> formatOf(FileKind kind);
+/// The formats of picture files. The first six are written too, by these indices.
+enum class FileFormat {
+  jpeg = 0,
+  tiff = 1,
+  bmp = 2,
+  gif = 3,
+  png = 4,
+  jpeg2000 = 5,
+  webp,
+  heif,
+  pnm
+};
+
+/// Where a format's Exif, XMP and IPTC are to be found.
+enum class MetadataPlace {
+  nowhere,
+  /// In a file that Exiv2 opens and, where the format is written, writes.
+  file,
+  /// In packets that libvips hands out.
+  packets,
+};
+
+/// What there is to know of a format. All that depends on the format of a file comes from here.
+struct FormatFacts {
+  FileFormat format;
+  /// As messages have it: "JPEG 2000".
+  std::string_view name;
+  /// The word for it in the save panel and behind --format; empty for a format exports do not
+  /// offer.
+  std::string_view word;
+  /// Its title in the save panel.
+  std::string_view title;
+  /// File name extensions in lower case without the dot, the usual one first, the rest empty.
+  std::array<std::string_view, 4> extensions;
+  /// Whether a file that begins with these bytes is of this format.
+  bool (*matches)(std::string_view head);
+  /// The class of its decoders in libvips; those of no format here stay switched off.
+  const char* decoder;
+  /// Opens the picture of a page, its pixels to come from top to bottom. Null where the decoder
+  /// wants the whole file in memory. `tolerant`: what the decoder only warns of is no fault.
+  int (*load)(VipsSource* source, int page, bool tolerant, VipsImage** image);
+  /// Encodes a picture, with a quality of 1 to 100 where there is one. Null if it is only read.
+  int (*save)(VipsImage* image, int quality, VipsTarget* target);
+  MetadataPlace metadata = MetadataPlace::nowhere;
+  /// What else a written file can hold.
+  bool carriesProfile = false;
+  bool carriesAlpha = false;
+};
+
+/// All formats, in the order of the save panel as far as they stand there.
+std::span<const FormatFacts> fileFormats();
+
+const FormatFacts& factsOf(FileFormat format);
+
+/// How many bytes of a file's start fileFormatOf looks at.
+constexpr std::size_t kSignatureBytes = 64;
+
+/// The format of a file by its first bytes; nothing if it is none of them.
+std::optional<FileFormat> fileFormatOf(std::span<const std::uint8_t> head);
+
+/// Whether a file's first bytes are those of a camera's own RAW format.
+bool looksLikeCameraRaw(std::span<const std::uint8_t> head);
+
+/// The format an index stands for when a picture is written; nothing for 6 and above.
+std::optional<FileFormat> fileFormatOfIndex(unsigned index);
+
+/// The format itself if exports offer it, else nothing.
+std::optional<FileFormat> exportFormatOf(FileFormat format);
+
+/// The format that exports offer under an extension, upper or lower case.
+std::optional<FileFormat> exportFormatForExtension(std::string_view extension);
+
+/// The words of the formats that exports offer: "jpeg", "tiff" and so on.
+std::vector<std::string> exportFormatWords();
+
+/// The extensions of the picture files that can be opened, without the dot, each in lower and in
+/// upper case: cameras write "JPG".
+std::vector<std::string> readableFileTypes();
+
+/// Whether an extension is one of them, exactly as written.
+bool isReadableFileType(std::string_view fileExtension);
 
 }  // namespace velmara

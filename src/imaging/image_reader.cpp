@@ -19,14 +19,14 @@ struct Page {
 };
 
 // An empty message from below means that libvips has the words for it.
-Error explained(const std::string& message, FileKind kind) {
-  return message.empty() ? damagedFile(kind) : Error{message};
+Error explained(const std::string& message, FileFormat format) {
+  return message.empty() ? damagedFile(format) : Error{message};
 }
 
 // The decoders of these fill up what is missing.
 Status checkSamples(const PictureFile& file) {
-  if (file.kind == FileKind::pnm) return checkPnmSamples(file.file);
-  if (file.kind == FileKind::gif) return checkGifFrame(file.file);
+  if (file.format == FileFormat::pnm) return checkPnmSamples(file.file);
+  if (file.format == FileFormat::gif) return checkGifFrame(file.file);
   return Done{};
 }
 
@@ -36,9 +36,9 @@ Result<Page> decodePage(const PictureFile& file, int number, bool tolerant,
   if (!opened) return Error{opened.error()};
   if (const Status whole = checkSamples(file); !whole) return Error{whole.error()};
   auto plain = toPlainPicture(std::move(opened.value().image));
-  if (!plain) return explained(plain.error(), file.kind);
+  if (!plain) return explained(plain.error(), file.format);
   auto bitmap = toBitmap(plain->image.get(), control);
-  if (!bitmap) return explained(bitmap.error(), file.kind);
+  if (!bitmap) return explained(bitmap.error(), file.format);
   return Page{std::move(bitmap).value(), std::move(plain).value().profile};
 }
 
@@ -66,13 +66,13 @@ Result<Page> decodeJpeg(const PictureFile& file, const JobControl* control) {
     if (warnings.count() == 0 || (warnings.count() == 1 && isHarmless(warnings.first()))) {
       return page;
     }
-    return damagedFile(file.kind);
+    return damagedFile(file.format);
   }
-  return damagedFile(file.kind);
+  return damagedFile(file.format);
 }
 
 Result<Page> readPage(const PictureFile& file, int number, const JobControl* control) {
-  return file.kind == FileKind::jpeg ? decodeJpeg(file, control)
+  return file.format == FileFormat::jpeg ? decodeJpeg(file, control)
                                      : decodePage(file, number, true, control);
 }
 

@@ -13,7 +13,6 @@ namespace velmara {
 namespace {
 
 constexpr double kMillimetresPerInch = 25.4;
-constexpr int kLeastQualityOfFullColours = 90;
 
 bool isOpaque(const Bitmap& bitmap) {
   const auto step = static_cast<std::size_t>(bitmap.samplesPerPixel());
@@ -22,10 +21,6 @@ bool isOpaque(const Bitmap& bitmap) {
     if (bytes[i] != 255) return false;
   }
   return true;
-}
-
-bool carriesProfile(FileFormat format) {
-  return format != FileFormat::gif && format != FileFormat::jpeg2000;
 }
 
 /// The bitmap as libvips sees it, its samples shared and not copied.
@@ -56,39 +51,6 @@ VipsImagePtr withoutLastBand(const VipsImagePtr& image) {
   return VipsImagePtr(colours);
 }
 
-int saveBmp(VipsImage* image, VipsTarget* target) {
-  void* bytes = nullptr;
-  std::size_t size = 0;
-  if (vips().magicksave_buffer(image, &bytes, &size, "format", "BMP", nullptr) != 0) return -1;
-  const int failed = vips().target_write(target, bytes, size);
-  g_free(bytes);
-  return failed != 0 ? failed : vips().target_end(target);
-}
-
-int save(VipsImage* image, FileFormat format, int quality, VipsTarget* target) {
-  switch (format) {
-    case FileFormat::jpeg:
-      return vips().jpegsave_target(image, target, "Q", quality, "subsample_mode",
-                                    quality >= kLeastQualityOfFullColours
-                                        ? VIPS_FOREIGN_SUBSAMPLE_OFF
-                                        : VIPS_FOREIGN_SUBSAMPLE_ON,
-                                    nullptr);
-    case FileFormat::tiff:
-      return vips().tiffsave_target(image, target, "compression", VIPS_FOREIGN_TIFF_COMPRESSION_LZW,
-                                    "predictor", VIPS_FOREIGN_TIFF_PREDICTOR_HORIZONTAL, "resunit",
-                                    VIPS_FOREIGN_TIFF_RESUNIT_INCH, nullptr);
-    case FileFormat::gif:
-      return vips().gifsave_target(image, target, nullptr);
-    case FileFormat::png:
-      return vips().pngsave_target(image, target, nullptr);
-    case FileFormat::jpeg2000:
-      return vips().jp2ksave_target(image, target, "lossless", TRUE, nullptr);
-    case FileFormat::bmp:
-      break;
-  }
-  return saveBmp(image, target);
-}
-
 // What was written to a target in memory. Savers end their target, after which its bytes are to be
 // had as its blob only.
 std::vector<std::uint8_t> contentsOf(VipsTarget* target) {
@@ -104,14 +66,15 @@ std::vector<std::uint8_t> contentsOf(VipsTarget* target) {
 Result<std::vector<std::uint8_t>> encode(const Bitmap& bitmap, const ColorProfile& profile,
                                          FileFormat format, const EncodeOptions& options) {
   const bool dropsAlpha = bitmap.hasAlpha() && isOpaque(bitmap);
-  const bool flattens = bitmap.hasAlpha() && !dropsAlpha && format == FileFormat::jpeg;
+  const FormatFacts& facts = factsOf(format);
+  const bool flattens = bitmap.hasAlpha() && !dropsAlpha && !facts.carriesAlpha;
   const Bitmap flat = flattens ? withoutAlpha(bitmap) : bitmap;
   if (!flat.isValid()) return Error{"not enough memory for the picture"};
-  VipsImagePtr image = wrapped(flat, carriesProfile(format) ? profile : nullptr, options);
+  VipsImagePtr image = wrapped(flat, facts.carriesProfile ? profile : nullptr, options);
   if (image != nullptr && dropsAlpha) image = withoutLastBand(image);
   const VipsTargetPtr target(vips().target_new_to_memory());
   if (image == nullptr || target == nullptr ||
-      save(image.get(), format, std::clamp(options.quality, 1, 100), target.get()) != 0) {
+      facts.save(image.get(), std::clamp(options.quality, 1, 100), target.get()) != 0) {
     return Error{"the picture cannot be encoded (" + takeVipsError() + ")"};
   }
   return contentsOf(target.get());
@@ -119,14 +82,12 @@ Result<std::vector<std::uint8_t>> encode(const Bitmap& bitmap, const ColorProfil
 
 }  // namespace
 
-std::optional<FileFormat> fileFormatOfIndex(unsigned index) {
-  if (index > static_cast<unsigned>(FileFormat::jpeg2000)) return std::nullopt;
-  return static_cast<FileFormat>(index);
-}
-
 Result<std::vector<std::uint8_t>> encodeImage(const Bitmap& bitmap, const ColorProfile& profile,
                                               FileFormat format, const EncodeOptions& options) {
   if (!bitmap.isValid()) return Error{"there is no picture to encode"};
+  if (factsOf(format).save == nullptr) {
+    return Error{std::string(factsOf(format).name) + " files are not written"};
+  }
   if (!initialiseImaging()) return Error{"the picture libraries cannot be started"};
   try {
     return encode(bitmap, profile, format, options);

@@ -7,15 +7,10 @@
 
 #include "base/image.h"
 #include "base/result.h"
+#include "imaging/file_format.h"
 #include "imaging/metadata.h"
 
 namespace velmara {
-
-/// The formats pictures are written in, by their indices.
-enum class FileFormat { jpeg = 0, tiff = 1, bmp = 2, gif = 3, png = 4, jpeg2000 = 5 };
-
-/// The format of an index; nothing for 6 and above.
-std::optional<FileFormat> fileFormatOfIndex(unsigned index);
 
 /// Pixels an inch.
 struct Resolution {
@@ -31,16 +26,16 @@ struct EncodeOptions {
 
 /// A picture as the bytes of a file: JPEG, TIFF with LZW compression, BMP, GIF of at most 256
 /// colours, PNG or lossless JPEG 2000. The profile goes along where the format has a place for it
-/// (all but GIF and JPEG 2000). Alpha that is opaque throughout is left out; JPEG, which has none,
-/// shows the picture over black. 1 and 2 samples are written as gray.
+/// (FormatFacts::carriesProfile). Alpha that is opaque throughout is left out; JPEG, which has
+/// none, shows the picture over black. 1 and 2 samples are written as gray.
 Result<std::vector<std::uint8_t>> encodeImage(const Bitmap& bitmap, const ColorProfile& profile,
                                               FileFormat format, const EncodeOptions& options = {});
 
 /// Puts a picture's metadata into the bytes of a file just encoded: Exif with its maker notes, XMP
 /// and IPTC, with the orientation given instead of its own, true pixel dimensions, and without the
-/// embedded thumbnail, which no longer shows the picture. GIF and BMP have no place for metadata
-/// and come back as they are. What a JPEG's segments of 64 KB cannot hold is left out, the largest
-/// pieces first. The pixels and the profile are not touched.
+/// embedded thumbnail, which no longer shows the picture. What has no place for metadata comes back
+/// as it is. What a JPEG's segments of 64 KB cannot hold is left out, the largest pieces first. The
+/// pixels and the profile are not touched.
 Result<std::vector<std::uint8_t>> withMetadata(std::vector<std::uint8_t> bytes, FileFormat format,
                                                const ImageMetadata& metadata, int orientation = 1);
 

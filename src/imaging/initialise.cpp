@@ -3,18 +3,11 @@
 #include <exiv2/exiv2.hpp>
 
 #include "imaging/exiv2_session.h"
+#include "imaging/file_format.h"
 #include "imaging/vips_handle.h"
 
 namespace velmara {
 namespace {
-
-// The decoders in use, by the names of their classes in libvips. Everything else it could open (SVG
-// and PDF run whole interpreters, others are untested or never seen in photographs) stays blocked.
-constexpr const char* kDecoders[] = {
-    "VipsForeignLoadJpeg",  "VipsForeignLoadPng",  "VipsForeignLoadTiff",
-    "VipsForeignLoadNsgif", "VipsForeignLoadWebp", "VipsForeignLoadJp2k",
-    "VipsForeignLoadHeif",  "VipsForeignLoadPpm",  "VipsForeignLoadMagick",
-};
 
 // Warnings are no concern of whoever reads standard error.
 void takeLogMessage(const char* /*domain*/, GLogLevelFlags /*level*/, const char* message,
@@ -34,8 +27,11 @@ bool start() {
   vips().cache_set_max(0);
   vips().cache_set_max_mem(0);
   vips().cache_set_max_files(0);
+  // Of everything else it could open, SVG and PDF run whole interpreters, and others are untested.
   vips().operation_block_set("VipsForeignLoad", TRUE);
-  for (const char* decoder : kDecoders) vips().operation_block_set(decoder, FALSE);
+  for (const FormatFacts& facts : fileFormats()) {
+    vips().operation_block_set(facts.decoder, FALSE);
+  }
 
   Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
   return Exiv2::XmpParser::initialize(lockXmpToolkit, nullptr);

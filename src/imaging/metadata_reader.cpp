@@ -111,22 +111,9 @@ std::shared_ptr<const MetadataCarrier> readCarrier(const PictureFile& file,
   const auto lock = lockExiv2();
   auto carrier = std::make_shared<MetadataCarrier>();
   try {
-    switch (file.kind) {
-      case FileKind::jpeg:
-      case FileKind::png:
-      case FileKind::tiff:
-      case FileKind::webp:
-      case FileKind::jpeg2000:
-        readFile(file, *carrier);
-        break;
-      case FileKind::heif:
-        readPackets(image, *carrier);
-        break;
-      case FileKind::bmp:
-      case FileKind::gif:
-      case FileKind::pnm:
-        break;
-    }
+    const MetadataPlace place = factsOf(file.format).metadata;
+    if (place == MetadataPlace::file) readFile(file, *carrier);
+    if (place == MetadataPlace::packets) readPackets(image, *carrier);
   } catch (const std::exception&) {
     // What was understood before stays.
   }

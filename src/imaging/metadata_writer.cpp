@@ -160,7 +160,7 @@ bool isTurned(const ImageMetadata& metadata, int width, int height) {
 
 Result<std::vector<std::uint8_t>> withMetadata(std::vector<std::uint8_t> bytes, FileFormat format,
                                                const ImageMetadata& metadata, int orientation) {
-  if (format == FileFormat::gif || format == FileFormat::bmp || metadata.carrier() == nullptr) {
+  if (factsOf(format).metadata == MetadataPlace::nowhere || metadata.carrier() == nullptr) {
     return bytes;
   }
   if (!initialiseImaging()) return Error{"the picture libraries cannot be started"};

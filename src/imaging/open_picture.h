@@ -23,6 +23,6 @@ struct OpenedPicture {
 Result<OpenedPicture> openPicture(const PictureFile& file, int page, bool tolerant = true);
 
 /// The message for a file that a decoder gave up on, with libvips' own words.
-Error damagedFile(FileKind kind);
+Error damagedFile(FileFormat format);
 
 }  // namespace velmara

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/result.h"
-#include "imaging/file_kind.h"
+#include "imaging/file_format.h"
 #include "imaging/input_file.h"
 
 namespace velmara {
@@ -24,7 +24,7 @@ struct RepresentationSize {
 struct PictureFile {
   std::string path;
   InputFile file;
-  FileKind kind;
+  FileFormat format;
   /// The pages of a TIFF; one unknown size for every other kind.
   std::vector<RepresentationSize> pages;
 };

@@ -1,7 +1,6 @@
 #include "session/export_formats.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <iterator>
 #include <string_view>
@@ -10,66 +9,52 @@
 namespace velmara {
 namespace {
 
-struct KnownFormat {
-  std::string_view lower;
-  std::string_view upper;
-  std::string_view title;
-  FileFormat writer;
-};
-
-constexpr std::string_view kJpegTitle = "JPEG (*.jpg)";
-
-// In the starting order of the popup; "jpg" is another spelling of its first.
-constexpr std::array<KnownFormat, 5> kFormats = {{
-    {"jpeg", "JPEG", kJpegTitle, FileFormat::jpeg},
-    {"tiff", "TIFF", "Tiff (*.tiff)", FileFormat::tiff},
-    {"bmp", "BMP", "BMP (*.bmp)", FileFormat::bmp},
-    {"gif", "GIF", "GIF (*.gif)", FileFormat::gif},
-    {"png", "PNG", "PNG (*.png)", FileFormat::png},
-}};
+constexpr std::string_view kJpeg = "jpeg";
 constexpr std::string_view kShortJpeg = "jpg";
 
-bool isShortJpeg(std::string_view extension) {
-  return extension == kShortJpeg || extension == "JPG";
-}
-
-const KnownFormat* knownFormat(std::string_view extension) {
-  if (isShortJpeg(extension)) return kFormats.data();
-  const auto* found = std::find_if(kFormats.begin(), kFormats.end(), [&](const KnownFormat& f) {
-    return f.lower == extension || f.upper == extension;
-  });
-  return found == kFormats.end() ? nullptr : found;
-}
-
-std::string lowered(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+std::string inCase(std::string text, int (*convert)(int)) {
+  for (char& c : text) c = static_cast<char>(convert(static_cast<unsigned char>(c)));
   return text;
+}
+
+// The format of a word in lower or in upper case, but not in both; null for any other.
+const FormatFacts* formatOfWord(const std::string& text) {
+  const std::string word = inCase(text, std::tolower);
+  if (text.empty() || (text != word && text != inCase(word, std::toupper))) return nullptr;
+  for (const FormatFacts& facts : fileFormats()) {
+    if (facts.word == (word == kShortJpeg ? kJpeg : word)) return &facts;
+  }
+  return nullptr;
 }
 
 }  // namespace
 
 ExportFormats exportFormatsFor(const std::string& fileExtension) {
-  std::array<KnownFormat, kFormats.size()> ordered = kFormats;
-  if (const KnownFormat* own = knownFormat(fileExtension)) {
-    const auto place = ordered.begin() + std::distance(kFormats.data(), own);
-    std::rotate(ordered.begin(), place, std::next(place));
+  std::vector<const FormatFacts*> ordered;
+  for (const FormatFacts& facts : fileFormats()) {
+    if (!facts.word.empty()) ordered.push_back(&facts);
   }
-  if (isShortJpeg(fileExtension)) ordered.front().lower = kShortJpeg;
+  if (const auto own = std::ranges::find(ordered, formatOfWord(fileExtension));
+      own != ordered.end()) {
+    std::rotate(ordered.begin(), own, std::next(own));
+  }
   ExportFormats formats;
-  for (const KnownFormat& format : ordered) {
-    formats.arrformatsSupportedByIM.emplace_back(format.lower);
-    formats.titles.emplace_back(format.title);
+  for (const FormatFacts* facts : ordered) {
+    formats.arrformatsSupportedByIM.emplace_back(facts->word);
+    formats.titles.emplace_back(facts->title);
+  }
+  if (inCase(fileExtension, std::tolower) == kShortJpeg && formatOfWord(fileExtension) != nullptr) {
+    formats.arrformatsSupportedByIM.front() = kShortJpeg;
   }
   return formats;
 }
 
 bool titleHasQuality(const std::string& title) {
-  return title == kJpegTitle;
+  return title == factsOf(FileFormat::jpeg).title;
 }
 
 bool formatHasQuality(const std::string& format) {
-  return format == kShortJpeg || format == kFormats.front().lower;
+  return format == kShortJpeg || format == kJpeg;
 }
 
 std::vector<std::string> allowedTypesAt(const ExportFormats& formats, std::size_t popupIndex) {
@@ -79,8 +64,8 @@ std::vector<std::string> allowedTypesAt(const ExportFormats& formats, std::size_
 }
 
 std::optional<FileFormat> writerFor(const std::string& format) {
-  const KnownFormat* known = knownFormat(format);
-  return known == nullptr ? std::nullopt : std::optional(known->writer);
+  const FormatFacts* known = formatOfWord(format);
+  return known == nullptr ? std::nullopt : std::optional(known->format);
 }
 
 ExportChoice exportChoice(const ExportFormats& formats, const std::string& fileTypeToExportImage,
@@ -92,7 +77,7 @@ ExportChoice exportChoice(const ExportFormats& formats, const std::string& fileT
     return static_cast<std::size_t>(std::distance(list.begin(), found));
   };
   std::string format =
-      fileTypeToExportImage.empty() ? lowered(photoExtension) : fileTypeToExportImage;
+      fileTypeToExportImage.empty() ? inCase(photoExtension, std::tolower) : fileTypeToExportImage;
   if (!indexOf(format)) format = kShortJpeg;
   const auto index = indexOf(format);
   return {std::move(format), index};

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "imaging/image_writer.h"
+#include "imaging/file_format.h"
 
 namespace velmara {
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "app/main_screen/main_screen_view_controller.h"
-#include "app/main_screen/readable_types.h"
+#include "imaging/file_format.h"
 #include "imaging/image_reader.h"
 #include "imaging/utils.h"
 #include "platform/dispatch.h"
