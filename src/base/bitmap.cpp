@@ -68,4 +68,14 @@ Bitmap BitmapBuilder::finish() && {
   return {std::move(samples_), width_, height_, samplesPerPixel_};
 }
 
+bool isOpaque(const Bitmap& bitmap) {
+  if (!bitmap.hasAlpha()) return true;
+  const auto step = static_cast<std::size_t>(bitmap.samplesPerPixel());
+  const auto bytes = bitmap.bytes();
+  for (std::size_t i = step - 1; i < bytes.size(); i += step) {
+    if (bytes[i] != 255) return false;
+  }
+  return true;
+}
+
 }  // namespace velmara

@@ -63,6 +63,9 @@ class Bitmap {
 /// Bitmap::kMaxPixels pixels.
 bool isAllowedBitmapSize(std::int64_t width, std::int64_t height, int samplesPerPixel);
 
+/// Whether no pixel lets anything through.
+bool isOpaque(const Bitmap& bitmap);
+
 /// Samples being written, before they become a Bitmap.
 class BitmapBuilder {
  public:

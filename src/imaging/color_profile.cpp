@@ -1,5 +1,8 @@
 #include "imaging/color_profile.h"
 
+#include <QString>
+#include <QStringDecoder>
+
 #include <string_view>
 
 namespace velmara {
@@ -37,43 +40,6 @@ std::span<const std::uint8_t> tagOf(std::span<const std::uint8_t> profile, std::
   return {};
 }
 
-void appendUtf8(std::string& text, std::uint32_t code) {
-  const auto put = [&text](std::uint32_t byte) { text.push_back(static_cast<char>(byte)); };
-  if (code < 0x80) {
-    put(code);
-  } else if (code < 0x800) {
-    put(0xC0U | code >> 6U);
-    put(0x80U | (code & 0x3FU));
-  } else if (code < 0x10000) {
-    put(0xE0U | code >> 12U);
-    put(0x80U | (code >> 6U & 0x3FU));
-    put(0x80U | (code & 0x3FU));
-  } else {
-    put(0xF0U | code >> 18U);
-    put(0x80U | (code >> 12U & 0x3FU));
-    put(0x80U | (code >> 6U & 0x3FU));
-    put(0x80U | (code & 0x3FU));
-  }
-}
-
-std::string utf8OfUtf16(std::span<const std::uint8_t> bytes) {
-  std::string text;
-  for (std::size_t at = 0; at + 2 <= bytes.size(); at += 2) {
-    std::uint32_t code = bigEndian(bytes, at, 2);
-    if (code == 0) break;
-    const bool leads = code >= 0xD800 && code < 0xDC00;
-    const std::uint32_t next = leads && at + 4 <= bytes.size() ? bigEndian(bytes, at + 2, 2) : 0;
-    if (leads && next >= 0xDC00 && next < 0xE000) {
-      code = 0x10000 + ((code - 0xD800) << 10U) + (next - 0xDC00);
-      at += 2;
-    } else if (code >= 0xD800 && code < 0xE000) {
-      code = 0xFFFD;
-    }
-    appendUtf8(text, code);
-  }
-  return text;
-}
-
 // textDescriptionType of version 2 profiles: a counted ASCII text.
 std::string plainDescription(std::span<const std::uint8_t> tag) {
   if (tag.size() < 12) return {};
@@ -91,7 +57,9 @@ std::string localizedDescription(std::span<const std::uint8_t> tag) {
   const std::size_t length = bigEndian(tag, 20, 4);
   const std::size_t offset = bigEndian(tag, 24, 4);
   if (offset > tag.size() || length > tag.size() - offset) return {};
-  return utf8OfUtf16(tag.subspan(offset, length));
+  const QByteArrayView text(tag.data() + offset, static_cast<qsizetype>(length));
+  const QString name = QStringDecoder(QStringDecoder::Utf16BE)(text);
+  return name.left(name.indexOf(QChar(u'\0'))).toStdString();
 }
 
 }  // namespace

@@ -5,10 +5,9 @@
 #include <utility>
 
 #include "imaging/eight_bit.h"
-#include "imaging/gif_check.h"
 #include "imaging/memory_budget.h"
 #include "imaging/open_picture.h"
-#include "imaging/pnm_check.h"
+#include "imaging/sample_check.h"
 
 namespace velmara {
 namespace {
@@ -73,7 +72,7 @@ Result<Page> decodeJpeg(const PictureFile& file, const JobControl* control) {
 
 Result<Page> readPage(const PictureFile& file, int number, const JobControl* control) {
   return file.format == FileFormat::jpeg ? decodeJpeg(file, control)
-                                     : decodePage(file, number, true, control);
+                                         : decodePage(file, number, true, control);
 }
 
 Status checkTotal(const std::vector<RepresentationSize>& pages) {

@@ -14,15 +14,6 @@ namespace {
 
 constexpr double kMillimetresPerInch = 25.4;
 
-bool isOpaque(const Bitmap& bitmap) {
-  const auto step = static_cast<std::size_t>(bitmap.samplesPerPixel());
-  const auto bytes = bitmap.bytes();
-  for (std::size_t i = step - 1; i < bytes.size(); i += step) {
-    if (bytes[i] != 255) return false;
-  }
-  return true;
-}
-
 /// The bitmap as libvips sees it, its samples shared and not copied.
 VipsImagePtr wrapped(const Bitmap& bitmap, const ColorProfile& profile,
                      const EncodeOptions& options) {

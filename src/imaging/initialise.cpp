@@ -2,8 +2,8 @@
 
 #include <exiv2/exiv2.hpp>
 
-#include "imaging/exiv2_session.h"
 #include "imaging/file_format.h"
+#include "imaging/metadata_carrier.h"
 #include "imaging/vips_handle.h"
 
 namespace velmara {

@@ -1,5 +1,8 @@
 #include "imaging/metadata_dictionary.h"
 
+#include <QString>
+#include <QUtf8StringView>
+
 #include <algorithm>
 #include <cmath>
 #include <optional>
@@ -11,37 +14,12 @@ namespace {
 constexpr std::size_t kLongestText = 4096;
 constexpr long kMostNumbers = 64;
 
-bool isUtf8(std::string_view text) {
-  std::size_t following = 0;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (following > 0) {
-      if ((byte & 0xC0U) != 0x80U) return false;
-      --following;
-    } else if (byte >= 0x80U) {
-      following = byte >= 0xF0U && byte < 0xF5U ? 3 : byte >= 0xE0U ? 2 : 1;
-      if (byte < 0xC2U || byte >= 0xF5U) return false;
-    }
-  }
-  return following == 0;
-}
-
 // Exif is ASCII by its standard and Latin-1 in practice, where it is not UTF-8.
 std::string readableText(std::string text) {
   text.resize(std::min(text.size(), text.find('\0')));
   while (!text.empty() && text.back() == ' ') text.pop_back();
-  if (isUtf8(text)) return text;
-  std::string converted;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80U) {
-      converted.push_back(c);
-    } else {
-      converted.push_back(static_cast<char>(0xC0U | byte >> 6U));
-      converted.push_back(static_cast<char>(0x80U | (byte & 0x3FU)));
-    }
-  }
-  return converted;
+  const bool isUtf8 = QUtf8StringView(text.data(), text.size()).isValidUtf8();
+  return isUtf8 ? text : QString::fromLatin1(text).toStdString();
 }
 
 std::optional<MetadataValue> numberAt(const Exiv2::Value& value, long index) {

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "imaging/metadata.h"
 #include "imaging/metadata_carrier.h"
-#include "imaging/metadata_value.h"
 
 namespace velmara {
 

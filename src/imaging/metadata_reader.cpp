@@ -4,7 +4,6 @@
 
 #include "imaging/color_profile.h"
 #include "imaging/eight_bit.h"
-#include "imaging/exiv2_session.h"
 #include "imaging/metadata.h"
 #include "imaging/metadata_carrier.h"
 #include "imaging/metadata_dictionary.h"
@@ -144,6 +143,25 @@ std::optional<ImageMetadata> readMetadata(const PictureFile& file) {
   } catch (const std::exception&) {
     return std::nullopt;
   }
+}
+
+const MetadataValue* ImageMetadata::find(const std::string& key) const {
+  const auto item = dictionary_.find(key);
+  return item != dictionary_.end() ? &item->second : nullptr;
+}
+
+const MetadataValue* ImageMetadata::find(const std::string& group, const std::string& key) const {
+  const MetadataValue* entry = find(group);
+  const MetadataDictionary* entries = entry != nullptr ? entry->group() : nullptr;
+  if (entries == nullptr) return nullptr;
+  const auto item = entries->find(key);
+  return item != entries->end() ? &item->second : nullptr;
+}
+
+std::optional<int> ImageMetadata::orientation() const {
+  const MetadataValue* value = find("Orientation");
+  if (value == nullptr || value->integer() == nullptr) return std::nullopt;
+  return static_cast<int>(*value->integer());
 }
 
 }  // namespace velmara

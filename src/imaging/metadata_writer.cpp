@@ -2,7 +2,6 @@
 #include <exception>
 #include <utility>
 
-#include "imaging/exiv2_session.h"
 #include "imaging/image_writer.h"
 #include "imaging/initialise.h"
 #include "imaging/metadata_carrier.h"

@@ -45,7 +45,8 @@ Result<OpenedPicture> openPicture(const PictureFile& file, int page, bool tolera
     failed = loadFromMemory(picture.bytes, &image);
   } else {
     const VipsSourcePtr source(vips().source_new_from_descriptor(file.file.descriptor()));
-    if (source == nullptr || vips().source_rewind(source.get()) != 0) return damagedFile(file.format);
+    if (source == nullptr || vips().source_rewind(source.get()) != 0)
+      return damagedFile(file.format);
     failed = load(source.get(), page, tolerant, &image);
   }
   if (failed != 0) return damagedFile(file.format);

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "imaging/initialise.h"
-#include "imaging/pnm_check.h"
+#include "imaging/sample_check.h"
 #include "imaging/tiff_directories.h"
 
 namespace velmara {

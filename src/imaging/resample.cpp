@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include "base/alpha.h"
-#include "imaging/lanczos.h"
-#include "imaging/parallel_rows.h"
 #include "imaging/row_drawer.h"
 
 namespace velmara {
@@ -48,6 +47,10 @@ Bitmap filteredPart(const Bitmap& bitmap, const Rect& part, double top, int widt
   return std::move(*canvas).finish();
 }
 
+bool hasExtent(double width, double height) {
+  return width > 0.0 && height > 0.0;
+}
+
 }  // namespace
 
 Bitmap drawnPart(const Bitmap& bitmap, const Rect& part, int width, int height) {
@@ -70,6 +73,75 @@ Bitmap resampled(const Bitmap& bitmap, int width, int height) {
   return drawnPart(
       bitmap, {0.0, 0.0, static_cast<double>(bitmap.width()), static_cast<double>(bitmap.height())},
       width, height);
+}
+
+ResampledBitmap::ResampledBitmap(Bitmap source, int width, int height) {
+  if (!source.isValid() || width <= 0 || height <= 0) return;
+  source_ = std::move(source);
+  width_ = width;
+  height_ = height;
+  isOpaque_ = isOpaque(source_);
+}
+
+Bitmap ResampledBitmap::part(const PixelRect& rect) const {
+  const PixelRect inside = intersection(rect, {0, 0, width_, height_});
+  if (inside.isEmpty()) return {};
+  if (width_ == source_.width() && height_ == source_.height()) {
+    return asRgba(copiedPixels(source_, inside));
+  }
+  auto canvas = BitmapBuilder::allocate(inside.width, inside.height, 4);
+  if (!canvas) return {};
+  const AxisTaps across =
+      lanczosTaps(source_.width(), 0.0, source_.width(), width_, {inside.x, inside.width});
+  const AxisTaps down =
+      lanczosTaps(source_.height(), 0.0, source_.height(), height_, {inside.y, inside.height});
+  parallelRows(inside.height, [&](int first, int end) {
+    RowDrawer drawer(source_, across, down, !isOpaque_);
+    for (int y = first; y < end; ++y) drawer.draw(y, canvas->row(y));
+  });
+  return std::move(*canvas).finish();
+}
+
+Bitmap copiedPixels(const Bitmap& bitmap, const PixelRect& rect) {
+  if (!bitmap.isValid()) return {};
+  const PixelRect inside = intersection(rect, {0, 0, bitmap.width(), bitmap.height()});
+  auto canvas = BitmapBuilder::allocate(inside.width, inside.height, bitmap.samplesPerPixel());
+  if (!canvas) return {};
+  for (int y = 0; y < inside.height; ++y) {
+    std::memcpy(canvas->row(y), bitmap.pixel(inside.x, inside.y + y), canvas->rowBytes());
+  }
+  return std::move(*canvas).finish();
+}
+
+int canvasPixels(double length) {
+  constexpr double kMost = std::numeric_limits<int>::max();
+  return length >= 1.0 ? static_cast<int>(std::min(std::round(length), kMost)) : 1;
+}
+
+Image croppedImage(const Image& image, const Rect& part) {
+  if (!image.isValid() || !hasExtent(part.width, part.height)) return image;
+  const Size size = image.size();
+  if (!hasExtent(size.width, size.height)) return image;
+  const int width = canvasPixels(part.width);
+  const int height = canvasPixels(part.height);
+  // What the whole image would need for the canvas to have its pixels one to one.
+  const Bitmap& source =
+      image.representationForDrawing({std::round(size.width * width / part.width),
+                                      std::round(size.height * height / part.height)});
+  const double across = source.width() / size.width;
+  const double up = source.height() / size.height;
+  const Rect pixels = {part.x * across, part.y * up, part.width * across, part.height * up};
+  return Image({drawnPart(source, pixels, width, height)}, {part.width, part.height},
+               image.profile());
+}
+
+Image scaledImage(const Image& image, Size size) {
+  if (!image.isValid() || !hasExtent(size.width, size.height)) return {};
+  const int width = canvasPixels(size.width);
+  const int height = canvasPixels(size.height);
+  const Bitmap& source =
+      image.representationForDrawing({static_cast<double>(width), static_cast<double>(height)});
+  return Image({resampled(source, width, height)}, size, image.profile());
 }
 
 }  // namespace velmara

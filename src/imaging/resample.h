@@ -2,6 +2,7 @@
 
 #include "base/bitmap.h"
 #include "base/geometry.h"
+#include "base/image.h"
 
 namespace velmara {
 
@@ -20,5 +21,46 @@ Bitmap drawnPart(const Bitmap& bitmap, const Rect& part, int width, int height);
 
 /// The whole bitmap at another size, likewise.
 Bitmap resampled(const Bitmap& bitmap, int width, int height);
+
+/// A bitmap at another size that is never made as a whole: any part can be had by itself, costs
+/// what it shows, and has the very samples that resampled() gives. The size may therefore be beyond
+/// what a bitmap may have. A value, cheap to copy; any thread may read it.
+class ResampledBitmap {
+ public:
+  ResampledBitmap() = default;
+  /// Not valid if the source is not or a side is not positive.
+  ResampledBitmap(Bitmap source, int width, int height);
+
+  bool isValid() const { return source_.isValid(); }
+  int width() const { return width_; }
+  int height() const { return height_; }
+
+  /// The pixels inside a rectangle, which is cut at the edges first, as a 4-sample bitmap. Not
+  /// valid if nothing is left of it or the memory is not to be had.
+  Bitmap part(const PixelRect& rect) const;
+
+ private:
+  Bitmap source_;
+  int width_ = 0;
+  int height_ = 0;
+  bool isOpaque_ = true;
+};
+
+/// The pixels of a bitmap inside a rectangle, cut at its edges, with the same samples per pixel.
+/// Not valid if nothing is left or the memory is not to be had.
+Bitmap copiedPixels(const Bitmap& bitmap, const PixelRect& rect);
+
+/// The pixel count of a canvas for a logical length: rounded to the nearest, at least 1.
+int canvasPixels(double length);
+
+/// The part of an image inside a rectangle in its logical units, origin at the bottom-left corner,
+/// as an image of the rectangle's size with the same profile. The canvas has one pixel a unit
+/// (canvasPixels of each side) and is drawn with drawnPart from the representation that suits it.
+/// The image itself if it is not valid or the rectangle has no width or height.
+Image croppedImage(const Image& image, const Rect& part);
+
+/// The image at a new logical size, one pixel a unit, drawn likewise; not valid if the input is not
+/// or the size has no extent.
+Image scaledImage(const Image& image, Size size);
 
 }  // namespace velmara

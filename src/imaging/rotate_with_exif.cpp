@@ -5,6 +5,8 @@
 #include <cstring>
 #include <utility>
 
+#include "base/alpha.h"
+
 namespace velmara {
 namespace {
 
@@ -39,6 +41,12 @@ Walk walkFor(const Bitmap& bitmap, int orientation) {
   }
 }
 
+Image mirrored(const Image& image, int orientation) {
+  const Bitmap canvas = RotateWithEXIF(asRgba(image.bitmap()), orientation);
+  if (!canvas.isValid()) return {};
+  return Image({canvas}, image.size(), image.profile());
+}
+
 }  // namespace
 
 Bitmap RotateWithEXIF(const Bitmap& bitmap, int orientation) {
@@ -67,6 +75,14 @@ Bitmap RotateWithEXIF(const Bitmap& bitmap, int orientation) {
     }
   }
   return std::move(*upright).finish();
+}
+
+Image flipImageHorizontally(const Image& image) {
+  return mirrored(image, 2);
+}
+
+Image flipImageVertically(const Image& image) {
+  return mirrored(image, 4);
 }
 
 }  // namespace velmara

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/bitmap.h"
+#include "base/image.h"
 
 namespace velmara {
 
@@ -16,5 +17,12 @@ Bitmap RotateWithEXIF(const Bitmap& bitmap, int orientation);
 constexpr bool exchangesSides(int orientation) {
   return orientation >= 5 && orientation <= 8;
 }
+
+/// The image mirrored left to right, as a 4-sample canvas of its first representation's pixel size.
+/// Not valid if the input is not.
+Image flipImageHorizontally(const Image& image);
+
+/// The image mirrored top to bottom, likewise.
+Image flipImageVertically(const Image& image);
 
 }  // namespace velmara

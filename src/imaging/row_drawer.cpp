@@ -1,9 +1,24 @@
 #include "imaging/row_drawer.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <numbers>
+#include <system_error>
+#include <thread>
+#include <vector>
 
 namespace velmara {
 namespace {
+
+constexpr double kLobes = 3.0;
+
+double lanczos(double x) {
+  if (std::abs(x) < 1e-9) return 1.0;
+  if (std::abs(x) >= kLobes) return 0.0;
+  const double angle = std::numbers::pi * x;
+  return kLobes * std::sin(angle) * std::sin(angle / kLobes) / (angle * angle);
+}
 
 std::uint8_t rounded(float value) {
   const float upwards = std::clamp(value, 0.0F, 255.0F) + 0.5F;
@@ -42,14 +57,43 @@ auto sumOf(std::size_t samples) {
 
 }  // namespace
 
-bool isOpaque(const Bitmap& bitmap) {
-  if (!bitmap.hasAlpha()) return true;
-  const auto step = static_cast<std::size_t>(bitmap.samplesPerPixel());
-  const auto bytes = bitmap.bytes();
-  for (std::size_t i = step - 1; i < bytes.size(); i += step) {
-    if (bytes[i] != 255) return false;
+AxisTaps lanczosTaps(int sourceCount, double start, double length, int outCount) {
+  return lanczosTaps(sourceCount, start, length, outCount, {0, outCount});
+}
+
+AxisTaps lanczosTaps(int sourceCount, double start, double length, int outCount,
+                     SampleRange samples) {
+  const double step = length / outCount;
+  const double widening = std::max(1.0, step);
+  const double reach = kLobes * widening;
+  const double count = std::min<double>(sourceCount, std::ceil(2.0 * reach) + 1.0);
+
+  AxisTaps taps;
+  taps.count = static_cast<int>(count);
+  taps.first.reserve(static_cast<std::size_t>(samples.count));
+  taps.coverage.reserve(static_cast<std::size_t>(samples.count));
+  taps.weights.reserve(static_cast<std::size_t>(samples.count) *
+                       static_cast<std::size_t>(taps.count));
+  std::vector<double> weights(static_cast<std::size_t>(taps.count));
+  for (int i = samples.first; i < samples.first + samples.count; ++i) {
+    const double low = start + step * i;
+    const double covered = std::min<double>(low + step, sourceCount) - std::max(low, 0.0);
+    taps.coverage.push_back(static_cast<float>(std::clamp(covered / step, 0.0, 1.0)));
+
+    // A sample that is centred outside shows the edge.
+    const double centre = std::clamp(low + step / 2.0, 0.0, static_cast<double>(sourceCount));
+    const int first =
+        std::clamp(static_cast<int>(std::ceil(centre - reach - 0.5)), 0, sourceCount - taps.count);
+    double sum = 0.0;
+    for (int k = 0; k < taps.count; ++k) {
+      const double weight = lanczos((first + k + 0.5 - centre) / widening);
+      weights[static_cast<std::size_t>(k)] = weight;
+      sum += weight;
+    }
+    taps.first.push_back(first);
+    for (const double weight : weights) taps.weights.push_back(static_cast<float>(weight / sum));
   }
-  return true;
+  return taps;
 }
 
 RowDrawer::RowDrawer(const Bitmap& source, const AxisTaps& across, const AxisTaps& down,
@@ -118,6 +162,25 @@ void RowDrawer::put(const float* pixel, float coverage, std::uint8_t* out) const
   out[0] = rounded(pixel[0] * unweigh);
   out[1] = rounded(pixel[green] * unweigh);
   out[2] = rounded(pixel[blue] * unweigh);
+}
+
+void parallelRows(int rows, const std::function<void(int, int)>& work) {
+  constexpr int kLeastRows = 16;
+  const int stretches = std::clamp(
+      rows / kLeastRows, 1, std::max(1, static_cast<int>(std::thread::hardware_concurrency())));
+  const auto rowAt = [&](int stretch) {
+    return static_cast<int>(std::int64_t{rows} * stretch / stretches);
+  };
+  std::vector<std::jthread> helpers;
+  helpers.reserve(static_cast<std::size_t>(stretches));
+  for (int i = 1; i < stretches; ++i) {
+    try {
+      helpers.emplace_back(work, rowAt(i), rowAt(i + 1));
+    } catch (const std::system_error&) {
+      work(rowAt(i), rowAt(i + 1));  // no thread to be had
+    }
+  }
+  work(0, rowAt(1));
 }
 
 }  // namespace velmara

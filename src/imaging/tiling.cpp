@@ -5,7 +5,6 @@
 #include <cstring>
 #include <utility>
 
-#include "imaging/crop.h"
 #include "imaging/resample.h"
 
 namespace velmara {

@@ -7,10 +7,10 @@
 
 #include "base/alpha.h"
 #include "base/mirror.h"
-#include "imaging/crop.h"
 #include "imaging/image_reader.h"
 #include "imaging/image_writer.h"
 #include "imaging/recompress_jpeg.h"
+#include "imaging/resample.h"
 #include "imaging/tiling.h"
 #include "platform/atomic_file.h"
 #include "platform/log.h"

@@ -12,6 +12,16 @@
 namespace velmara {
 namespace {
 
+class SystemClock final : public Clock {
+ public:
+  std::chrono::steady_clock::time_point monotonic() const override {
+    return std::chrono::steady_clock::now();
+  }
+  std::chrono::system_clock::time_point wall() const override {
+    return std::chrono::system_clock::now();
+  }
+};
+
 std::chrono::milliseconds toMilliseconds(Seconds interval) {
   constexpr double kLongest = 1000.0 * 3600.0 * 24.0 * 20.0;  // An int of milliseconds.
   const double count = std::round(interval.count() * 1000.0);
@@ -77,6 +87,11 @@ class EventLoopTimers final : public Scheduler {
 };
 
 }  // namespace
+
+const Clock& systemClock() {
+  static const SystemClock clock;
+  return clock;
+}
 
 Scheduler& eventLoopTimers() {
   static EventLoopTimers timers;

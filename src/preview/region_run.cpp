@@ -68,8 +68,7 @@ RegionRun::~RegionRun() {
 
 void RegionRun::post(std::function<void()> request) {
   services_.timers.cancel(this);
-  services_.timers.after(this, "cropVisiblePartofImageAndDenoise", Seconds(0),
-                                   std::move(request));
+  services_.timers.after(this, "cropVisiblePartofImageAndDenoise", Seconds(0), std::move(request));
 }
 
 void RegionRun::cropVisiblePartofImageAndDenoise(const Viewport& viewport,
@@ -84,7 +83,7 @@ void RegionRun::cropVisiblePartofImageAndDenoise(const Viewport& viewport,
   }
   captureBegins();
   services_.timers.after(this, "takeScreenShotAndProccess", kCaptureDelay,
-                                   [this, cut] { takeScreenShotAndProccess(cut); });
+                         [this, cut] { takeScreenShotAndProccess(cut); });
 }
 
 void RegionRun::takeScreenShotAndProccess(const Cut& cut) {

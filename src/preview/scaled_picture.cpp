@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "base/alpha.h"
-#include "imaging/parallel_rows.h"
 #include "imaging/row_drawer.h"
 #include "preview/viewport.h"
 

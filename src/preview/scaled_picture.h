@@ -5,7 +5,7 @@
 
 #include "base/bitmap.h"
 #include "base/geometry.h"
-#include "imaging/resampled_bitmap.h"
+#include "imaging/resample.h"
 
 namespace velmara {
 

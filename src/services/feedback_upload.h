@@ -7,8 +7,8 @@
 #include <string>
 
 #include "base/task_queue.h"
-#include "platform/clock.h"
 #include "platform/notification_center.h"
+#include "platform/timer.h"
 #include "services/feedback_facts.h"
 #include "services/http_connection.h"
 

@@ -11,8 +11,8 @@
 #include <cmath>
 #include <cstddef>
 
-#include "widgets/frame_geometry.h"
 #include "widgets/style.h"
+#include "widgets/window_edge.h"
 
 namespace velmara {
 namespace {

@@ -2,10 +2,12 @@
 
 #include <QPainter>
 
+#include <cstddef>
+
+#include "platform/notification_names.h"
 #include "widgets/style.h"
 
 namespace velmara {
-
 CustomizedSplitView::CustomizedSplitView(QWidget* parent, Scheduler& timers, const Clock& clock)
     : SplitView(parent, timers, clock) {}
 
@@ -14,6 +16,52 @@ void CustomizedSplitView::drawDividerInRect(QPainter& painter, const QRectF& rec
   if (!hasFocus()) return;
   const double middle = rect.height() / 2;
   painter.fillRect(QRectF(rect.x() + 2, middle - 9, 2, 18), style::kAccent);
+}
+
+CustomSplitViewDelegate::CustomSplitViewDelegate(NotificationCenter& center) : center_(center) {}
+
+void CustomSplitViewDelegate::setMinimumLength(double length, int forViewAtIndex) {
+  lengthsByViewIndex[forViewAtIndex] = length;
+}
+
+void CustomSplitViewDelegate::setPriority(int priority, int forViewAtIndex) {
+  viewIndicesByPriority[priority] = forViewAtIndex;
+}
+
+double CustomSplitViewDelegate::minimumLength(int index) const {
+  const auto found = lengthsByViewIndex.find(index);
+  return found != lengthsByViewIndex.end() ? found->second : 0.0;
+}
+
+double CustomSplitViewDelegate::constrainMinCoordinate(const SplitView& splitView,
+                                                       double /*proposed*/, int ofSubviewAt) {
+  return lowestPosition(splitView.subviewFrames(), static_cast<std::size_t>(ofSubviewAt),
+                        minimumLength(ofSubviewAt));
+}
+
+double CustomSplitViewDelegate::constrainMaxCoordinate(const SplitView& splitView,
+                                                       double /*proposed*/, int ofSubviewAt) {
+  return highestPosition(splitView.subviewFrames(), static_cast<std::size_t>(ofSubviewAt),
+                         minimumLength(ofSubviewAt + 1));
+}
+
+void CustomSplitViewDelegate::resizeSubviewsWithOldSize(SplitView& splitView,
+                                                        const QSizeF& oldSize) {
+  splitView.setSubviewFrames(resizedByPriority(splitView.subviewFrames(), oldSize, splitView.size(),
+                                               splitView.dividerThickness(), viewIndicesByPriority,
+                                               lengthsByViewIndex));
+}
+
+QRectF CustomSplitViewDelegate::effectiveRect(const SplitView& /*splitView*/,
+                                              const QRectF& proposedEffectiveRect,
+                                              const QRectF& forDrawnRect,
+                                              int /*ofDividerAtIndex*/) {
+  center_.post(notifications::kSpliviewPositionMoved);
+  return velmara::effectiveRect(proposedEffectiveRect, forDrawnRect);
+}
+
+void CustomSplitViewDelegate::splitViewDidResizeSubviews(const SplitView& /*splitView*/) {
+  center_.post(notifications::kSpliviewPositionMoved);
 }
 
 }  // namespace velmara

@@ -1,11 +1,42 @@
 #pragma once
 
+#include <QDialog>
+#include <QPoint>
 #include <QPointer>
+#include <QString>
 #include <QWidget>
 
 #include "platform/alerts.h"
 
 namespace velmara {
+
+/// The text with places to break a line inside words that are too long for one, file names mostly.
+/// The places cannot be seen.
+QString breakableText(const QString& text);
+
+/// An alert in our look: icon, message, informative text and its buttons, the first one rightmost.
+/// Return presses the first button, Escape and closing the last one; it is moved by its background.
+class AlertDialog : public QDialog {
+  Q_OBJECT
+
+ public:
+  AlertDialog(const Alert& alert, QWidget* parent);
+
+  /// The index of the button that was pressed.
+  int answer() const { return answer_; }
+
+ protected:
+  void reject() override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+
+ private:
+  void finishWith(int button);
+
+  int lastButton_ = 0;
+  int answer_ = 0;
+  QPoint pressedAt_;
+};
 
 /// Shows alerts as dialogs of ours on the main window, or on the dialog that is open over it: modal
 /// ones in the middle of it, sheets under its upper edge. A sheet whose window is deleted is not

@@ -3,7 +3,6 @@
 #include <QFont>
 #include <QRectF>
 
-#include "widgets/image_button_fields.h"
 #include "widgets/image_button_layout.h"
 #include "widgets/image_provider.h"
 

@@ -3,7 +3,7 @@
 #include <QEnterEvent>
 
 #include "widgets/action_button.h"
-#include "widgets/image_button_fields.h"
+#include "widgets/image_button_layout.h"
 
 namespace velmara {
 

@@ -1,5 +1,7 @@
 #include "widgets/split_geometry.h"
 
+#include <QEasingCurve>
+
 #include <algorithm>
 
 namespace velmara {
@@ -134,20 +136,12 @@ SplitFrames interpolated(const SplitFrames& from, const SplitFrames& to, double 
 }
 
 double easeInEaseOut(double t) {
-  if (t <= 0.0) return 0.0;
-  if (t >= 1.0) return 1.0;
-  constexpr double kX1 = 0.42;
-  constexpr double kX2 = 0.58;
-  // The curve's x is monotonic in its parameter, so bisection finds the parameter for a time.
-  double low = 0.0;
-  double high = 1.0;
-  constexpr int kSteps = 40;
-  for (int step = 0; step < kSteps; ++step) {
-    const double s = (low + high) / 2;
-    const double x = 3 * (1 - s) * (1 - s) * s * kX1 + 3 * (1 - s) * s * s * kX2 + s * s * s;
-    (x < t ? low : high) = s;
-  }
-  return 3 * low * low - 2 * low * low * low;  // y of the curve, whose y controls are 0 and 1.
+  static const QEasingCurve curve = [] {
+    QEasingCurve bezier(QEasingCurve::BezierSpline);
+    bezier.addCubicBezierSegment({0.42, 0.0}, {0.58, 1.0}, {1.0, 1.0});
+    return bezier;
+  }();
+  return curve.valueForProgress(t);
 }
 
 }  // namespace velmara

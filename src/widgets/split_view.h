@@ -6,7 +6,6 @@
 #include <memory>
 #include <vector>
 
-#include "platform/clock.h"
 #include "platform/timer.h"
 #include "widgets/split_geometry.h"
 

@@ -11,7 +11,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/clock.h"
 #include "support/manual_time.h"
 
 namespace velmara {
@@ -123,12 +122,6 @@ TEST(ManualTimeTest, FiresARepeatingTimerOncePerPeriod) {
   time.advance(2.0);
   EXPECT_EQ(ticks, 50);
   EXPECT_EQ(time.monotonic() - start, std::chrono::seconds(2));
-}
-
-TEST(SystemClockTest, RunsForward) {
-  const auto before = systemClock().monotonic();
-  EXPECT_GE(systemClock().monotonic(), before);
-  EXPECT_NEAR(Seconds(systemClock().wall() - std::chrono::system_clock::now()).count(), 0.0, 5.0);
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/clock.h"
 #include "platform/timer.h"
 
 namespace velmara::testing_support {

@@ -14,8 +14,8 @@
 
 #include "support/manual_time.h"
 #include "support/painted_images.h"
-#include "widgets/frame_geometry.h"
 #include "widgets/style.h"
+#include "widgets/window_edge.h"
 
 namespace velmara {
 namespace {
@@ -37,15 +37,6 @@ TEST(FrameGeometryTest, StripsCoverTheWholeBorderAndNothingElse) {
       }
     }
   }
-}
-
-TEST(FrameGeometryTest, CursorsTellTheDirection) {
-  EXPECT_EQ(cursorForEdges(Qt::TopEdge), Qt::SizeVerCursor);
-  EXPECT_EQ(cursorForEdges(Qt::RightEdge), Qt::SizeHorCursor);
-  EXPECT_EQ(cursorForEdges(Qt::TopEdge | Qt::LeftEdge), Qt::SizeFDiagCursor);
-  EXPECT_EQ(cursorForEdges(Qt::BottomEdge | Qt::RightEdge), Qt::SizeFDiagCursor);
-  EXPECT_EQ(cursorForEdges(Qt::TopEdge | Qt::RightEdge), Qt::SizeBDiagCursor);
-  EXPECT_EQ(cursorForEdges(Qt::BottomEdge | Qt::LeftEdge), Qt::SizeBDiagCursor);
 }
 
 TEST(FrameGeometryTest, ResizingKeepsTheOppositeEdgesAndTheLimits) {

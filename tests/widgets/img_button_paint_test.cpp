@@ -140,19 +140,6 @@ TEST_P(IMGButtonPaintTest, TheTitleHasTheStatesColourAndStaysInsideItsMargins) {
   }
 }
 
-TEST_P(IMGButtonPaintTest, ATwoWordTitleTakesTwoLinesInATallButtonAndOneInAWideOne) {
-  button.setText(QStringLiteral("Batch Process"));
-  button.resize(70, 60);
-  rendered(button, scale());
-  EXPECT_EQ(button.rectText, button.rectTextM);
-  EXPECT_EQ(button.mTitle, QStringLiteral("Batch\nProcess"));
-  EXPECT_EQ(button.oTitle, QStringLiteral("Batch Process"));
-  button.resize(300, 24);
-  rendered(button, scale());
-  EXPECT_EQ(button.rectText, button.rectTextNoM);
-  EXPECT_GT(button.dictNoM.font.size, button.dictM.font.size);
-}
-
 TEST_P(IMGButtonPaintTest, TheKeyboardsFocusShows) {
   button.activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&button));
@@ -176,17 +163,6 @@ TEST(IMGButtonTest, TheOlderFormSetsABrokenTitle) {
   const QSizeF size = measureTitle(button.text(), attributes.font);
   EXPECT_LE(size.width(), 60);
   EXPECT_LE(size.height(), 40);
-}
-
-TEST(IMGButtonTest, IsAsLargeAsTheImagesOfItsOffState) {
-  PaintedImages images;
-  images.add(QStringLiteral("s"), {8, 20}, Qt::red);
-  images.add(QStringLiteral("m"), {10, 24}, Qt::red);
-  IMGButton button(nullptr, images);
-  button.imgOffState_St = QStringLiteral("s");
-  button.imgOffState_Md = QStringLiteral("m");
-  button.imgOffState_En = QStringLiteral("missing");
-  EXPECT_EQ(button.sizeHint(), QSize(18, 24));
 }
 
 }  // namespace

@@ -104,40 +104,5 @@ TEST_F(SplitViewAnimationTest, PlainMovesAndIndicesBeyondTheSubviewsAreNotAnimat
   EXPECT_TRUE(listener.animating.empty());
 }
 
-TEST_F(SplitViewAnimationTest, ANewMoveTakesOverWhereTheOldOneStands) {
-  splitView.setPosition(60, 0, true);
-  time.advance(0.125);
-  const double halfway = position();
-  splitView.setPosition(100, 0, true);
-  EXPECT_EQ(position(), halfway);
-  EXPECT_THAT(listener.animating, ElementsAre(true, false, true));
-  time.advance(0.26);
-  EXPECT_EQ(position(), 100);
-  splitView.setPosition(60, 0, true);
-  splitView.setPosition(80, 0);  // A drag ends it.
-  time.advance(0.3);
-  EXPECT_EQ(position(), 80);
-}
-
-TEST_F(SplitViewAnimationTest, AResizeEndsItAtItsTarget) {
-  splitView.setPosition(60, 0, true);
-  time.advance(0.05);
-  splitView.setFrame(QRect(0, 0, 322, 100));
-  EXPECT_EQ(position(), 70);
-  EXPECT_FALSE(splitView.isAnimating());
-  EXPECT_THAT(listener.animating, ElementsAre(true, false));
-}
-
-TEST_F(SplitViewAnimationTest, DyingInTheMiddleIsHarmless) {
-  {
-    CustomizedSplitView doomed(nullptr, time, time);
-    doomed.setFrame(QRect(0, 0, 206, 100));
-    doomed.setPosition(30, 0, true);
-    time.advance(0.1);
-  }
-  time.advance(0.3);
-  EXPECT_EQ(time.pending(), 0U);
-}
-
 }  // namespace
 }  // namespace velmara

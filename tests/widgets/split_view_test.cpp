@@ -11,7 +11,6 @@
 #include "platform/notification_names.h"
 #include "support/manual_time.h"
 #include "support/painted_images.h"
-#include "widgets/custom_split_view_delegate.h"
 #include "widgets/customized_split_view.h"
 #include "widgets/style.h"
 
@@ -114,22 +113,6 @@ TEST_F(SplitViewTest, EveryMoveIsAnnouncedAfterItHappened) {
   EXPECT_FALSE(heard.empty());
 }
 
-TEST_F(SplitViewTest, ResizingIsLaidOutAtOnceEvenWhileHidden) {
-  splitView.hide();
-  splitView.setFrame(QRect(0, 0, 200, 100));
-  splitView.setPosition(100, 0);
-  EXPECT_EQ(position(), 100);
-  splitView.setFrame(QRect(0, 0, 60, 100));
-  EXPECT_EQ(position(), 0);  // Shrinks first, down to nothing; the rest is passed on.
-  EXPECT_EQ(splitView.subviewFrames().frames[1], QRectF(6, 0, 54, 100));
-  window.resize(500, 300);
-  splitView.setFrame(QRect(0, 0, 260, 300));
-  EXPECT_EQ(position(), 200);
-  splitView.show();
-  EXPECT_EQ(position(), 200);
-  EXPECT_EQ(splitView.subviewFrames().frames[1], QRectF(206, 0, 54, 300));
-}
-
 TEST_F(SplitViewTest, TheMouseBesideTheLineReachesThePictureBelow) {
   splitView.setPosition(150, 0);
   EXPECT_EQ(window.childAt(QPoint(203, 100)), &splitView);
@@ -209,14 +192,6 @@ TEST_F(SplitViewTest, DrawsHairlinesABandAndAGripAtBothScales) {
       }
     }
   }
-}
-
-TEST_F(SplitViewTest, AFractionalPositionIsDrawnWithoutBlur) {
-  splitView.setPosition(100.4, 0);
-  const QImage image = shown();
-  EXPECT_EQ(image.pixelColor(101, 20), QColor(Qt::black));
-  EXPECT_EQ(image.pixelColor(102, 20), QColor(170, 170, 170));
-  EXPECT_EQ(image.pixelColor(105, 20), QColor(Qt::white));
 }
 
 TEST_F(SplitViewTest, TheGripShowsTheKeyboardsFocus) {

@@ -5,8 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "app/data_store/managed_object_context.h"
-#include "app/data_store/persistent_store_coordinator.h"
+#include "app/data_store/object_store.h"
 #include "platform/alerts.h"
 #include "platform/bundle.h"
 

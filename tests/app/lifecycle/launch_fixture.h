@@ -7,16 +7,15 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "app/app_delegate.h"
 #include "app/main_window_controller.h"
 #include "platform/dispatch.h"
-#include "platform/log.h"
 #include "platform/user_defaults.h"
 #include "services/recording_server.h"
+#include "support/recorded_log.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_desktop.h"
 #include "widgets/app_store_window.h"
@@ -59,10 +58,6 @@ inline constexpr std::string_view kEnvelopeEnd = "</soap:Envelope>";
 class LaunchTest : public testing::Test {
  protected:
   LaunchTest() {
-    before_ = setLogSink([this](const std::string& line) {
-      const std::scoped_lock lock(logMutex_);
-      log_.push_back(line);
-    });
     environment.addresses.trackingService = "http://tracking.velmara.invalid";
     environment.addresses.baseTrackURL = "http://clicks.test/base";
     environment.addresses.feedbackEndpoint = "http://feedback.velmara.invalid/";
@@ -78,7 +73,6 @@ class LaunchTest : public testing::Test {
     delegate_.reset();
     // What was sent in the background ends with the delegate.
     EXPECT_TRUE(waitUntil(isGlobalQueueIdle));
-    setLogSink(before_);
   }
 
   void launch() {
@@ -93,18 +87,9 @@ class LaunchTest : public testing::Test {
   static bool waitUntil(const std::function<bool()>& condition) {
     return QTest::qWaitFor(condition, 10'000);
   }
-  std::vector<std::string> log() const {
-    const std::scoped_lock lock(logMutex_);
-    return log_;
-  }
+  std::vector<std::string> log() const { return log_.lines(); }
   /// Where a line that begins so first stands in the log; -1 if none does.
-  int logged(std::string_view beginning) const {
-    const std::vector<std::string> lines = log();
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-      if (lines[i].starts_with(beginning)) return static_cast<int>(i);
-    }
-    return -1;
-  }
+  int logged(std::string_view beginning) const { return log_.find(beginning); }
 
   ScratchFolder home;
   IdleEngine engine;
@@ -120,9 +105,7 @@ class LaunchTest : public testing::Test {
 
  private:
   std::unique_ptr<AppDelegate> delegate_;
-  mutable std::mutex logMutex_;
-  std::vector<std::string> log_;
-  LogSink before_;
+  RecordedLog log_;
 };
 
 }  // namespace velmara::testing_support

@@ -17,7 +17,6 @@
 #include <vector>
 
 #include "app/sheets/feedback_form_fixture.h"
-#include "widgets/alert_dialog.h"
 #include "widgets/desktop_alerts.h"
 
 namespace velmara {

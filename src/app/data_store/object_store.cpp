@@ -1,5 +1,6 @@
-#include "app/data_store/persistent_store_coordinator.h"
+#include "app/data_store/object_store.h"
 
+#include <QUndoCommand>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
@@ -8,6 +9,7 @@
 #include <filesystem>
 #include <span>
 #include <system_error>
+#include <utility>
 
 #include "platform/atomic_file.h"
 #include "services/small_file.h"
@@ -90,7 +92,48 @@ Result<QByteArray> writeStore(const ManagedObjects& objects, const DataModel& mo
   return bytes;
 }
 
+// The store is small: a change keeps both states whole.
+class Change final : public QUndoCommand {
+ public:
+  Change(ManagedObjects& objects, ManagedObjects after)
+      : objects_(objects), before_(objects), after_(std::move(after)) {}
+
+  void undo() override { objects_ = before_; }
+  void redo() override { objects_ = after_; }
+
+ private:
+  ManagedObjects& objects_;
+  ManagedObjects before_;
+  ManagedObjects after_;
+};
+
 }  // namespace
+
+bool DataModel::knows(const std::string& entity) const {
+  return std::find(entities.begin(), entities.end(), entity) != entities.end();
+}
+
+Result<DataModel> readDataModel(const std::string& path) {
+  constexpr std::size_t kLargest = std::size_t{1} << 20;
+  const auto bytes = readSmallFile(path, kLargest);
+  if (!bytes) return Error{"the data model cannot be read"};
+  QXmlStreamReader xml(QByteArray::fromRawData(bytes->data(), static_cast<int>(bytes->size())));
+  DataModel model;
+  if (xml.readNextStartElement() && xml.name() == QLatin1String("model")) {
+    model.name = xml.attributes().value(QLatin1String("name")).toUtf8().toStdString();
+    while (xml.readNextStartElement()) {
+      if (xml.name() == QLatin1String("entity")) {
+        model.entities.push_back(
+            xml.attributes().value(QLatin1String("name")).toUtf8().toStdString());
+      }
+      xml.skipCurrentElement();
+    }
+  } else {
+    xml.raiseError();
+  }
+  if (xml.hasError()) return Error{"the data model cannot be understood"};
+  return model;
+}
 
 Status PersistentStoreCoordinator::addXmlStore(const std::string& path) {
   constexpr std::size_t kLargest = std::size_t{64} << 20;
@@ -115,6 +158,37 @@ Status PersistentStoreCoordinator::save(const ManagedObjects& objects) {
   const auto* data = reinterpret_cast<const std::uint8_t*>(bytes->constData());
   Status saved = replaceFile(path_, std::span(data, static_cast<std::size_t>(bytes->size())));
   if (saved) objects_ = objects;
+  return saved;
+}
+
+ManagedObjectContext::ManagedObjectContext(PersistentStoreCoordinator& coordinator)
+    : coordinator_(coordinator), objects_(coordinator.objects()) {}
+
+bool ManagedObjectContext::insertObject(const ManagedObject& object) {
+  if (!coordinator_.managedObjectModel().knows(object.entity)) return false;
+  ManagedObjects changed = objects_;
+  changed.push_back(object);
+  change(std::move(changed));
+  return true;
+}
+
+void ManagedObjectContext::deleteObject(const ManagedObject& object) {
+  ManagedObjects changed = objects_;
+  if (std::erase(changed, object) > 0) change(std::move(changed));
+}
+
+void ManagedObjectContext::change(ManagedObjects changed) {
+  undo_.push(new Change(objects_, std::move(changed)));
+}
+
+bool ManagedObjectContext::commitEditing() {
+  std::erase_if(editors_, [](const Editor& commit) { return commit(); });
+  return editors_.empty();
+}
+
+Status ManagedObjectContext::save() {
+  Status saved = coordinator_.save(objects_);
+  if (saved) undo_.setClean();
   return saved;
 }
 

@@ -1,4 +1,4 @@
-#include "imaging/exiv2_session.h"
+#include "imaging/metadata_carrier.h"
 
 namespace velmara {
 namespace {

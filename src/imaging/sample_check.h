@@ -5,6 +5,10 @@
 
 namespace velmara {
 
+/// Whether the first frame of a GIF holds as many pixels as it says (GIF89a, appendix F), counted
+/// without drawing them. The decoder takes what is missing for background.
+Status checkGifFrame(const InputFile& file);
+
 /// Whether a PNM file (P1 to P6) has a header that makes sense and, in the binary kinds, as many
 /// bytes of samples as it says. The decoder takes what is missing for black.
 Status checkPnmHeader(const InputFile& file);
