@@ -1,0 +1,38 @@
+#pragma once
+
+#include <array>
+
+#include "engine/deep/deep_pass.h"
+#include "engine/deep/opponent_planes.h"
+
+namespace velmara {
+
+/// The noise of a photo, in levels of 0 to 255.
+struct DeepNoise {
+  /// The standard deviation of the samples of each channel where they would be `index` without
+  /// noise; white noise before it was clipped to 0 to 255.
+  std::array<std::array<float, 256>, 3> deviation = {};
+  /// The amplitude of the cosine coefficients of each opponent plane by frequency (frequencyOf),
+  /// relative to that of white noise of the same deviation.
+  std::array<std::array<float, 15>, 3> amplitude = {};
+  /// Whether it is independent from pixel to pixel. If not it has been through a camera's
+  /// processing and JPEG compression: smooth, and coarser in colour.
+  bool isWhite = true;
+
+  /// Whether there is none worth filtering.
+  bool isNone() const;
+};
+
+/// White noise of one deviation in all channels.
+DeepNoise whiteNoise(float deviation);
+
+/// The noise, `strength` times as strong, of a picture that was halved `level` times, as
+/// BlockNoise. If `isFused` the picture's lower frequencies have been replaced by those of a
+/// filtered smaller one.
+BlockNoise blockNoise(const DeepNoise& noise, float strength, int level, bool isFused);
+
+/// For each value the sample that it stands for. Clipping moves the mean of white noise away from
+/// both ends; this moves it back.
+SampleTables sampleTables(const DeepNoise& noise, float strength);
+
+}  // namespace velmara

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "engine/deep/opponent_planes.h"
+
+namespace velmara {
+
+/// The noise of opponent planes as the filter takes it, in the planes' own units: coefficient i of
+/// a block of plane k has the variance spectrum[k][i] times the sum over the channels c of
+/// kOpponent[k][c]^2 variance[c][b], b being the channel's mean in the group, 0 to 255.
+struct BlockNoise {
+  std::array<std::array<float, 256>, 3> variance;
+  std::array<std::array<float, 64>, 3> spectrum;
+};
+
+/// One of the two steps of collaborative filtering (K. Dabov, A. Foi, V. Katkovnik, K. Egiazarian,
+/// "Image denoising by sparse 3-D transform-domain collaborative filtering", IEEE Transactions on
+/// Image Processing 16, 2007).
+///
+/// The blocks of a grid of step 4 are looked at one after another. The 16 blocks within 15 pixels
+/// whose brightness is most like the block's own (sum of squared differences; of equal ones those
+/// that come first in kSearchOrder) are stacked and transformed, along the stack by Walsh-Hadamard.
+/// Without a guide small coefficients are dropped; with one, the result of the first step, each is
+/// weighted by the share of the guide's energy in the sum of it and the noise's (Wiener's filter).
+/// Every block of the stack then adds to the sums of the pixels it covers, with a weight that falls
+/// with how much noise it kept.
+struct DeepPass {
+  const OpponentPlanes& noisy;
+  const OpponentPlanes* guide;
+  /// The brightness that blocks are compared by, with the planes' slack.
+  const std::vector<std::int16_t>& compared;
+  const BlockNoise& noise;
+
+  static constexpr int kGroup = 16;
+  static constexpr int kRadius = 15;
+  static constexpr int kStep = OpponentPlanes::kStep;
+  /// What a coefficient has to exceed, in standard deviations of its noise.
+  static constexpr float kThreshold[3] = {2.5F, 3.2F, 3.2F};
+  /// The largest weight, and the largest sample: sums of every block that can reach a pixel stay
+  /// below 2^31.
+  static constexpr float kMostWeight = 64.0F;
+  static constexpr float kMostSample = 8191.0F;
+
+  int columns() const { return (noisy.width - 8) / kStep + 1; }
+  int rows() const { return (noisy.height - 8) / kStep + 1; }
+};
+
+/// The shifts along one axis in the order in which they are tried: 0, -1, 1, -2, 2 and so on.
+constexpr int searchOrder(int i) {
+  return i % 2 == 0 ? i / 2 : -(i / 2) - 1;
+}
+inline constexpr int kShifts = 2 * DeepPass::kRadius + 1;
+
+/// What the blocks say of each pixel, summed. Whole numbers, so that the order of the blocks, and
+/// with it how they are dealt out to threads, does not matter.
+struct BlockSums {
+  std::array<std::vector<std::int32_t>, 3> samples;
+  std::vector<std::int32_t> weights;
+
+  /// Zeros for so many pixels; false if the memory is not to be had.
+  bool allocate(std::size_t pixels);
+};
+
+/// The brightness of planes as blocks are compared by it, in halves of a level.
+void comparedBrightness(const OpponentPlanes& planes, std::vector<std::int16_t>& brightness);
+
+/// Adds the blocks of columns [columnBegin, columnEnd) of a row of the grid to the sums: one block
+/// after another in plain loops, which say what the result is.
+void addBlocksPlainly(const DeepPass& pass, int row, int columnBegin, int columnEnd,
+                      BlockSums& sums);
+/// The same bits with the vectors of the chosen instruction set (engine/fast/instruction_sets.h).
+void addBlocks(const DeepPass& pass, int row, int columnBegin, int columnEnd, BlockSums& sums);
+
+/// The weighted means of pixels [begin, end) that the sums stand for; the sums become 0.
+void takeMeans(BlockSums& sums, OpponentPlanes& planes, std::size_t begin, std::size_t end);
+
+}  // namespace velmara

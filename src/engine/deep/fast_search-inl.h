@@ -1,0 +1,144 @@
+// The search for the blocks most alike, for a run of blocks of a row of the grid side by side.
+// Compiled once per instruction set.
+
+#include <hwy/highway.h>
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+#include "engine/deep/deep_pass.h"
+
+#if defined(VELMARA_FAST_SEARCH_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef VELMARA_FAST_SEARCH_INL_H_
+#undef VELMARA_FAST_SEARCH_INL_H_
+#else
+#define VELMARA_FAST_SEARCH_INL_H_
+#endif
+
+HWY_BEFORE_NAMESPACE();
+namespace velmara {
+namespace HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+/// Blocks most alike to each of kMostColumns blocks of a row of the grid.
+///
+/// For one shift after another the squared differences of the whole run are summed over the eight
+/// rows, in pairs of columns; the sum of a block is that of four pairs, and neighbours share two.
+class BlockSearch {
+ public:
+  static constexpr int kMostColumns = 64;
+
+  void run(const DeepPass& pass, int row, int columnBegin, int columnEnd) {
+    const int y = DeepPass::kStep * row;
+    const int width = pass.noisy.width;
+    for (int i = 0; i < columnEnd - columnBegin; ++i) {
+      std::fill(distances_[i], distances_[i] + DeepPass::kGroup, kNone);
+      distances_[i][0] = -1;
+      places_[i][0] =
+          std::ptrdiff_t{y} * width + std::ptrdiff_t{DeepPass::kStep} * (columnBegin + i);
+      worst_[2 * i] = kNone;
+      worst_[2 * i + 1] = kNever;
+    }
+    for (int i = 0; i < kShifts; ++i) {
+      const int dy = searchOrder(i);
+      if (y + dy < 0 || y + dy > pass.noisy.height - 8) continue;
+      for (int j = 0; j < kShifts; ++j) {
+        const int dx = searchOrder(j);
+        if (dx == 0 && dy == 0) continue;
+        // The columns whose blocks stay inside the picture.
+        const int begin =
+            std::max(columnBegin, (std::max(-dx, 0) + DeepPass::kStep - 1) / DeepPass::kStep);
+        const int last = (width - 8 - std::max(dx, 0)) / DeepPass::kStep;
+        const int end = std::min(columnEnd, last + 1);
+        if (begin < end) {
+          compare(pass, begin - columnBegin, end - begin, std::ptrdiff_t{dy} * width + dx);
+        }
+      }
+    }
+  }
+
+  const std::ptrdiff_t* placesOf(int i) const { return places_[i]; }
+
+ private:
+  static constexpr std::int32_t kNone = std::numeric_limits<std::int32_t>::max();
+  static constexpr std::int32_t kNever = -2;
+  static constexpr int kSlack = 16;
+
+  void compare(const DeepPass& pass, int first, int count, std::ptrdiff_t shift) {
+    sumPairs(pass.compared.data() + places_[first][0], shift, pass.noisy.width, 2 * count + 2);
+    const hn::CappedTag<std::int32_t, 8> d;
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    const std::int32_t* worst = worst_ + 2 * first;
+    for (int i = 0; i < 2 * count; i += lanes) {
+      const std::int32_t* pairs = pairs_ + i;
+      const auto sum = hn::Add(hn::Add(hn::LoadU(d, pairs), hn::LoadU(d, pairs + 1)),
+                               hn::Add(hn::LoadU(d, pairs + 2), hn::LoadU(d, pairs + 3)));
+      const auto better = hn::Lt(sum, hn::LoadU(d, worst + i));
+      if (HWY_LIKELY(hn::AllFalse(d, better))) continue;
+      HWY_ALIGN std::int32_t sums[8];
+      hn::Store(sum, d, sums);
+      for (int lane = 0; lane < lanes && i + lane < 2 * count; ++lane) {
+        if (sums[lane] < worst[i + lane]) insert(first + (i + lane) / 2, sums[lane], shift);
+      }
+    }
+  }
+
+  // Squared differences of `count` pairs of columns, summed over eight rows.
+  void sumPairs(const std::int16_t* own, std::ptrdiff_t shift, std::ptrdiff_t width, int count) {
+#if HWY_ARCH_X86 && HWY_TARGET != HWY_SCALAR && HWY_TARGET != HWY_EMU128
+    const hn::CappedTag<std::int16_t, 16> d16;
+    const hn::RepartitionToWide<decltype(d16)> d32;
+    const int lanes = static_cast<int>(hn::Lanes(d32));
+    for (int i = 0; i < count; i += lanes, own += 2 * lanes) {
+      auto sums = hn::Zero(d32);
+      auto unused = hn::Zero(d32);
+      const std::int16_t* at = own;
+      for (int y = 0; y < 8; ++y, at += width) {
+        const auto difference = hn::Sub(hn::LoadU(d16, at), hn::LoadU(d16, at + shift));
+        // On this architecture the first sum takes neighbours, and all of them.
+        sums = hn::ReorderWidenMulAccumulate(d32, difference, difference, sums, unused);
+      }
+      hn::StoreU(sums, d32, pairs_ + i);
+    }
+#else
+    for (int i = 0; i < count; ++i) {
+      std::int32_t sum = 0;
+      for (int y = 0; y < 8; ++y) {
+        for (int x = 2 * i; x < 2 * i + 2; ++x) {
+          const std::int16_t* at = own + y * width + x;
+          const std::int32_t difference = at[0] - at[shift];
+          sum += difference * difference;
+        }
+      }
+      pairs_[i] = sum;
+    }
+#endif
+  }
+
+  void insert(int i, std::int32_t distance, std::ptrdiff_t shift) {
+    std::int32_t* distances = distances_[i];
+    std::ptrdiff_t* places = places_[i];
+    int at = DeepPass::kGroup - 1;
+    for (; distances[at - 1] > distance; --at) {
+      distances[at] = distances[at - 1];
+      places[at] = places[at - 1];
+    }
+    distances[at] = distance;
+    places[at] = places[0] + shift;
+    worst_[2 * i] = distances[DeepPass::kGroup - 1];
+  }
+
+  HWY_ALIGN std::int32_t pairs_[2 * kMostColumns + 2 + 2 * kSlack];
+  // Every other lane is that of half a block more, which never wins.
+  HWY_ALIGN std::int32_t worst_[2 * kMostColumns + kSlack];
+  std::int32_t distances_[kMostColumns][DeepPass::kGroup];
+  std::ptrdiff_t places_[kMostColumns][DeepPass::kGroup];
+};
+
+}  // namespace HWY_NAMESPACE
+}  // namespace velmara
+HWY_AFTER_NAMESPACE();
+
+#endif  // VELMARA_FAST_SEARCH_INL_H_

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "engine/deep/deep_noise.h"
+
+namespace velmara {
+
+/// Measures the noise of a picture from the picture alone.
+///
+/// White noise shows in the higher frequencies of the colour planes, where pictures have next to
+/// nothing; it is then measured in the blocks with the least lower frequencies, as a function of
+/// brightness. What a camera's processing and JPEG leave of noise shows only in the middle
+/// frequencies of brightness, where texture is too: it counts where the flatter blocks of a
+/// brightness agree with each other, and with the same picture at half and a quarter of its size,
+/// which texture does not. A picture without either has no noise.
+DeepNoise measureNoise(const OpponentPlanes& planes);
+
+}  // namespace velmara

@@ -1,0 +1,258 @@
+#include "engine/deep/noise_statistics.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "engine/deep/clipped_noise.h"
+
+namespace velmara {
+namespace {
+
+// More blocks say no more.
+constexpr double kMostBlocks = 1 << 17;
+constexpr float kUnit = OpponentPlanes::kOne;
+
+int stepFor(const OpponentPlanes& planes, int least) {
+  return std::max(
+      least,
+      static_cast<int>(std::ceil(std::sqrt(static_cast<double>(planes.pixels()) / kMostBlocks))));
+}
+
+// The mean energy of the coefficients of frequencies first to last, in levels.
+float bandEnergy(const Block& block, std::size_t first, std::size_t last) {
+  float sum = 0.0F;
+  int count = 0;
+  for (std::size_t i = 0; i < block.size(); ++i) {
+    const std::size_t frequency = frequencyOf(i);
+    if (frequency < first || frequency > last) continue;
+    sum += block[i] * block[i];
+    ++count;
+  }
+  return sum / (static_cast<float>(count) * kUnit * kUnit);
+}
+
+float quantile(std::vector<float>& values, double part) {
+  if (values.empty()) return 0.0F;
+  const auto at =
+      values.begin() + static_cast<std::ptrdiff_t>(part * static_cast<double>(values.size() - 1));
+  std::nth_element(values.begin(), at, values.end());
+  return *at;
+}
+
+template <class Entries, class Value>
+float quantileOf(const Entries& entries, double part, Value value) {
+  std::vector<float> values;
+  values.reserve(entries.size());
+  for (const auto& entry : entries) values.push_back(value(entry));
+  return quantile(values, part);
+}
+
+}  // namespace
+
+BlockStatistics::BlockStatistics(const OpponentPlanes& planes) {
+  const int step = stepFor(planes, 4);
+  float colour = 0.0F;
+  for (int y = 0; y + 8 <= planes.height; y += step) {
+    for (int x = 0; x + 8 <= planes.width; x += step) {
+      const std::ptrdiff_t place = std::ptrdiff_t{y} * planes.width + x;
+      std::array<Block, 3> blocks;
+      Entry entry;
+      for (std::size_t k = 0; k < 3; ++k) {
+        blocks[k] = cosinesOf(planes.planes[k].data() + place, planes.width);
+        entry.planes[k] = bandEnergy(blocks[k], 9, 14);
+        entry.middle[k] = bandEnergy(blocks[k], 4, 6);
+      }
+      entry.brightness = blocks[0][0] * kOpponent[0][0] / (8 * kUnit);
+      entry.lower = bandEnergy(blocks[0], 1, 3);
+      for (std::size_t c = 0; c < 3; ++c) {
+        Block channel = {};
+        for (std::size_t k = 0; k < 3; ++k) {
+          for (std::size_t i = 0; i < 64; ++i) channel[i] += kOpponent[k][c] * blocks[k][i];
+        }
+        entry.means[c] = channel[0] / (8 * kUnit);
+        entry.channels[c] = bandEnergy(channel, 7, 14);
+      }
+      // For the comparison with the channels the same frequencies.
+      entry.planes[1] = bandEnergy(blocks[1], 7, 14);
+      entry.planes[2] = bandEnergy(blocks[2], 7, 14);
+      colour = std::max({colour, blocks[1][0] * blocks[1][0], entry.planes[1], entry.planes[2]});
+      entries_.push_back(entry);
+    }
+  }
+  isGray_ = colour == 0.0F;
+  std::stable_sort(entries_.begin(), entries_.end(),
+                   [](const Entry& a, const Entry& b) { return a.brightness < b.brightness; });
+}
+
+float BlockStatistics::whiteness() const {
+  // Parts of a picture that are clipped say nothing.
+  std::vector<Entry> lively;
+  for (const Entry& entry : entries_) {
+    if (entry.brightness > 4.0F && entry.brightness < 251.0F) lively.push_back(entry);
+  }
+  float higher = 0.0F;
+  float middle = 0.0F;
+  for (std::size_t k = isGray_ ? 0 : 1; k < (isGray_ ? 1U : 3U); ++k) {
+    higher += quantileOf(lively, 0.3, [k](const Entry& entry) { return entry.planes[k]; });
+    middle += quantileOf(lively, 0.3, [k](const Entry& entry) { return entry.middle[k]; });
+  }
+  return middle > 0.01F ? higher / middle : 0.0F;
+}
+
+std::vector<BlockStatistics::Entry> BlockStatistics::flattest(std::size_t range) const {
+  const auto edge = [this](std::size_t i) {
+    return entries_.begin() + static_cast<std::ptrdiff_t>(i * entries_.size() / kBrightnessRanges);
+  };
+  std::vector<Entry> chosen(edge(range), edge(range + 1));
+  const auto kept = static_cast<std::ptrdiff_t>(std::max<std::size_t>(chosen.size() / 5, 1));
+  if (kept < static_cast<std::ptrdiff_t>(chosen.size())) {
+    std::nth_element(chosen.begin(), chosen.begin() + kept, chosen.end(),
+                     [](const Entry& a, const Entry& b) { return a.lower < b.lower; });
+    chosen.resize(static_cast<std::size_t>(kept));
+  }
+  return chosen;
+}
+
+std::vector<NoisePoint> BlockStatistics::whitePoints(std::size_t channel) const {
+  // The median of a mean of 36 squares lies so much below the mean.
+  constexpr float kMedian = 0.9816F;
+  std::vector<NoisePoint> points;
+  for (std::size_t range = 0; range < kBrightnessRanges && !entries_.empty(); ++range) {
+    const std::vector<Entry> chosen = flattest(range);
+    const auto median = [&](auto value) { return quantileOf(chosen, 0.5, value); };
+    std::array<float, 3> energies;
+    for (std::size_t c = 0; c < 3; ++c) {
+      energies[c] = median([c](const Entry& entry) { return entry.channels[c]; });
+    }
+    // Texture is mostly gray, so it is in the channels but not in the colours, which tell how much
+    // of the channels is noise.
+    float share = 1.0F;
+    if (!isGray_) {
+      float expected = 0.0F;
+      float found = 0.0F;
+      for (std::size_t k = 1; k < 3; ++k) {
+        for (std::size_t c = 0; c < 3; ++c) {
+          expected += kOpponent[k][c] * kOpponent[k][c] * energies[c];
+        }
+        found += median([k](const Entry& entry) { return entry.planes[k]; });
+      }
+      share = expected > 0.0F ? std::min(found / expected, 1.0F) : 0.0F;
+    }
+    const double mean = median([channel](const Entry& entry) { return entry.means[channel]; });
+    const double variance = double{share} * energies[channel] / kMedian;
+    // Where most is clipped nothing can be told.
+    const double deviation = deviationBeforeClipping({mean, variance});
+    if (variance < 0.01 || mean < 0.5 * deviation || mean > 255.0 - 0.5 * deviation) continue;
+    points.push_back({mean, deviation * deviation});
+  }
+  return points;
+}
+
+BrightnessEnergies::BrightnessEnergies(const OpponentPlanes& planes, int step) {
+  step = stepFor(planes, step);
+  for (int y = 0; y + 8 <= planes.height; y += step) {
+    for (int x = 0; x + 8 <= planes.width; x += step) {
+      const std::ptrdiff_t place = std::ptrdiff_t{y} * planes.width + x;
+      const Block block = cosinesOf(planes.planes[0].data() + place, planes.width);
+      entries.push_back({block[0] * kOpponent[0][0] / (8 * kUnit), bandEnergy(block, 2, 4),
+                         static_cast<std::size_t>(place)});
+    }
+  }
+}
+
+PhotoNoise::PhotoNoise(const OpponentPlanes& planes,
+                       const std::array<BrightnessEnergies, 3>& levels) {
+  // Energies of noise at a fifth and at the half of all blocks differ by the chance in them alone,
+  // and a picture of half the size has half its amplitude, or little more: noise is smooth. Edges
+  // and texture differ more from block to block, and are coarser.
+  constexpr float kMostSpread = 1.7F;
+  constexpr float kMostAtHalf = 2.05F;
+  constexpr float kMostAtQuarter = 4.2F;
+  // Whatever is stronger would have shown as white.
+  constexpr float kMostAmplitude = 14.0F;
+  // The mean against the lower fifth.
+  constexpr float kMean = 1.3F;
+
+  std::array<float, kBrightnessRanges + 1> edges;
+  for (std::size_t i = 0; i <= kBrightnessRanges; ++i) {
+    edges[i] = quantileOf(levels[0].entries, static_cast<double>(i) / kBrightnessRanges,
+                          [](const auto& entry) { return entry.brightness; });
+  }
+  for (std::size_t i = 0; i < kBrightnessRanges; ++i) {
+    std::array<float, 3> fifths;
+    float half = 0.0F;
+    for (std::size_t level = 0; level < levels.size(); ++level) {
+      std::vector<float> energies;
+      for (const auto& entry : levels[level].entries) {
+        if (entry.brightness >= edges[i] && entry.brightness <= edges[i + 1]) {
+          energies.push_back(entry.energy);
+        }
+      }
+      fifths[level] = std::sqrt(quantile(energies, 0.2)) * static_cast<float>(1 << level);
+      if (level == 0) half = std::sqrt(quantile(energies, 0.5));
+    }
+    const float fifth = std::max(fifths[0], 0.1F);
+    Range& range = ranges_[i];
+    range.brightness = 0.5F * (edges[i] + edges[i + 1]);
+    range.amplitude = kMean * fifths[0];
+    range.isNoise = half <= kMostSpread * fifth && fifths[1] <= kMostAtHalf * fifth &&
+                    fifths[2] <= kMostAtQuarter * fifth && range.amplitude < kMostAmplitude;
+  }
+  measureUpper(planes, levels[0], edges);
+
+  // Where it could not be told from texture, noise is taken to be what it is at the nearest
+  // brightness where it could, but never more than there is of both.
+  const std::array<Range, kBrightnessRanges> told = ranges_;
+  for (std::size_t i = 0; i < told.size(); ++i) {
+    if (told[i].isNoise) continue;
+    float amplitude = 0.0F;
+    for (std::size_t distance = told.size(); distance-- > 1;) {
+      for (const std::size_t other : {i - distance, i + distance}) {
+        if (other < told.size() && told[other].isNoise) amplitude = told[other].amplitude;
+      }
+    }
+    ranges_[i].amplitude = std::min(told[i].amplitude, amplitude);
+  }
+}
+
+void PhotoNoise::measureUpper(const OpponentPlanes& planes, const BrightnessEnergies& energies,
+                              const std::array<float, kBrightnessRanges + 1>& edges) {
+  std::array<double, 15> sums = {};
+  std::array<double, 15> counts = {};
+  for (std::size_t range = 0; range < ranges_.size(); ++range) {
+    if (!ranges_[range].isNoise) continue;
+    const float amplitude = std::max(ranges_[range].amplitude, 0.1F);
+    for (const auto& entry : energies.entries) {
+      // The flatter half, about.
+      if (entry.brightness < edges[range] || entry.brightness > edges[range + 1] ||
+          entry.energy > amplitude * amplitude) {
+        continue;
+      }
+      const Block block = cosinesOf(
+          planes.planes[0].data() + static_cast<std::ptrdiff_t>(entry.place), planes.width);
+      for (std::size_t i = 0; i < block.size(); ++i) {
+        const double value = block[i] / (kUnit * amplitude);
+        sums[frequencyOf(i)] += value * value;
+        counts[frequencyOf(i)] += 1.0;
+      }
+    }
+  }
+  for (std::size_t i = 0; i < sums.size(); ++i) {
+    upperAmplitude[i] = counts[i] > 0.0 ? static_cast<float>(std::sqrt(sums[i] / counts[i])) : 0.0F;
+  }
+}
+
+float PhotoNoise::amplitudeAt(float brightness) const {
+  if (brightness <= ranges_.front().brightness) return ranges_.front().amplitude;
+  for (std::size_t i = 1; i < ranges_.size(); ++i) {
+    const Range& below = ranges_[i - 1];
+    const Range& above = ranges_[i];
+    if (brightness > above.brightness) continue;
+    const float gap = std::max(above.brightness - below.brightness, 1e-3F);
+    return below.amplitude +
+           (brightness - below.brightness) / gap * (above.amplitude - below.amplitude);
+  }
+  return ranges_.back().amplitude;
+}
+
+}  // namespace velmara
