@@ -63,7 +63,7 @@ class BlockSearch {
 
  private:
   static constexpr std::int32_t kNone = std::numeric_limits<std::int32_t>::max();
-  static constexpr std::int32_t kNever = -2;
+  static constexpr std::int32_t kNever = std::numeric_limits<std::int32_t>::min();
   static constexpr int kSlack = 16;
 
   void compare(const DeepPass& pass, int first, int count, std::ptrdiff_t shift) {
