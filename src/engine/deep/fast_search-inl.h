@@ -4,6 +4,7 @@
 #include <hwy/highway.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <limits>
 
@@ -34,8 +35,8 @@ class BlockSearch {
     const int y = DeepPass::kStep * row;
     const int width = pass.noisy.width;
     for (int i = 0; i < columnEnd - columnBegin; ++i) {
-      std::fill(distances_[i], distances_[i] + DeepPass::kGroup, kNone);
-      distances_[i][0] = -1;
+      std::fill(found_[i], found_[i] + DeepPass::kGroup, kNothing);
+      found_[i][0] = -1;
       places_[i][0] =
           std::ptrdiff_t{y} * width + std::ptrdiff_t{DeepPass::kStep} * (columnBegin + i);
       worst_[2 * i] = kNone;
@@ -53,8 +54,14 @@ class BlockSearch {
         const int last = (width - 8 - std::max(dx, 0)) / DeepPass::kStep;
         const int end = std::min(columnEnd, last + 1);
         if (begin < end) {
-          compare(pass, begin - columnBegin, end - begin, std::ptrdiff_t{dy} * width + dx);
+          compare(pass, begin - columnBegin, end - begin, i * kShifts + j);
         }
+      }
+    }
+    for (int i = 0; i < columnEnd - columnBegin; ++i) {
+      for (int at = 1; at < DeepPass::kGroup; ++at) {
+        const auto order = static_cast<int>(found_[i][at] & 0xFFFF);
+        places_[i][at] = places_[i][0] + shiftOf(order, width);
       }
     }
   }
@@ -63,11 +70,17 @@ class BlockSearch {
 
  private:
   static constexpr std::int32_t kNone = std::numeric_limits<std::int32_t>::max();
+  static constexpr std::int64_t kNothing = std::numeric_limits<std::int64_t>::max();
   static constexpr std::int32_t kNever = std::numeric_limits<std::int32_t>::min();
   static constexpr int kSlack = 16;
 
-  void compare(const DeepPass& pass, int first, int count, std::ptrdiff_t shift) {
-    sumPairs(pass.compared.data() + places_[first][0], shift, pass.noisy.width, 2 * count + 2);
+  static std::ptrdiff_t shiftOf(int order, int width) {
+    return std::ptrdiff_t{searchOrder(order / kShifts)} * width + searchOrder(order % kShifts);
+  }
+
+  void compare(const DeepPass& pass, int first, int count, int order) {
+    const int width = pass.noisy.width;
+    sumPairs(pass.compared.data() + places_[first][0], shiftOf(order, width), width, 2 * count + 2);
     const hn::CappedTag<std::int32_t, 8> d;
     const int lanes = static_cast<int>(hn::Lanes(d));
     const std::int32_t* worst = worst_ + 2 * first;
@@ -75,12 +88,15 @@ class BlockSearch {
       const std::int32_t* pairs = pairs_ + i;
       const auto sum = hn::Add(hn::Add(hn::LoadU(d, pairs), hn::LoadU(d, pairs + 1)),
                                hn::Add(hn::LoadU(d, pairs + 2), hn::LoadU(d, pairs + 3)));
-      const auto better = hn::Lt(sum, hn::LoadU(d, worst + i));
-      if (HWY_LIKELY(hn::AllFalse(d, better))) continue;
+      std::uint8_t bits[8] = {};
+      hn::StoreMaskBits(d, hn::Lt(sum, hn::LoadU(d, worst + i)), bits);
+      if (HWY_LIKELY(bits[0] == 0)) continue;
       HWY_ALIGN std::int32_t sums[8];
       hn::Store(sum, d, sums);
-      for (int lane = 0; lane < lanes && i + lane < 2 * count; ++lane) {
-        if (sums[lane] < worst[i + lane]) insert(first + (i + lane) / 2, sums[lane], shift);
+      const int most = 2 * count - i;
+      for (unsigned left = bits[0]; left != 0; left &= left - 1) {
+        const int lane = std::countr_zero(left);
+        if (lane < most) insert(first + (i + lane) / 2, sums[lane], order);
       }
     }
   }
@@ -117,23 +133,21 @@ class BlockSearch {
 #endif
   }
 
-  void insert(int i, std::int32_t distance, std::ptrdiff_t shift) {
-    std::int32_t* distances = distances_[i];
-    std::ptrdiff_t* places = places_[i];
+  // Distance and order in one number, so that the first of equal distances comes first.
+  void insert(int i, std::int32_t distance, int order) {
+    const std::int64_t key = (std::int64_t{distance} << 16) | order;
+    std::int64_t* found = found_[i];
     int at = DeepPass::kGroup - 1;
-    for (; distances[at - 1] > distance; --at) {
-      distances[at] = distances[at - 1];
-      places[at] = places[at - 1];
-    }
-    distances[at] = distance;
-    places[at] = places[0] + shift;
-    worst_[2 * i] = distances[DeepPass::kGroup - 1];
+    for (; found[at - 1] > key; --at) found[at] = found[at - 1];
+    found[at] = key;
+    worst_[2 * i] =
+        static_cast<std::int32_t>(std::min<std::int64_t>(found[DeepPass::kGroup - 1] >> 16, kNone));
   }
 
   HWY_ALIGN std::int32_t pairs_[2 * kMostColumns + 2 + 2 * kSlack];
   // Every other lane is that of half a block more, which never wins.
   HWY_ALIGN std::int32_t worst_[2 * kMostColumns + kSlack];
-  std::int32_t distances_[kMostColumns][DeepPass::kGroup];
+  std::int64_t found_[kMostColumns][DeepPass::kGroup];
   std::ptrdiff_t places_[kMostColumns][DeepPass::kGroup];
 };
 
