@@ -84,7 +84,9 @@ class DeepRun {
     const int end = std::min((band + 1) * kBandRows, pass.rows());
     for (int row = band * kBandRows; row < end; ++row) {
       if (control_.isCancelled()) return;
-      (request_.plainly ? addBlocksPlainly : addBlocks)(pass, row, 0, pass.columns(), sums);
+      if (pass.uses(row)) {
+        (request_.plainly ? addBlocksPlainly : addBlocks)(pass, row, 0, pass.columns(), sums);
+      }
       const std::int64_t done = pixelsDone_ += std::int64_t{pass.noisy.width} * DeepPass::kStep;
       control_.setProgress(std::min(static_cast<double>(done) / total_, 1.0));
     }

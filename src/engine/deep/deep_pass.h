@@ -47,6 +47,9 @@ struct DeepPass {
 
   int columns() const { return (noisy.width - 8) / kStep + 1; }
   int rows() const { return (noisy.height - 8) / kStep + 1; }
+  /// Whether a row of the grid takes part. The guide need not be as good as the result: every other
+  /// row and the last cover all pixels.
+  bool uses(int row) const { return guide != nullptr || row % 2 == 0 || row + 1 == rows(); }
 };
 
 /// The shifts along one axis in the order in which they are tried: 0, -1, 1, -2, 2 and so on.
