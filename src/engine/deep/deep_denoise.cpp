@@ -1,6 +1,6 @@
 #include "engine/deep/deep_denoise.h"
 
-#include <atomic>
+#include <mutex>
 #include <new>
 
 #include "engine/deep/deep_pass.h"
@@ -87,8 +87,9 @@ class DeepRun {
       if (pass.uses(row)) {
         (request_.plainly ? addBlocksPlainly : addBlocks)(pass, row, 0, pass.columns(), sums);
       }
-      const std::int64_t done = pixelsDone_ += std::int64_t{pass.noisy.width} * DeepPass::kStep;
-      control_.setProgress(std::min(static_cast<double>(done) / total_, 1.0));
+      const std::lock_guard lock(progress_);
+      pixelsDone_ += static_cast<double>(pass.noisy.width) * DeepPass::kStep;
+      control_.setProgress(std::min(pixelsDone_ / total_, 1.0));
     }
   }
 
@@ -96,7 +97,8 @@ class DeepRun {
   const DeepRequest& request_;
   JobControl& control_;
   double total_ = 1.0;
-  std::atomic<std::int64_t> pixelsDone_{0};
+  std::mutex progress_;  // Keeps it from falling.
+  double pixelsDone_ = 0.0;
 };
 
 }  // namespace

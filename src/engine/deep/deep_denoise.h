@@ -29,7 +29,8 @@ DeepNoise measureNoise(const Bitmap& bitmap);
 /// also at smaller sizes first, whose result takes the place of the lower frequencies.
 ///
 /// The result depends on the picture, the noise and the strength alone. Of a part of a picture it
-/// is the same 128 pixels or more from the part's edges if the part begins at multiples of 16.
+/// is the same, to the bit, 96 pixels or more from the part's edges if the part begins at multiples
+/// of 8; for a camera's noise 640 pixels and multiples of 32.
 /// Calls from any thread, waits for its helpers, sets `control`'s progress. Nothing if it was
 /// cancelled, the picture is not valid or the memory is not to be had (40 bytes a pixel).
 std::optional<Bitmap> denoiseDeeply(const Bitmap& bitmap, const DeepNoise& noise,

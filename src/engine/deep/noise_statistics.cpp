@@ -59,7 +59,7 @@ BlockStatistics::BlockStatistics(const OpponentPlanes& planes) {
       Entry entry;
       for (std::size_t k = 0; k < 3; ++k) {
         blocks[k] = cosinesOf(planes.planes[k].data() + place, planes.width);
-        entry.planes[k] = bandEnergy(blocks[k], 9, 14);
+        entry.planes[k] = bandEnergy(blocks[k], 7, 14);
         entry.middle[k] = bandEnergy(blocks[k], 4, 6);
       }
       entry.brightness = blocks[0][0] * kOpponent[0][0] / (8 * kUnit);
@@ -72,9 +72,6 @@ BlockStatistics::BlockStatistics(const OpponentPlanes& planes) {
         entry.means[c] = channel[0] / (8 * kUnit);
         entry.channels[c] = bandEnergy(channel, 7, 14);
       }
-      // For the comparison with the channels the same frequencies.
-      entry.planes[1] = bandEnergy(blocks[1], 7, 14);
-      entry.planes[2] = bandEnergy(blocks[2], 7, 14);
       colour = std::max({colour, blocks[1][0] * blocks[1][0], entry.planes[1], entry.planes[2]});
       entries_.push_back(entry);
     }
@@ -90,13 +87,17 @@ float BlockStatistics::whiteness() const {
   for (const Entry& entry : entries_) {
     if (entry.brightness > 4.0F && entry.brightness < 251.0F) lively.push_back(entry);
   }
+  // Rounding to whole numbers is white noise too; it is not the question.
+  constexpr float kRounding = 1.0F / 12.0F;
   float higher = 0.0F;
   float middle = 0.0F;
   for (std::size_t k = isGray_ ? 0 : 1; k < (isGray_ ? 1U : 3U); ++k) {
-    higher += quantileOf(lively, 0.3, [k](const Entry& entry) { return entry.planes[k]; });
-    middle += quantileOf(lively, 0.3, [k](const Entry& entry) { return entry.middle[k]; });
+    higher +=
+        quantileOf(lively, 0.3, [k](const Entry& entry) { return entry.planes[k]; }) - kRounding;
+    middle +=
+        quantileOf(lively, 0.3, [k](const Entry& entry) { return entry.middle[k]; }) - kRounding;
   }
-  return middle > 0.01F ? higher / middle : 0.0F;
+  return middle > 0.2F ? higher / middle : 0.0F;
 }
 
 std::vector<BlockStatistics::Entry> BlockStatistics::flattest(std::size_t range) const {
