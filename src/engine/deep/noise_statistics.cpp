@@ -93,9 +93,9 @@ float BlockStatistics::whiteness() const {
   float middle = 0.0F;
   for (std::size_t k = isGray_ ? 0 : 1; k < (isGray_ ? 1U : 3U); ++k) {
     higher +=
-        quantileOf(lively, 0.3, [k](const Entry& entry) { return entry.planes[k]; }) - kRounding;
+        quantileOf(lively, 0.1, [k](const Entry& entry) { return entry.planes[k]; }) - kRounding;
     middle +=
-        quantileOf(lively, 0.3, [k](const Entry& entry) { return entry.middle[k]; }) - kRounding;
+        quantileOf(lively, 0.1, [k](const Entry& entry) { return entry.middle[k]; }) - kRounding;
   }
   return middle > 0.2F ? higher / middle : 0.0F;
 }
