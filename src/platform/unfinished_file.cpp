@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kPrefix = ".velmara-";
+constexpr const char* kUnfinishedPrefix = ".velmara-";
 
 fs::path notesFolder() {
   const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
@@ -28,7 +28,7 @@ std::string madeUpName() {
   std::random_device random;
   std::array<char, 16> number{};
   std::snprintf(number.data(), number.size(), "%08x.tmp", static_cast<unsigned>(random()));
-  return ownNamePrefix(kPrefix) + number.data();
+  return ownNamePrefix(kUnfinishedPrefix) + number.data();
 }
 
 }  // namespace
@@ -55,7 +55,7 @@ void removeUnfinishedFiles() {
     std::error_code unreadable;
     const fs::path file = fs::read_symlink(note.path(), unreadable);
     const std::string name = note.path().filename().string();
-    if (unreadable || file.filename() != name || !isLeftBehind(name, kPrefix)) continue;
+    if (unreadable || file.filename() != name || !isLeftBehind(name, kUnfinishedPrefix)) continue;
     if (!fs::is_directory(file.parent_path(), unreadable)) continue;
     if (::unlink(file.c_str()) == 0 || errno == ENOENT) ::unlink(note.path().c_str());
   }
