@@ -3,7 +3,7 @@
 #include "base/image.h"
 #include "base/job_control.h"
 #include "base/result.h"
-#include "imaging/vips_handle.h"
+#include "imaging/vips_api.h"
 
 namespace velmara {
 

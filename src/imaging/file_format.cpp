@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "imaging/vips_handle.h"
+#include "imaging/vips_api.h"
 
 namespace velmara {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "base/alpha.h"
 #include "imaging/initialise.h"
-#include "imaging/vips_handle.h"
+#include "imaging/vips_api.h"
 
 namespace velmara {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "imaging/file_format.h"
 #include "imaging/metadata_carrier.h"
-#include "imaging/vips_handle.h"
+#include "imaging/vips_api.h"
 
 namespace velmara {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "base/result.h"
 #include "imaging/picture_file.h"
-#include "imaging/vips_handle.h"
+#include "imaging/vips_api.h"
 
 namespace velmara {
 

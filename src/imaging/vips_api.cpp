@@ -1,5 +1,7 @@
 #include "imaging/vips_api.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <dlfcn.h>
 #include <type_traits>
 
@@ -26,11 +28,50 @@ VipsApi load() {
   return api;
 }
 
+thread_local DecoderWarnings* listener = nullptr;
+
+// One line without the name of the operation in front and places in sources behind.
+std::string inWords(std::string text) {
+  text.resize(std::min({text.size(), text.find('\n'), text.find(" `"), text.find(" @ ")}));
+  const std::size_t colon = text.find(": ");
+  if (colon != std::string::npos) text.erase(0, colon + 2);
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = ' ';
+  }
+  while (!text.empty() && text.back() == ' ') text.pop_back();
+  return text;
+}
+
 }  // namespace
 
 const VipsApi& vips() {
   static const VipsApi api = load();
   return api;
+}
+
+std::string takeVipsError() {
+  char* buffer = vips().error_buffer_copy();
+  std::string text = buffer;
+  g_free(buffer);
+  return inWords(std::move(text));
+}
+
+DecoderWarnings::DecoderWarnings() {
+  listener = this;
+}
+
+DecoderWarnings::~DecoderWarnings() {
+  listener = nullptr;
+}
+
+void DecoderWarnings::note(const char* message) {
+  if (listener == nullptr) return;
+  long count = 0;
+  if (std::sscanf(message, "read gave %ld warnings", &count) == 1) {
+    listener->count_ = std::max(listener->count_, count);
+  } else if (listener->first_.empty()) {
+    listener->first_ = inWords(message);
+  }
 }
 
 }  // namespace velmara

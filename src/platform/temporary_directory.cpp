@@ -12,7 +12,7 @@
 #include <unistd.h>
 
 #include "platform/log.h"
-#include "platform/own_names.h"
+#include "platform/unfinished_file.h"
 
 namespace velmara {
 namespace {

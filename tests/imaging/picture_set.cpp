@@ -50,7 +50,8 @@ void addPngs(std::vector<PictureKind>& set) {
   }
   set.push_back({"png palette with holes", "PNG8:a.png", kHoles, 4, 0, -1, "tRNS"});
   set.push_back({"png rgb with one colour for holes", "PNG:a.png",
-                 joined(kHoles, {"-define", "png:color-type=2"}), 4, 0, -1, "tRNS"});
+                 joined(kHoles, {"-define", "png:color-type=2", "-define", "png:bit-depth=8"}), 4,
+                 0, -1, "tRNS"});
 }
 
 // Baseline and progressive, with the colours at every resolution in use.

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/temporary_directory.h"
+#include "support/run_program.h"
 #include "support/scratch_folder.h"
 
 namespace velmara {
@@ -103,16 +104,11 @@ TEST(TemporaryDirectoryTest, RemovesWhatDeadProcessesLeft) {
   for (const auto& name : {dead, living, std::string("velmara-notes"), std::string("other")}) {
     std::filesystem::create_directory(base.path() / name);
   }
-  const pid_t child = ::fork();
-  if (child == 0) {
-    ::setenv("TMPDIR", base.path().c_str(), 1);
-    ::execl("/proc/self/exe", "platform_test", "--gtest_filter=TemporaryDirectoryTest.IsPrivate*",
-            "--gtest_brief=1", nullptr);
-    ::_exit(127);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  ASSERT_EQ(status, 0);
+  const std::string program = std::filesystem::read_symlink("/proc/self/exe").string();
+  const auto next = testing_support::runProgram({"env", "TMPDIR=" + base.path().string(), program,
+                                                 "--gtest_filter=TemporaryDirectoryTest.IsPrivate*",
+                                                 "--gtest_brief=1"});
+  ASSERT_EQ(next.exitCode, 0) << next.output;
   EXPECT_THAT(base.names(), testing::UnorderedElementsAre(living, "velmara-notes", "other"));
 }
 
