@@ -25,7 +25,6 @@ class Run : public std::enable_shared_from_this<Run> {
   Run(const EngineEnvironment& environment, const FilterKernel& kernel, FilterBuffers& buffers,
       const FilterGeometry& geometry, const RunWatch& watch)
       : mainQueue_(*environment.mainQueue),
-        progress_(environment.progress),
         watch_(watch),
         kernel_(kernel),
         buffers_(buffers),
@@ -78,16 +77,13 @@ class Run : public std::enable_shared_from_this<Run> {
     }
     for (auto now = tiles_.finished(); now.pixels > told_.pixels && !stopped_;
          now = tiles_.finished()) {
-      tellProgress(now.pixels);
+      if (watch_.control != nullptr) {
+        watch_.control->setProgress(static_cast<double>(now.pixels) / geometry_.widthSrc /
+                                    geometry_.heightSrc);
+      }
       if (watch_.rowsFinished && now.rows > told_.rows) tellRows(told_.rows, now.rows);
       told_ = now;
     }
-  }
-
-  void tellProgress(std::int64_t pixels) const {
-    const double rows = static_cast<double>(pixels) / geometry_.widthSrc;
-    if (progress_) progress_(static_cast<std::int64_t>(rows), geometry_.heightSrc);
-    if (watch_.control != nullptr) watch_.control->setProgress(rows / geometry_.heightSrc);
   }
 
   void tellRows(int begin, int end) const {
@@ -110,7 +106,6 @@ class Run : public std::enable_shared_from_this<Run> {
   }
 
   TaskQueue& mainQueue_;
-  std::function<void(std::int64_t, std::int64_t)> progress_;
   RunWatch watch_;
   const FilterKernel& kernel_;
   FilterBuffers& buffers_;

@@ -28,9 +28,6 @@ struct EngineEnvironment {
   /// What filters runs. The environment variable VELMARA_ENGINE=reference asks for the reference as
   /// well.
   KernelChoice kernel = KernelChoice::kFast;
-  /// Told while bands are filtered how many rows' worth of work is done; called from any thread,
-  /// also from several at a time and not always in rising order.
-  std::function<void(std::int64_t rowsDone, std::int64_t rowsTotal)> progress;
 };
 
 }  // namespace velmara

@@ -278,22 +278,6 @@ TEST_F(DenoiseRequestTest, ARunNeedsNoFreeWorker) {
   EXPECT_EQ(packedRgb(result.bitmap()), bruteForce(picture, 3, 7, 8));
 }
 
-TEST_F(DenoiseRequestTest, ReportsProgressUpToTheLastRow) {
-  EngineEnvironment watched = environment();
-  std::atomic<std::int64_t> most{0};
-  std::atomic<bool> sane{true};
-  watched.progress = [&](std::int64_t done, std::int64_t total) {
-    if (total != 50 || done < 0 || done > total) sane = false;
-    std::int64_t seen = most;
-    while (seen < done && !most.compare_exchange_weak(seen, done)) {
-    }
-  };
-  const Image input(makePicture(Content::kPhoto, 40, 50, 3, 7));
-  DenoiseAlgoImplementation(watched).denoiseImageUsingCustomFastNLMeans(input, 3, 5, 5);
-  EXPECT_TRUE(sane);
-  EXPECT_EQ(most, 50);
-}
-
 // The clock is read before and after; the pixels are those of the image's logical size.
 TEST_F(DenoiseRequestTest, SpeedIsThePixelsOverTheSecondsTruncated) {
   constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();

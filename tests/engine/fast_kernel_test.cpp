@@ -131,12 +131,5 @@ TEST(ExactDividerTest, IsFoundWhereThereIsOneAndAgreesUpToTheCutOff) {
   EXPECT_FALSE(exactDivider(3, 7282).has_value());
 }
 
-TEST(DecisionBoundTest, GrowsWithWindowAndErrorButStaysSmall) {
-  EXPECT_GT(decisionBound(7, 1e-7), 2.0 * 128.0 * 15.0 / 16777216.0);
-  EXPECT_LT(decisionBound(7, 1e-7), 4e-4F);
-  EXPECT_LT(decisionBound(31, 5e-7), 2e-3F);
-  EXPECT_GT(decisionBound(7, 1e-5), decisionBound(7, 1e-7));
-}
-
 }  // namespace
 }  // namespace velmara
