@@ -118,9 +118,11 @@ HWY_INLINE void storeLowBytes([[maybe_unused]] D32 d32, hn::Vec<D32> values, std
 /// integer n, leaves a rest in [-1/2, 1/2]. If the rest is above -1/2 + 2 bound (`margin`), then n
 /// + bound < m and, the rest being at most 1/2, m <= n + 1 - bound: the mean truncates to n. A
 /// pixel whose only weight is its own 1 is exact: its mean is an integer, so n, whatever the rest.
+/// So is one whose weights add up to `exactSum`, its mean being farther than the bound from the
+/// next integer.
 template <int kChannels, class DF>
 HWY_INLINE hn::Mask<DF> writeMeans(DF df, const Sums<DF, kChannels>& sums, float bound,
-                                   float margin, const AverageRow<kChannels>& row,
+                                   float margin, float exactSum, const AverageRow<kChannels>& row,
                                    std::ptrdiff_t i) {
   const hn::RebindToUnsigned<DF> du;
   const auto one = hn::Set(df, 1.0F);
@@ -138,7 +140,9 @@ HWY_INLINE hn::Mask<DF> writeMeans(DF df, const Sums<DF, kChannels>& sums, float
   }
   if constexpr (kChannels == 3) pixels = hn::Sub(pixels, hn::Set(du, 0x8B400000U));
   storeLowBytes<kChannels>(du, pixels, row.output + kChannels * i);
-  return hn::And(hn::Le(least, hn::Set(df, margin)), hn::Ne(sums.weight, one));
+  const auto inexact =
+      hn::And(hn::Ne(sums.weight, one), hn::Ne(sums.weight, hn::Set(df, exactSum)));
+  return hn::And(hn::Le(least, hn::Set(df, margin)), inexact);
 }
 
 }  // namespace HWY_NAMESPACE

@@ -95,7 +95,8 @@ std::int64_t averagePixelsOf(const FastPlan& plan, FastScratch& scratch,
     sumCandidates<kChannels, kS, kVectors>(df, row, plan.s, i, sums);
     for (int v = 0; v < kVectors; ++v) {
       const std::ptrdiff_t first = i + v * lanes;
-      unsigned bits = maskBits(df, writeMeans<kChannels>(df, sums[v], bound, margin, row, first));
+      unsigned bits = maskBits(
+          df, writeMeans<kChannels>(df, sums[v], bound, margin, plan.exactSum, row, first));
       if (HWY_UNLIKELY(bits == all) && first < width &&
           isFlat<Index, kChannels>(plan, row, indices, first)) {
         writeFlat<kChannels>(plan, row, first, width);

@@ -61,6 +61,7 @@ std::optional<FastPlan> boundedPlan(const FilterGeometry& geometry, FilterBuffer
   const double error = weightErrorOf(plan->weight, plan->table.data(), buffers.weightTable.cutOff);
   if (!(error <= kLargestWeightError)) return std::nullopt;
   plan->bound = decisionBound(plan->s, error);
+  plan->exactSum = exactWeightSum(*plan, error);
   return plan;
 }
 
@@ -77,6 +78,7 @@ std::unique_ptr<FilterKernel> makeUndecidedKernel(const FilterGeometry& geometry
   auto plan = boundedPlan(geometry, buffers);
   if (!plan) return nullptr;
   plan->decides = false;
+  plan->exactSum = 1.0F;
   return std::make_unique<FastKernel>(std::move(*plan));
 }
 

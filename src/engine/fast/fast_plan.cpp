@@ -1,6 +1,7 @@
 #include "engine/fast/fast_plan.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 #include "engine/reference_kernel.h"
@@ -185,6 +186,17 @@ float decisionBound(int searchWinSize, double weightError) {
   const double rho = (1.0 + weightError) * (1.0 + roundings / (1.0 - roundings)) - 1.0;
   const double bound = 256.0 * rho / (1.0 - rho) + 128.0 * (2.0 * u + u * u) + 256.0 * u + 1e-9;
   return static_cast<float>(1.001 * bound);  // A little more, for the roundings of this formula.
+}
+
+float exactWeightSum(const FastPlan& plan, double weightError) {
+  const auto candidates = static_cast<double>(plan.geometry.D);
+  if (!std::has_single_bit(static_cast<std::uint64_t>(plan.geometry.D))) return 1.0F;
+  if (plan.bound * 2.0 * candidates >= 1.0) return 1.0F;
+  // No roundings of weights and sums make up for one weight that is less than 1.
+  const double roundings = (2.0 * plan.s + 1.0) * std::ldexp(candidates, -24);
+  const auto below = std::ranges::find_if(plan.table, [](double weight) { return weight < 1.0; });
+  const bool isSeen = below == plan.table.end() || 1.0 - *below > 2.0 * weightError + roundings;
+  return isSeen ? static_cast<float>(candidates) : 1.0F;
 }
 
 }  // namespace velmara

@@ -76,6 +76,9 @@ struct FastPlan {
   std::array<std::uint8_t, 256> flatMeans{};
   /// How far a mean in single precision may be from the one that defines the result.
   float bound = 0.0F;
+  /// A sum of weights whose means are exact whatever the bound: 1, the pixel's own alone, or what
+  /// exactWeightSum says.
+  float exactSum = 1.0F;
   /// Decide by the bound; if not, everything is averaged in double precision.
   bool decides = true;
 
@@ -126,5 +129,11 @@ std::optional<IndexDivider> exactDivider(int t, std::int64_t cutOff);
 ///     which for D <= 4096 is less than 1e-9.
 /// A mean that is farther than this from every integer truncates like the double-precision sum.
 float decisionBound(int searchWinSize, double weightError);
+
+/// D, if a sum of D of the weights used can only mean that all of them are 1, and means of so many
+/// candidates are exact in either precision: D is a power of two, and its parts are larger than the
+/// bound of a mean. Else 1. Smooth areas are full of such pixels, and one in D of their means is a
+/// whole number, which the bound alone would leave undecided.
+float exactWeightSum(const FastPlan& plan, double weightError);
 
 }  // namespace velmara
