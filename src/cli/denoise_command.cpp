@@ -50,6 +50,7 @@ struct PhotoCommand {
     summary.height = result.writtenHeight;
     if (result.parameters && !options.explicitParameters) summary.psnr = result.psnrOfRealImage;
     summary.parameters = result.parameters;
+    if (options.isDeep) summary.deepNoise = result.deepNoise;
     summary.seconds = Seconds(std::chrono::steady_clock::now() - start).count();
     return summary;
   }
@@ -58,6 +59,7 @@ struct PhotoCommand {
     PhotoJobRequest request;
     request.photo = std::move(photo);
     request.mode = options.mode;
+    request.isDeep = options.isDeep;
     request.parameters = options.explicitParameters;
     request.isBare = options.isBare;
     request.output = {target.format, target.isStandardOutput() ? std::string() : target.path,

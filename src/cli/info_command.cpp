@@ -12,6 +12,7 @@
 
 #include "cli/denoise_command.h"
 #include "cli/summary.h"
+#include "engine/deep/deep_denoise.h"
 #include "engine/denoise_algo_implementation.h"
 #include "imaging/image_reader.h"
 #include "imaging/rotate_with_exif.h"
@@ -28,6 +29,7 @@ struct PhotoInfo {
   /// As shown, upright.
   std::int64_t width = 0, height = 0;
   double psnr = 0.0;
+  DeepNoise noise;
   FilterParameters parameters;
   bool isFiltered = true;
 };
@@ -56,11 +58,22 @@ Result<PhotoInfo> measure(const std::string& input) {
   info.width = info.photo.width;
   info.height = info.photo.height;
   if (exchangesSides(info.photo.orientation().value_or(1))) std::swap(info.width, info.height);
-  info.psnr =
-      DenoiseAlgoImplementation(commandLineEngine()).getPSNRofImage(atOwnSize(photo->image));
+  const Image picture = atOwnSize(photo->image);
+  info.psnr = DenoiseAlgoImplementation(commandLineEngine()).getPSNRofImage(picture);
+  info.noise = measureNoise(picture.bitmap());
   info.isFiltered = isLargeEnoughToFilter(info.photo);
   info.parameters = exportParameters(info.psnr, DenoiseMode::automatic());
   return info;
+}
+
+QJsonObject noiseAsJson(const DeepNoise& noise) {
+  QJsonObject object;
+  const char* const names[] = {"red", "green", "blue"};
+  for (std::size_t c = 0; c < 3; ++c) {
+    const auto at = [&](std::size_t level) { return double{noise.deviation[c][level]}; };
+    object[names[c]] = QJsonObject{{"dark", at(64)}, {"middle", at(128)}, {"bright", at(192)}};
+  }
+  return object;
 }
 
 void printJson(const PhotoInfo& info) {
@@ -73,7 +86,9 @@ void printJson(const PhotoInfo& info) {
                      {"height", static_cast<qint64>(info.height)},
                      {"orientation", photo.orientation().value_or(1)},
                      {"filtered", info.isFiltered},
-                     {"auto", parametersAsJson(info.parameters)}};
+                     {"auto", parametersAsJson(info.parameters)},
+                     {"noise", noiseAsJson(info.noise)},
+                     {"beyondLevels", info.noise.isBeyondLevels()}};
   object["psnr"] = std::isinf(info.psnr) ? QJsonValue("inf") : QJsonValue(info.psnr);
   if (photo.fileCreationDate) object["created"] = text(*photo.fileCreationDate);
   printLine(object);
@@ -88,8 +103,9 @@ void printText(const PhotoInfo& info) {
               photo.fileCreationDate.value_or("at an unknown time").c_str(),
               noiseText(info.psnr).c_str());
   if (info.isFiltered) {
-    std::printf("auto: sigma %d, template %d, search %d\n", p.sigmaVal, p.templateWinSize,
-                p.searchWinSize);
+    std::printf("auto: sigma %d, template %d, search %d, deep: %s%s\n", p.sigmaVal,
+                p.templateWinSize, p.searchWinSize, noiseText(info.noise).c_str(),
+                info.noise.isBeyondLevels() ? ", beyond the levels, use --deep" : "");
   } else {
     std::puts("too small to filter");
   }

@@ -51,15 +51,18 @@ struct Parser {
     auto* levelOption = command->add_option("--level", level, "Choose a strength of 1 to 10")
                             ->check(CLI::Range(1, 10))
                             ->excludes(automatic);
+    auto* deepOption =
+        command->add_flag("--deep", denoise.isDeep,
+                          "For strong noise: slower, with the noise measured by brightness");
     auto* templateOption =
         command->add_option("--template", parameters.templateWinSize, "Side of the compared patch")
-            ->excludes(automatic, levelOption);
+            ->excludes(automatic, levelOption, deepOption);
     auto* searchOption =
         command->add_option("--search", parameters.searchWinSize, "Side of the search window")
-            ->excludes(automatic, levelOption);
+            ->excludes(automatic, levelOption, deepOption);
     auto* sigmaOption =
         command->add_option("--sigma", parameters.sigmaVal, "Strength of the filter")
-            ->excludes(automatic, levelOption)
+            ->excludes(automatic, levelOption, deepOption)
             ->needs(templateOption, searchOption);
     templateOption->needs(searchOption, sigmaOption);
     searchOption->needs(templateOption, sigmaOption);
@@ -83,6 +86,9 @@ struct Parser {
         "Without -o or --output-dir the result is NAME-denoised.EXT beside the photo, in the\n"
         "photo's own format where it is one of the five, else PNG. An existing file is replaced\n"
         "only with --force, an input never.\n"
+        "With --deep, --auto takes the noise as measured, and a level scales it: 5 as measured, "
+        "10\n"
+        "twice, 1 a fifth.\n"
         "--template, --search and --sigma go together and take the place of --auto and --level.\n"
         "With --bare as well the samples go to the filter as they are decoded, whatever their\n"
         "number, and come back neither turned nor with metadata: what comparing engines needs.\n"
@@ -100,8 +106,12 @@ struct Parser {
         "\"orientation\" (1 to 8, of the file), \"psnr\" (dB, or \"inf\"), \"auto\" with "
         "\"sigma\", "
         "\"template\" and\n"
-        "\"search\" as exporting would use, and \"filtered\" (false for photos too small to "
-        "filter).");
+        "\"search\" as exporting would use, \"filtered\" (false for photos too small to "
+        "filter),\n"
+        "\"noise\" with \"red\", \"green\" and \"blue\", each with its standard deviation where "
+        "the\n"
+        "photo is \"dark\", \"middle\" and \"bright\" (levels 64, 128, 192 of 255), and "
+        "\"beyondLevels\"\n(true where the noise asks for denoise --deep).");
   }
 
   void addCalibrate() {

@@ -28,6 +28,8 @@ struct DenoiseOptions {
   bool quiet = false;
   bool details = false;
   bool referenceEngine = false;
+  /// The deep method in place of the levels' filter.
+  bool isDeep = false;
 };
 
 /// `velmara info`.

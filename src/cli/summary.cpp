@@ -12,6 +12,7 @@ std::string sizeText(const Summary& summary) {
 }
 
 std::string parameterText(const Summary& summary) {
+  if (summary.deepNoise) return "deep, noise " + noiseText(*summary.deepNoise);
   if (!summary.parameters) return "too small to filter, kept as it is";
   const FilterParameters& p = *summary.parameters;
   return "sigma " + std::to_string(p.sigmaVal) + ", template " + std::to_string(p.templateWinSize) +
@@ -19,6 +20,13 @@ std::string parameterText(const Summary& summary) {
 }
 
 }  // namespace
+
+std::string noiseText(const DeepNoise& noise) {
+  if (noise.isNone()) return "not found";
+  std::string text = "sigma";
+  for (const auto& channel : noise.deviation) text += " " + fixedText(double{channel[128]}, 1);
+  return text;
+}
 
 std::string noiseText(double psnr) {
   return std::isinf(psnr) ? "no noise found" : fixedText(psnr, 2) + " dB";

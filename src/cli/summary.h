@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "engine/deep/deep_noise.h"
 #include "session/denoise_parameters.h"
 
 namespace velmara::cli {
@@ -19,12 +20,16 @@ struct Summary {
   std::optional<double> psnr;
   /// Nothing for a photo too small to be filtered.
   std::optional<FilterParameters> parameters;
+  /// The noise that the deep method worked with.
+  std::optional<DeepNoise> deepNoise;
   double seconds = 0.0;
 };
 
 /// One line, or five with the details, each ending in a line end.
 std::string describe(const Summary& summary, bool details);
 
+/// "sigma 25.1 25.0 24.8" in the middle of red, green and blue, or "not found".
+std::string noiseText(const DeepNoise& noise);
 /// "27.94 dB", or "no noise found" for an infinite level.
 std::string noiseText(double psnr);
 

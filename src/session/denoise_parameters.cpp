@@ -109,6 +109,11 @@ FilterParameters exportParameters(double psnr, const DenoiseMode& mode) {
   return filterParameters(mapNoiseToParameters(effective, mode, true, {}).parameters, mode);
 }
 
+float deepStrength(const DenoiseMode& mode) {
+  constexpr float kLevelAsMeasured = 5.0F;
+  return mode.isAutoMode ? 1.0F : static_cast<float>(mode.denoiseLevelValue) / kLevelAsMeasured;
+}
+
 FilterParameters calibrationParameters(const SigmaThreshold& parameters, const DenoiseMode& mode) {
   const int templateWindow = templateWindowFor(mode);
   return {parameters.SIGMA_VAL, templateWindow, std::max(templateWindow, parameters.THRESHOLD_VAL)};

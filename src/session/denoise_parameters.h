@@ -68,6 +68,10 @@ FilterParameters filterParameters(const SigmaThreshold& parameters, const Denois
 /// earlier choices.
 FilterParameters exportParameters(double psnr, const DenoiseMode& mode);
 
+/// How many times as strong as measured the deep method takes the noise: once in automatic mode,
+/// else a fifth of the level.
+float deepStrength(const DenoiseMode& mode);
+
 /// The windows of a speed measurement: the larger of template and threshold, which differs from a
 /// run's on purpose.
 FilterParameters calibrationParameters(const SigmaThreshold& parameters, const DenoiseMode& mode);

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <exception>
 #include <new>
+#include <thread>
 #include <utility>
 
 #include "base/fixed_text.h"
@@ -35,6 +36,7 @@ class Run {
     if (request.photo) result_.photo = *request.photo;
     result_.psnrOfRealImage = request.psnrOfRealImage;
     result_.mapping = request.mapping;
+    result_.deepNoise = request.deepNoise;
     result_.pixelsProcessRate = request.pixelsProcessRate;
     planSteps();
   }
@@ -65,7 +67,10 @@ class Run {
 
   void planSteps() {
     const bool filters = request_.filters && !isOnlyWritten();
-    const bool measures = filters && !request_.parameters && request_.psnrOfRealImage == 0.0F;
+    const bool isMeasured =
+        request_.isDeep ? request_.deepNoise.has_value()
+                        : request_.parameters.has_value() || request_.psnrOfRealImage != 0.0F;
+    const bool measures = filters && !isMeasured;
     needsPixels_ = !request_.filters || (filters && isWhole()) || measures;
     const bool hasPixels = request_.photo && request_.photo->image.isValid();
     const bool writes = request_.output.has_value();
@@ -176,12 +181,16 @@ class Run {
     if (isTooSmall()) return Done{};
     const Image picture = atOwnSize(result_.photo.image);
     if (!picture.isValid()) return Error{kNoMemory};
+    if (request_.isDeep) {
+      result_.deepNoise = measureNoise(picture.bitmap());
+      return Done{};
+    }
     result_.psnrOfRealImage = static_cast<float>(services_.engine.psnr(picture));
     return Done{};
   }
 
   Status choose() {
-    if (isTooSmall()) return Done{};
+    if (isTooSmall() || request_.isDeep) return Done{};
     if (request_.parameters) {
       result_.parameters = request_.parameters;
       const FilterParameters& p = *request_.parameters;
@@ -207,9 +216,21 @@ class Run {
   Status filter() {
     const Image picture = pictureToFilter();
     if (!picture.isValid()) return Error{kNoMemory};
+    if (request_.isDeep && result_.deepNoise) return filterDeeply(picture);
     result_.image =
         result_.parameters ? services_.engine.denoise(picture, *result_.parameters) : picture;
     return result_.image.isValid() ? Status(Done{}) : Error{"the picture could not be filtered"};
+  }
+
+  Status filterDeeply(const Image& picture) {
+    const std::size_t step = indexOf(PhotoStep::filter);
+    JobControl control(control_, shareUpTo(step), shareUpTo(step + 1));
+    const DeepRequest deep{deepStrength(request_.mode), &services_.globalQueue,
+                           static_cast<int>(std::thread::hardware_concurrency())};
+    auto filtered = denoiseDeeply(picture.bitmap(), *result_.deepNoise, deep, control);
+    if (!filtered) return Error{kNoMemory};
+    result_.image = Image(std::move(*filtered), picture.profile()).withSize(picture.size());
+    return Done{};
   }
 
   Status turn() {

@@ -10,6 +10,7 @@
 #include "base/image.h"
 #include "base/job_control.h"
 #include "base/task_queue.h"
+#include "engine/deep/deep_denoise.h"
 #include "imaging/image_writer.h"
 #include "session/denoise_engine.h"
 #include "session/denoise_parameters.h"
@@ -72,6 +73,12 @@ struct PhotoJobRequest {
   /// What earlier manual choices have left behind.
   ManualMapping mapping;
 
+  /// The deep method in place of the levels' filter: its strength is that of the measured noise, or
+  /// of a level with 5 for the noise as measured. Not with `parameters`.
+  bool isDeep = false;
+  /// The noise of the whole photo as the deep method measures it; measured if it is not there.
+  std::optional<DeepNoise> deepNoise;
+
   /// Measure this machine's speed before the run as the session does: with the first run's
   /// parameters while `pixelsProcessRate` is 0, with the run's own before an export.
   bool calibrates = false;
@@ -114,6 +121,8 @@ struct PhotoJobResult {
   /// What was filtered with; nothing for a photo or region that is too small for the filter and was
   /// passed through, and where nothing was filtered.
   std::optional<FilterParameters> parameters;
+  /// The noise the deep method worked with.
+  std::optional<DeepNoise> deepNoise;
   /// The rate handed in or measured.
   std::int64_t pixelsProcessRate = 0;
 

@@ -41,6 +41,13 @@ bool DeepNoise::isNone() const {
   return most < 0.3F;
 }
 
+bool DeepNoise::isBeyondLevels() const {
+  constexpr float kReach = 17.0F;
+  float sum = 0.0F;
+  for (const auto& channel : deviation) sum += channel[128];
+  return sum > 3 * kReach;
+}
+
 DeepNoise whiteNoise(float deviation) {
   DeepNoise noise;
   for (auto& channel : noise.deviation) channel.fill(deviation);

@@ -21,6 +21,9 @@ struct DeepNoise {
 
   /// Whether there is none worth filtering.
   bool isNone() const;
+  /// Whether it is more than the ten levels of the other method reach: beyond, even the highest
+  /// hardly does anything.
+  bool isBeyondLevels() const;
 };
 
 /// White noise of one deviation in all channels.
