@@ -10,6 +10,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "engine/deep/deep_pictures.h"
 #include "imaging/image_reader.h"
 #include "imaging/initialise.h"
 #include "imaging/metadata.h"
@@ -103,6 +104,31 @@ TEST_F(CommandTest, BothEnginesWriteTheSameFile) {
               contentsOf(folder.file("reference" + level + ".bmp")));
   }
   EXPECT_NE(contentsOf(folder.file("fast1.bmp")), contentsOf(folder.file("fast10.bmp")));
+}
+
+TEST_F(CommandTest, DeepCleansWhatTheLevelsCannot) {
+  const Bitmap clean = scene(240, 180);
+  const Bitmap noisy = withWhiteNoise(clean, 30.0);
+  std::string file = "P6 240 180 255\n";
+  file.append(noisy.bytes().begin(), noisy.bytes().end());
+  writeFile(folder.file("in.ppm"), file);
+  const auto gain = [&](std::vector<std::string> words) {
+    words.insert(words.begin(), "denoise");
+    words.insert(words.end(), {"--force", "-o", "out.png", "in.ppm"});
+    const auto result = velmara(words, folder);
+    EXPECT_EQ(result.exitCode, 0) << result.errors;
+    const auto image = readImage(folder.file("out.png"));
+    return image ? psnrBetween(image->bitmap(), clean) - psnrBetween(noisy, clean) : 0.0;
+  };
+  EXPECT_LT(gain({"--level", "10"}), 3.0);
+  const double measured = gain({"--deep"});
+  EXPECT_GT(measured, 9.0);
+  EXPECT_DOUBLE_EQ(gain({"--deep", "--level", "5"}), measured);
+  EXPECT_LT(gain({"--deep", "--level", "1"}), 3.0);
+
+  const auto info = velmara({"info", "--json", "in.ppm"}, folder);
+  EXPECT_THAT(info.output, HasSubstr("\"beyondLevels\":true"));
+  EXPECT_THAT(info.output, testing::ContainsRegex("\"green\":[{][^}]*\"middle\":(29|30)[.]"));
 }
 
 TEST_F(CommandTest, WritesEveryFormatAndAComparison) {

@@ -35,6 +35,7 @@ TEST(OptionsTest, RefusesWrongUsageWithCodeTwo) {
       {"denoise", "--template", "3", "--search", "7", "--sigma", "5", "--level", "2", "a.jpg"},
       {"denoise", "--sigma", "many", "--template", "3", "--search", "7", "a.jpg"},
       {"denoise", "--bare", "a.jpg"},
+      {"denoise", "--deep", "--template", "3", "--search", "7", "--sigma", "5", "a.jpg"},
       {"denoise", "--format", "webp", "a.jpg"},
       {"denoise", "-o", "out.xyz", "a.jpg"},
       {"denoise", "-o", "out.png", "a.jpg", "b.jpg"},
