@@ -79,6 +79,7 @@ void PreviewController::layoutPreviewContainer() {
   views_.vwBeforeAfter->setGeometry(
       wholeRect({0, main.height - caption, main.width, 1.0 * caption}));
   views_.vwBeforeAfter->raise();
+  views_.vwDragging->raise();
 }
 
 void PreviewController::layoutContainers() {
@@ -176,15 +177,21 @@ void PreviewController::btnSizeTapped(int tag) {
   resizePreviewImageAndProcessWithTag(static_cast<PreviewSize>(tag));
 }
 
-// The move to the new place has no duration: what was spread over two queues and an animation is
-// one step.
 void PreviewController::resizePreviewImageAndProcessWithTag(PreviewSize size) {
   region_.setIsBeforeCallingAlgo();
   if (!region_.mayChange() || !hasPicture()) return;
   services_.log("Resizing Preview Image & Process !!");
-  showPicture(viewport_.withSize(size));
-  views_.splitView->hide();
+  viewport_ = viewport_.withSize(size);
   notifyState();
+  views_.splitView->hide();
+  performZoomAnimationToPreviewsToFitRect(viewport_.rectPreviewPhoto);
+}
+
+// The move has no duration, so there is nothing to wait for.
+void PreviewController::performZoomAnimationToPreviewsToFitRect(const Rect& rect) {
+  Viewport moved = viewport_;
+  moved.rectPreviewPhoto = rect;
+  showPicture(moved);
   postCrop();
 }
 

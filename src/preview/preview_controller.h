@@ -44,6 +44,8 @@ class PreviewController {
 
   void btnSizeTapped(int tag);
   void resizePreviewImageAndProcessWithTag(PreviewSize size);
+  /// Moves the picture to a frame in its container, at once, and asks for its result.
+  void performZoomAnimationToPreviewsToFitRect(const Rect& rect);
   void btnZoomInTapped();
   void btnZoomOutTapped();
   void zoomPreviewsWithCurrentZoomFactor();

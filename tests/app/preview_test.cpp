@@ -15,6 +15,7 @@
 #include "support/run_program.h"
 #include "widgets/action_button.h"
 #include "widgets/customized_split_view.h"
+#include "widgets/style.h"
 
 namespace velmara {
 namespace {
@@ -128,10 +129,11 @@ TEST_F(PreviewTest, AnotherPhotoOverAnOpenOneShowsTheRing) {
   EXPECT_FALSE(main.isHighlighted());
   EXPECT_TRUE(ring.isVisible() && ring.isHighlighted());
   EXPECT_EQ(ring.geometry(), main.rect());
-  // It lets the picture through, and the mouse.
-  const QImage window = view("vwMainContainer").grab().toImage();
-  EXPECT_EQ(window.copy(100, 100, 50, 50),
+  // It lets the picture through, and the mouse, and lies over the captions.
+  const QImage shown = main.grab().toImage();
+  EXPECT_EQ(shown.copy(100, 100, 50, 50),
             view("vwImageContainer").grab().toImage().copy(100, 100, 50, 50));
+  EXPECT_EQ(shown.pixelColor(main.width() / 4, main.height() - 2), style::kFocusRing);
   EXPECT_NE(main.childAt(300, 300), &ring);
   QDragLeaveEvent leave;
   QApplication::sendEvent(&main, &leave);

@@ -192,75 +192,46 @@ TEST_F(DropViewsTest, TheDelegateOrTheViewMayGoMeanwhile) {
   QCoreApplication::processEvents();
 }
 
+// A step is what happens (Down, up, Double click, move), when, and at which x.
 struct MouseStep {
-  QEvent::Type type;
-  Qt::MouseButton button;
+  char what;
   quint64 time;
-  QPointF where;
+  int x = 10;
+  Qt::MouseButton button = Qt::LeftButton;
 };
 
 TEST_F(DropViewsTest, ForwardsSingleClicksAndEveryDrag) {
-  constexpr auto kDown = QEvent::MouseButtonPress;
-  constexpr auto kUp = QEvent::MouseButtonRelease;
-  constexpr auto kDouble = QEvent::MouseButtonDblClick;
-  constexpr auto kMove = QEvent::MouseMove;
-  constexpr auto kLeft = Qt::LeftButton;
-  const QPointF at(10, 10);
   struct Case {
     const char* name;
     std::vector<MouseStep> steps;
     Strings calls;
   };
+  const MouseStep down{'d', 0}, up{'u', 50}, again{'D', 100}, upAgain{'u', 150};
   const Case cases[] = {
-      {"single", {{kDown, kLeft, 0, at}, {kUp, kLeft, 50, at}}, {"down", "up"}},
-      {"double",
-       {{kDown, kLeft, 0, at},
-        {kUp, kLeft, 50, at},
-        {kDouble, kLeft, 100, at},
-        {kUp, kLeft, 150, at}},
-       {"down", "up"}},
+      {"single", {down, up}, {"down", "up"}},
+      {"double", {down, up, again, upAgain}, {"down", "up"}},
       // The toolkit sends the third press of a row as a plain one.
-      {"triple",
-       {{kDown, kLeft, 0, at},
-        {kUp, kLeft, 50, at},
-        {kDouble, kLeft, 100, at},
-        {kUp, kLeft, 150, at},
-        {kDown, kLeft, 200, at},
-        {kUp, kLeft, 250, at}},
-       {"down", "up"}},
-      {"two singles",
-       {{kDown, kLeft, 0, at},
-        {kUp, kLeft, 50, at},
-        {kDown, kLeft, 5000, at},
-        {kUp, kLeft, 5050, at}},
-       {"down", "up", "down", "up"}},
-      {"two places",
-       {{kDown, kLeft, 0, at},
-        {kUp, kLeft, 50, at},
-        {kDown, kLeft, 100, {200, 90}},
-        {kUp, kLeft, 150, {200, 90}}},
-       {"down", "up", "down", "up"}},
-      {"drag",
-       {{kDown, kLeft, 0, at}, {kMove, kLeft, 50, {30, 30}}, {kUp, kLeft, 80, {30, 30}}},
-       {"down", "dragged", "up"}},
+      {"triple", {down, up, again, upAgain, {'d', 200}, {'u', 250}}, {"down", "up"}},
+      {"two singles", {down, up, {'d', 5000}, {'u', 5050}}, {"down", "up", "down", "up"}},
+      {"two places", {down, up, {'d', 100, 200}, {'u', 150, 200}}, {"down", "up", "down", "up"}},
+      {"drag", {down, {'m', 40, 30}, up}, {"down", "dragged", "up"}},
       {"drag of a double click",
-       {{kDown, kLeft, 0, at},
-        {kUp, kLeft, 50, at},
-        {kDouble, kLeft, 100, at},
-        {kMove, kLeft, 150, {30, 30}},
-        {kUp, kLeft, 180, {30, 30}}},
+       {down, up, again, {'m', 120, 30}, upAgain},
        {"down", "up", "dragged"}},
-      {"right", {{kDown, Qt::RightButton, 0, at}, {kUp, Qt::RightButton, 50, at}}, {}},
-      {"hover", {{kMove, Qt::NoButton, 0, at}}, {}},
+      {"right", {{'d', 0, 10, Qt::RightButton}, {'u', 50, 10, Qt::RightButton}}, {}},
+      {"hover", {{'m', 0, 10, Qt::NoButton}}, {}},
   };
   quint64 start = 100'000;
   for (const Case& c : cases) {
     delegate.calls.clear();
     for (const MouseStep& step : c.steps) {
-      const bool isMove = step.type == kMove;
-      const Qt::MouseButtons held = step.type == kUp ? Qt::NoButton : step.button;
-      QMouseEvent event(step.type, step.where, step.where, isMove ? Qt::NoButton : step.button,
-                        held, Qt::NoModifier);
+      const QEvent::Type type = step.what == 'd'   ? QEvent::MouseButtonPress
+                                : step.what == 'u' ? QEvent::MouseButtonRelease
+                                : step.what == 'D' ? QEvent::MouseButtonDblClick
+                                                   : QEvent::MouseMove;
+      const QPointF where(step.x, 10);
+      QMouseEvent event(type, where, where, step.what == 'm' ? Qt::NoButton : step.button,
+                        step.what == 'u' ? Qt::NoButton : step.button, Qt::NoModifier);
       event.setTimestamp(start + step.time);
       QCoreApplication::sendEvent(&ringing, &event);
     }
@@ -301,12 +272,16 @@ TEST_F(DropViewsTest, TheRingLiesInsideTheView) {
   EXPECT_EQ(defaultLineWidth(), 6.0);
 }
 
+// Over a photo it draws nothing but the ring.
 TEST_F(DropViewsTest, AnEmptyWindowInvitesInItsMiddle) {
   ringing.resize(900, 600);
   const QImage image = picture(ringing);
   EXPECT_GT(darkPixels(image.copy(250, 150, 400, 300)), 300);
   EXPECT_EQ(darkPixels(image.copy(0, 0, 900, 150)), 0);
   EXPECT_EQ(darkPixels(image.copy(0, 450, 900, 150)), 0);
+  ringing.setLiesOverPhoto(true);
+  EXPECT_EQ(darkPixels(picture(ringing)), 0);
+  ringing.setLiesOverPhoto(false);
   ringing.resize(90, 60);
   EXPECT_EQ(darkPixels(picture(ringing)), 0);
 }
