@@ -25,7 +25,7 @@ class PreviewInputTest : public ScreenTest {
     QApplication::sendEvent(&area, &event);
   }
   std::string largePhoto() {
-    runProgram({"convert", photo(), "-resize", "1400x1200!", folder.file("large.png")});
+    runProgram({"convert", photo(), "-resize", "900x800!", folder.file("large.png")});
     return folder.file("large.png");
   }
   const PictureView& picture() { return view<PictureView>("imgPreviewPhoto"); }
@@ -46,7 +46,7 @@ TEST_F(PreviewInputTest, CtrlAndTheWheelZoomAboutThePointer) {
   EXPECT_EQ(view<QLabel>("txtZoomLevel").text(), "110 %");
   ASSERT_TRUE(waitForResult());
   const PixelRect after = picture().frame();
-  EXPECT_EQ(after.width, 1540);
+  EXPECT_EQ(after.width, 990);
   // The same place of the photo lies under the pointer, to the pixel that rounding costs.
   EXPECT_NEAR((pointer.x() - after.x) / 1.1, pointer.x() - before.x, 1.0);
   EXPECT_NEAR((pointer.y() - after.y) / 1.1, pointer.y() - before.y, 1.0);
@@ -115,10 +115,10 @@ TEST_F(PreviewInputTest, ArrowKeysPanToTheEdgeAndEndInAFreshResult) {
   EXPECT_EQ(picture().frame().x, 0);
   for (int i = 0; i < 30; ++i) QTest::keyClick(&area, Qt::Key_Up);
   EXPECT_EQ(picture().frame().y, 0);
-  for (int i = 0; i < 60; ++i) QTest::keyClick(&area, Qt::Key_Right);
-  EXPECT_EQ(picture().frame().x, room.width() - 1400);
-  for (int i = 0; i < 60; ++i) QTest::keyClick(&area, Qt::Key_Down);
-  EXPECT_EQ(picture().frame().y, room.height() - 1200);
+  for (int i = 0; i < 30; ++i) QTest::keyClick(&area, Qt::Key_Right);
+  EXPECT_EQ(picture().frame().x, room.width() - 900);
+  for (int i = 0; i < 30; ++i) QTest::keyClick(&area, Qt::Key_Down);
+  EXPECT_EQ(picture().frame().y, room.height() - 800);
   // At the edge nothing moves any more, but what is seen now has no result yet.
   EXPECT_FALSE(screen().preview().isResultShown());
   ASSERT_TRUE(waitForResult());
