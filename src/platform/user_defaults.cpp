@@ -3,6 +3,9 @@
 #include <QFile>
 #include <QStandardPaths>
 
+#include <filesystem>
+#include <system_error>
+
 #include "platform/log.h"
 
 namespace velmara {
@@ -20,7 +23,14 @@ std::string userDefaultsPath() {
 }
 
 UserDefaults::UserDefaults(const std::string& path)
-    : settings_(QFile::decodeName(path.c_str()), QSettings::IniFormat) {}
+    : settings_(QFile::decodeName(path.c_str()), QSettings::IniFormat) {
+  // Which photos were opened is nobody else's business.
+  std::error_code ignored;
+  const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+  if (std::filesystem::create_directories(folder, ignored)) {
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all, ignored);
+  }
+}
 
 QVariant UserDefaults::value(std::string_view key) const {
   return settings_.value(toQString(key));

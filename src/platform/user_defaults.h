@@ -18,7 +18,7 @@ std::string userDefaultsPath();
 /// makes sense. Main thread.
 class UserDefaults {
  public:
-  /// `path` is in the system's own bytes.
+  /// `path` is in the system's own bytes; a folder that has to be made for it is private.
   explicit UserDefaults(const std::string& path);
 
   /// An invalid value when the key is absent.

@@ -42,6 +42,8 @@ TEST(UserDefaultsTest, EveryTypeSurvivesARestart) {
     defaults.set("one", QVariantList{photo});
     defaults.set("two", QVariantList{photo, QVariantMap{{"path", QByteArray()}}});
     ASSERT_TRUE(defaults.synchronize());
+    EXPECT_EQ(std::filesystem::status(folder.file("new folder \xff")).permissions(),
+              std::filesystem::perms::owner_all);
     EXPECT_EQ(defaults.dictionaries("one"), QList<QVariantMap>{photo});
   }
   const UserDefaults defaults(file);
