@@ -53,7 +53,7 @@ double FilterRun::comparisons() const {
 
 ThreadQueue& benchWorkers() {
   benchMainQueue();  // Made first, so that it ends after the tasks that use it.
-  static ThreadQueue queue(static_cast<int>(std::max(1U, std::thread::hardware_concurrency())));
+  static ThreadQueue queue(static_cast<int>(std::max(1U, std::thread::hardware_concurrency())) - 1);
   return queue;
 }
 

@@ -47,7 +47,8 @@ class FilterRun {
   FilterBuffers buffers_;
 };
 
-/// As many threads as the machine has processors, kept for the whole program.
+/// With the calling thread as many threads as the machine has processors, kept for the whole
+/// program.
 ThreadQueue& benchWorkers();
 ThreadQueue& benchMainQueue();
 

@@ -97,11 +97,18 @@ void calibration(benchmark::State& state) {
   const auto engine = benchEngine();
   std::int64_t rate = 0;
   for (auto _ : state) {
-    rate = engine.calculateProcessingSpeedForTestImage(photo, 5, 14, 10);
+    rate =
+        engine.calculateProcessingSpeedForTestImage(photo, 5, static_cast<int>(state.range(0)), 10);
   }
   state.counters["pixels_per_second"] = static_cast<double>(rate);
 }
-BENCHMARK(calibration)->Unit(benchmark::kMillisecond)->Iterations(7);
+BENCHMARK(calibration)
+    ->ArgName("search")
+    ->Arg(14)
+    ->Arg(40)
+    ->Arg(64)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3);
 
 [[maybe_unused]] const bool registered = [] {
   const auto add = [](const std::string& name, int t, int s, int sigma, std::int64_t megapixels) {

@@ -18,7 +18,7 @@ constexpr std::uint64_t kFileHeader = 8;
 std::uint64_t pictureLength(const Bitmap& bitmap) {
   constexpr std::uint64_t kCountAndLink = 2 + 4;
   constexpr std::uint64_t kField = 12;
-  constexpr std::uint64_t kResolutions = 2 * 8;
+  constexpr std::uint64_t kResolutions = 16;
   const auto samples = static_cast<std::uint64_t>(bitmap.samplesPerPixel());
   const std::uint64_t fields = bitmap.hasAlpha() ? 13 : 12;
   const std::uint64_t bitDepths = samples > 2 ? 2 * samples : 0;

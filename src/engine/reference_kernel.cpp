@@ -55,7 +55,7 @@ void normaliseWeights(std::span<const double> weightTable, std::span<const std::
 // normalised weights, added from the first candidate to the last and truncated, never rounded.
 void averageCandidates(const SourceSamples& source, const FilterGeometry& geometry,
                        std::span<const double> nw, int x, int y, std::uint8_t* pixel) {
-  const std::int64_t channels = geometry.channelsIm;
+  const std::int64_t channels = geometry.channelsIm == 1 ? 1 : 3;
   const int s = geometry.searchWinSize;
   std::int64_t row = (std::int64_t{y} + geometry.tr) * geometry.sourceStride() +
                      (std::int64_t{x} + geometry.tr) * channels;

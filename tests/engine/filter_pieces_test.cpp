@@ -131,7 +131,7 @@ TEST(KernelTest, WithoutAnyWeightThePixelTakesItsRightNeighbour) {
   for (std::size_t i = 0; i < call.source.size(); ++i) {
     call.source[i] = static_cast<std::uint8_t>(i);
   }
-  call.buffers.weightTable.entries.assign(3 * 65536, 0.0);
+  call.buffers.weightTable.entries.assign(196608, 0.0);
   ASSERT_TRUE(call.run());
   // Padded rows are 4 pixels: pixel 0 stands at byte 15, its neighbour at 18.
   EXPECT_EQ(call.dest, (Bytes{18, 19, 20, 21, 22, 23}));
