@@ -10,6 +10,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "platform/log_file.h"
+
 namespace velmara {
 namespace {
 
@@ -32,6 +34,7 @@ void writeToStandardError(std::string_view text) {
     if (written <= 0) return;
     rest.remove_prefix(static_cast<std::size_t>(written));
   }
+  rotateLogFile();
 }
 
 }  // namespace

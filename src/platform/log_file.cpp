@@ -4,31 +4,74 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <mutex>
 #include <pwd.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
 #include "platform/log.h"
 
 namespace velmara {
+namespace {
+
+struct LogFile {
+  std::string path;  ///< empty while standard error is not sent to it
+  std::int64_t largest = 0;
+};
+
+std::mutex logFileMutex;
+LogFile& logFile() {
+  static LogFile file;
+  return file;
+}
+
+bool sendStandardErrorTo(const std::string& path) {
+  // Not freopen: when that fails, the old stream is already closed.
+  constexpr mode_t kMode = 0666;
+  const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kMode);
+  if (file < 0) return false;
+  std::fflush(stderr);
+  const bool isSent = ::dup2(file, STDERR_FILENO) >= 0;
+  ::close(file);
+  return isSent;
+}
+
+}  // namespace
 
 std::string logFilePath(const std::string& home, const std::string& bundleName) {
   return (std::filesystem::path(home) / "Library" / "Logs" / (bundleName + ".log")).string();
 }
 
-std::string redirectStandardErrorToLogFile(const std::string& home, const std::string& bundleName) {
+std::string redirectStandardErrorToLogFile(const std::string& home, const std::string& bundleName,
+                                           std::int64_t largest) {
   std::string path = logFilePath(home, bundleName);
   logLine("LogPath " + path);
   std::error_code ignored;
   std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
-  // Not freopen: when that fails, the old stream is already closed.
-  constexpr mode_t kMode = 0666;
-  const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kMode);
-  if (file < 0) return path;
-  std::fflush(stderr);
-  ::dup2(file, STDERR_FILENO);
-  ::close(file);
+  if (sendStandardErrorTo(path)) {
+    const std::scoped_lock lock(logFileMutex);
+    logFile() = {path, largest};
+  }
+  rotateLogFile();
   return path;
+}
+
+void rotateLogFile() {
+  struct stat open {};
+  struct stat named {};
+  const std::scoped_lock lock(logFileMutex);
+  const auto& [path, largest] = logFile();
+  if (path.empty() || ::fstat(STDERR_FILENO, &open) != 0 || open.st_size <= largest) return;
+  // Another process may have put it away already, or be about to.
+  if (::flock(STDERR_FILENO, LOCK_EX | LOCK_NB) != 0) return;
+  const int locked = ::dup(STDERR_FILENO);
+  const bool isNamed = ::stat(path.c_str(), &named) == 0 && named.st_ino == open.st_ino &&
+                       named.st_dev == open.st_dev;
+  if (!isNamed || ::rename(path.c_str(), (path + ".1").c_str()) == 0) sendStandardErrorTo(path);
+  ::flock(locked, LOCK_UN);
+  ::close(locked);
 }
 
 std::string homeDirectory() {
