@@ -37,6 +37,15 @@ function(velmara_unity target)
   endforeach()
 endfunction()
 
+# velmara_soname(VARIABLE LIBRARY): the library's own name, with the version of the interface that
+# its headers are of: what it is loaded by when the program does not link it.
+function(velmara_soname variable library)
+  execute_process(COMMAND ${CMAKE_OBJDUMP} -p ${library} OUTPUT_VARIABLE headers
+                  COMMAND_ERROR_IS_FATAL ANY)
+  string(REGEX MATCH "SONAME +([^\n ]+)" soname "${headers}")
+  set(${variable} ${CMAKE_MATCH_1} PARENT_SCOPE)
+endfunction()
+
 # velmara_layer(NAME SOURCES ... LINKS ... PRIVATE_LINKS ...): the static library of one layer.
 # A layer links only the layers below it, so an arrow that points upward fails to link, and
 # tools/check_layers.py refuses it as an include.

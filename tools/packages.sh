@@ -7,10 +7,12 @@ PACKAGES_RUN="
   fonts-dejavu-core
   g++
   libcli11-dev
+  libcurl4-openssl-dev
   libexiv2-dev
   libhwy-dev
   libmnl-dev
   libpcre2-dev
+  libplist-dev
   librsvg2-bin
   libvips-dev
   ninja-build

@@ -1,14 +1,15 @@
 #include "app/app_delegate.h"
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QMetaObject>
+#include <QUrl>
 #include <QWidget>
 
 #include <array>
 #include <string>
 #include <utility>
 
-#include "app/late_sender.h"
 #include "app/main_window_controller.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
@@ -35,8 +36,7 @@ AppDelegate::AppDelegate(AppEnvironment environment)
           {.applicationSupportDirectory = environment_.applicationSupport,
            .bundle = environment_.bundle,
            .alerts = &environment_.alerts,
-           .presentError = [this](const DataStoreError& error) { return presentError(error); }}),
-      sender_(std::make_shared<LateSender>(environment_.httpOptions)) {}
+           .presentError = [this](const DataStoreError& error) { return presentError(error); }}) {}
 
 AppDelegate::~AppDelegate() {
   eventLoopTimers().cancel(this);
@@ -112,7 +112,12 @@ void AppDelegate::saveAsTapped() {
 }
 
 void AppDelegate::showVMPHelp() {
-  openURL(environment_.addresses.supportPage, false);
+  // Without a page of the maker's, the one that came with the program.
+  const std::string manual = environment_.bundle.pathForResource("manual/index.html");
+  const bool isHere = reachesNobody(environment_.addresses.supportPage) && !manual.empty();
+  openURL(isHere ? QUrl::fromLocalFile(QFile::decodeName(manual.c_str())).toEncoded().toStdString()
+                 : environment_.addresses.supportPage,
+          false);
 }
 
 bool AppDelegate::openURL(const std::string& url, bool inBackground) {

@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include <memory>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -19,7 +20,6 @@ namespace velmara {
 
 class AppStoreWindow;
 class FeedbackWindowController;
-class LateSender;
 class MainWindowController;
 
 /// Start, shared slots and end of the application. Main thread.
@@ -91,12 +91,13 @@ class AppDelegate : public QObject {
 
  private:
   void trackInstall();
+  bool asksForInternet();
   FeedbackUploads& uploads();
   bool presentError(const DataStoreError& error);
 
   AppEnvironment environment_;
   DataStore dataStore_;
-  std::shared_ptr<LateSender> sender_;
+  std::stop_source servicesEnd_;
   std::unique_ptr<FeedbackUploads> uploads_;
   std::unique_ptr<MainWindowController> windowController_;
   FeedbackWindowController* feedbackController_ = nullptr;  ///< owned by the main window

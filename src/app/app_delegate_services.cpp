@@ -1,17 +1,18 @@
 // The services' seats: install tracking, reachability, feedback.
+#include <QTimer>
+
 #include "app/app_delegate.h"
-#include "app/late_sender.h"
 #include "app/sheets/feedback_window_controller.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
 #include "platform/notification_names.h"
-#include "platform/timer.h"
 #include "widgets/app_store_window.h"
 
 namespace velmara {
 namespace {
 
-constexpr Seconds kSendingBegins(0.3);
+// What a first request loads would hold up a window that is not there yet.
+constexpr std::chrono::milliseconds kSendingBegins(300);
 
 }  // namespace
 
@@ -20,12 +21,14 @@ void AppDelegate::trackInstall() {
   if (defaults.value(defaults_keys::kTrackedForAppStore).isValid()) return;
   TrackerSetup setup;
   setup.addresses = environment_.addresses;
-  setup.send = [sender = sender_](const HttpRequest& request) { return sender->send(request); };
-  setup.queue = &globalQueue();
+  setup.send = [http = environment_.http, stop = servicesEnd_.get_token()](
+                   const HttpRequest& request) { return post(request, http, stop); };
+  setup.async = [this](const std::function<void()>& task) {
+    QTimer::singleShot(kSendingBegins, this, [task] { globalQueue().async(task); });
+  };
   setup.serialNumber = environment_.serialNumber;
   setup.isSilent = environment_.asksForNoTracking;
   tracker = Tracker::initWithApp(Tracker::kApplicationCode, std::move(setup));
-  eventLoopTimers().after(this, "begin", kSendingBegins, [sender = sender_] { sender->begin(); });
   tracker->crossTrackingForProductId(Tracker::kProductId);
   defaults.set(defaults_keys::kTrackedForAppStore, QStringLiteral("TRACKING CALLED"));
 }
@@ -60,7 +63,7 @@ FeedbackUploads& AppDelegate::uploads() {
                      .bundle = environment_.bundle,
                      .addresses = environment_.addresses,
                      .serialNumber = environment_.serialNumber};
-    setup.http = environment_.httpOptions();
+    setup.http = environment_.http;
     setup.mainQueue = &mainQueue();
     setup.globalQueue = &globalQueue();
     uploads_ = std::make_unique<FeedbackUploads>(std::move(setup));
@@ -68,27 +71,37 @@ FeedbackUploads& AppDelegate::uploads() {
   return *uploads_;
 }
 
+// A route that was missed at the start, or since, is no reason to refuse.
+bool AppDelegate::asksForInternet() {
+  if (!isInternetAvailable) {
+    internetReachability->startNotifier();
+    updateInterfaceWithReachability(*internetReachability);
+  }
+  return isInternetAvailable;
+}
+
 void AppDelegate::showFeedback() {
   if (feedbackController_ == nullptr) {
-    feedbackController_ = new FeedbackWindowController(
-        {.alerts = environment_.alerts,
-         .isInternetAvailable = [this] { return isInternetAvailable; },
-         .extractInfoAndSendFeedback =
-             [this](const FeedbackForm& form) {
-               uploads().extractInfoAndSendFeedback(true, environment_.addresses.supportEmail,
-                                                    form);
-             },
-         .describe =
-             [this](const FeedbackForm& form, std::function<void(const FeedbackReport&)> receiver) {
-               uploads().describe(form, std::move(receiver));
-             }},
-        windowMain());
+    FeedbackServices services{.alerts = environment_.alerts, .panels = environment_.panels};
+    services.reachesNobody = reachesNobody(environment_.addresses.feedbackEndpoint);
+    services.isInternetAvailable = [this] { return asksForInternet(); };
+    services.extractInfoAndSendFeedback = [this](const FeedbackForm& form) {
+      uploads().extractInfoAndSendFeedback(true, environment_.addresses.supportEmail, form);
+    };
+    services.describe = [this](const FeedbackForm& form, auto receiver) {
+      uploads().describe(form, std::move(receiver));
+    };
+    services.proposedFileName = [this] { return uploads().proposedFileName(); };
+    services.saveReport = [this](const FeedbackForm& form, const std::string& path, auto saved) {
+      uploads().saveReport(form, path, std::move(saved));
+    };
+    feedbackController_ = new FeedbackWindowController(std::move(services), windowMain());
   }
   feedbackController_->showSheet();
 }
 
 void AppDelegate::endServices() {
-  sender_->shutDown();
+  servicesEnd_.request_stop();
   uploads_.reset();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdlib>
 #include <functional>
 #include <optional>
 #include <string>
@@ -10,10 +11,10 @@
 #include "platform/panels.h"
 #include "platform/user_defaults.h"
 #include "platform/workspace.h"
-#include "services/do_not_track.h"
-#include "services/http_connection.h"
+#include "services/http_client.h"
 #include "services/service_addresses.h"
 #include "services/system_info.h"
+#include "services/tracking_messages.h"
 #include "session/denoise_engine.h"
 
 namespace velmara {
@@ -34,10 +35,9 @@ struct AppEnvironment {
   std::string home = homeDirectory();
   std::string applicationSupport = applicationSupportDirectory();
   /// DO_NOT_TRACK: the install report is not sent.
-  bool asksForNoTracking = environmentAsksForNoTracking();
+  bool asksForNoTracking = velmara::asksForNoTracking(std::getenv("DO_NOT_TRACK"));
   std::function<std::optional<std::string>()> serialNumber = SystemInfo::getSerialNumber;
-  /// Called on whatever thread first sends something.
-  std::function<HttpOptions()> httpOptions = [] { return HttpOptions{}; };
+  HttpOptions http = {};
 };
 
 }  // namespace velmara

@@ -5,6 +5,7 @@
 #include <QTranslator>
 
 #include <clocale>
+#include <csignal>
 #include <cstdlib>
 
 #include "app/app_delegate.h"
@@ -43,6 +44,7 @@ void installEngine() {
 
 int runApplication(int argc, char** argv, const ServiceAddresses& addresses) {
   redirectStandardErrorToLogFile(homeDirectory(), mainBundle().CFBundleName);
+  std::signal(SIGPIPE, SIG_IGN);  // A peer that goes away is an error of the write, not the end.
   QApplication application(argc, argv);
   // The toolkit takes the user's locale over; numbers in files and the log keep their point.
   std::setlocale(LC_NUMERIC, "C");

@@ -14,6 +14,7 @@ std::vector<std::string> findResourceFolders() {
     folders.push_back((program.parent_path().parent_path() / "share" / "velmara").string());
   }
   folders.emplace_back(VELMARA_SOURCE_DATA_DIR);
+  folders.emplace_back(VELMARA_SOURCE_DATA_DIR "/../docs");
   return folders;
 }
 

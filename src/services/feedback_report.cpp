@@ -1,9 +1,14 @@
 #include "services/feedback_report.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
+#include <vector>
 
+#include "platform/log_file.h"
+#include "services/local_date.h"
 #include "services/string_escaping.h"
+#include "services/usage_report.h"
 
 namespace velmara {
 namespace {
@@ -11,99 +16,171 @@ namespace {
 using StringEscaping::xmlSimpleEscapeString;
 using StringEscaping::xmlSimpleEscapeStringNEW;
 
+// Escaped whole before the values take their places.
+constexpr const char* kTemplate =
+    "<sf_feedback>"
+    "<feedback><appname>%@</appname><email>%@</email><feedback_type>%@</feedback_type>"
+    "<content>%@</content></feedback>"
+    "<logs_info><logs_Data>%@</logs_Data><logs_Data_Scan>%@</logs_Data_Scan></logs_info>"
+    "<sys_info><os_version>%@</os_version><proc_name>%@</proc_name><ram_info>%@</ram_info>"
+    "</sys_info>"
+    "<key><keyvalue></keyvalue><machineid>%@</machineid>"
+    "<registered_email_id></registered_email_id></key>"
+    "<campaign_info><affiliateid></affiliateid><utm_campaign></utm_campaign>"
+    "<utm_content></utm_content><utm_medium></utm_medium><utm_source></utm_source>"
+    "<utm_term></utm_term><x-at></x-at><URL_BUYNOW>%@</URL_BUYNOW></campaign_info>"
+    "<app_info><app_ver>%@</app_ver></app_info>"
+    "</sf_feedback>";
+constexpr std::string_view kPlaceholder = "%@";
+
 std::string withoutSpaces(std::string text) {
   std::erase(text, ' ');
   return text;
 }
 
-// Writes elements whose tags are escaped, as those of a template that was escaped whole, around
-// values that are not.
-class ReportWriter {
- public:
-  void open(const std::string& name) { text_ += xmlSimpleEscapeString('<' + name + '>'); }
-  void close(const std::string& name) { text_ += xmlSimpleEscapeString("</" + name + '>'); }
-  void element(const std::string& name, std::string_view value = {}) {
-    open(name);
-    text_ += value;
-    close(name);
+std::string buyNowAddress(std::string pattern, const std::string& bundleName) {
+  if (const std::size_t hit = pattern.find(kPlaceholder); hit != std::string::npos) {
+    pattern.replace(hit, kPlaceholder.size(), withoutSpaces(bundleName));
   }
-  std::string take() { return std::move(text_); }
+  return pattern;
+}
 
- private:
-  std::string text_;
-};
-
-std::string orNull(const std::optional<std::string>& value) {
-  return value.value_or("(null)");
+// How many UTF-16 units a valid UTF-8 text has: one for each character, two for those beyond the
+// basic plane.
+std::uint64_t utf16Units(std::string_view text) {
+  std::uint64_t units = 0;
+  for (const char byte : text) {
+    const auto value = static_cast<unsigned char>(byte);
+    units += ((value & 0xC0U) != 0x80U ? 1U : 0U) + (value >= 0xF0U ? 1U : 0U);
+  }
+  return units;
 }
 
 }  // namespace
 
-std::string reportText(const FeedbackReport& report) {
-  ReportWriter writer;
-  writer.open("sf_feedback");
-  writer.open("feedback");
-  writer.element("appname", report.appName);
-  writer.element("email", report.email);
-  writer.element("feedback_type", report.feedbackType);
-  writer.element("content", xmlSimpleEscapeStringNEW(report.content));
-  writer.close("feedback");
-  writer.open("logs_info");
-  writer.element("logs_Data", xmlSimpleEscapeStringNEW(report.logPart));
-  writer.element("logs_Data_Scan", xmlSimpleEscapeStringNEW(report.usagePart));
-  writer.close("logs_info");
-  writer.open("sys_info");
-  writer.element("os_version", orNull(report.osVersion));
-  writer.element("proc_name", orNull(report.procName));
-  writer.element("ram_info", orNull(report.ramSystem));
-  writer.close("sys_info");
-  writer.open("key");
-  writer.element("keyvalue");
-  writer.element("machineid", orNull(report.machineId));
-  writer.element("registered_email_id");
-  writer.close("key");
-  writer.open("campaign_info");
-  for (const char* empty : {"affiliateid", "utm_campaign", "utm_content", "utm_medium",
-                            "utm_source", "utm_term", "x-at"}) {
-    writer.element(empty);
+FeedbackReport gatherReport(const FeedbackForm& form, const FeedbackSources& sources, WallTime now,
+                            const std::stop_token& stop) {
+  FeedbackReport report;
+  report.appName = sources.bundle.CFBundleName;
+  report.email = form.email;
+  report.feedbackType = form.type;
+  report.content = form.experience;
+  if (form.sendLogs) {
+    // By the executable's name, where the log itself goes by the bundle's: if they differ, there is
+    // no log to send, on purpose.
+    report.log = readLogsContent(
+        logFilePath(sources.homeDirectory, sources.bundle.CFBundleExecutable), now, stop);
   }
-  writer.element("URL_BUYNOW", report.buyNowAddress);
-  writer.close("campaign_info");
-  writer.open("app_info");
-  writer.element("app_ver", report.appVersion);
-  writer.close("app_info");
-  writer.close("sf_feedback");
-  return writer.take();
+  if (form.sendScanLog) {
+    report.usage = readUsageReport(sources.homeDirectory + "/Documents/ScanReport.plist");
+  }
+  report.machineId = sources.serialNumber();
+  report.buyNowAddress =
+      buyNowAddress(sources.addresses.buyNowPattern, sources.bundle.CFBundleName);
+  report.appVersion = sources.bundle.CFBundleVersion;
+  return report;
 }
 
-std::string describeReport(const FeedbackReport& report) {
-  const auto part = [](const std::string& text, std::string_view marker) {
-    return text == marker ? std::string("not included") : '\n' + text;
+FeedbackReport gatherLogsOnlyReport(const std::string& emailID, const std::string& emailField,
+                                    const FeedbackSources& sources, WallTime now,
+                                    const std::stop_token& stop) {
+  const FeedbackForm form{.email = emailID.empty() ? emailField : emailID,
+                          .type = "Sending logs",
+                          .experience = "Sending logs",
+                          .sendLogs = true,
+                          .sendScanLog = false};
+  return gatherReport(form, sources, now, stop);
+}
+
+TextSource ReportText::text() const {
+  std::vector<TextSource> parts = {textSource(before)};
+  if (log) parts.push_back([raw = log->text()] { return xmlSimpleEscapeStringNEW(raw()); });
+  parts.push_back(textSource(after));
+  return [parts = std::move(parts), at = std::size_t{0}]() mutable {
+    std::string piece;
+    while (piece.empty() && at < parts.size()) {
+      piece = parts[at]();
+      if (piece.empty()) ++at;
+    }
+    return piece;
   };
-  std::string words;
-  words.append("Application: ").append(report.appName).append(" ").append(report.appVersion);
-  words.append("\nE-mail address: ").append(report.email);
-  words.append("\nKind of feedback: ").append(report.feedbackType);
-  words.append("\nSerial number of this computer: ")
-      .append(report.machineId.value_or("not readable"));
-  words.append("\nWeb site: ").append(report.buyNowAddress);
-  words.append("\nExperience: ").append(report.content);
-  words.append("\nUsage information: ").append(part(report.usagePart, "SCAN_LOGSNOTSELECTED"));
-  words.append("\nLog: ").append(part(report.logPart, "LOGSNOTSELECTED"));
-  return words.append("\n");
 }
 
-std::string feedbackFileName(const std::string& bundleName, const std::string& date, int number) {
-  return withoutSpaces(bundleName) + "-Feedback " + date + ' ' + std::to_string(number) + ".xml";
-}
-
-std::string buyNowAddress(const std::string& pattern, const std::string& bundleName) {
-  constexpr std::string_view kPlaceholder = "%@";
-  std::string address = pattern;
-  if (const std::size_t hit = address.find(kPlaceholder); hit != std::string::npos) {
-    address.replace(hit, kPlaceholder.size(), withoutSpaces(bundleName));
+ReportText reportText(const FeedbackReport& report) {
+  const auto orNull = [](const std::optional<std::string>& value) {
+    return value.value_or("(null)");
+  };
+  const std::string logMarker = report.log ? "" : "LOGSNOTSELECTED";
+  const std::array values = {
+      report.appName,
+      report.email,
+      report.feedbackType,
+      xmlSimpleEscapeStringNEW(report.content),
+      logMarker,
+      xmlSimpleEscapeStringNEW(report.usage.value_or("SCAN_LOGSNOTSELECTED")),
+      orNull(report.osVersion),
+      orNull(report.procName),
+      orNull(report.ramSystem),
+      orNull(report.machineId),
+      report.buyNowAddress,
+      report.appVersion};
+  ReportText text;
+  text.log = report.log;
+  std::string* side = &text.before;
+  const std::string markup = xmlSimpleEscapeString(kTemplate);
+  std::size_t at = 0;
+  for (const std::string& value : values) {
+    const std::size_t hit = markup.find(kPlaceholder, at);
+    side->append(markup, at, hit - at).append(value);
+    at = hit + kPlaceholder.size();
+    if (&value == &values[4]) side = &text.after;
   }
-  return address;
+  side->append(markup, at);
+  return text;
+}
+
+TextSource reportDocument(const FeedbackReport& report) {
+  return [escaped = reportText(report).text()] {
+    return StringEscaping::xmlSimpleUnescapeString(escaped());
+  };
+}
+
+std::string feedbackFileName(const std::string& bundleName, WallTime now, int number) {
+  return withoutSpaces(bundleName) + "-Feedback " + getDateInFormatNEW(now) + ' ' +
+         std::to_string(number) + ".xml";
+}
+
+ReportText prepareSoapMsg(const FeedbackReport& report, const FeedbackSources& sources,
+                          WallTime now, int number) {
+  ReportText envelope = reportText(report);
+  envelope.before.insert(0,
+                         "<soap:Envelope xmlns:soap=\"http://schemas.xmlsoap.org/soap/envelope/\""
+                         " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\""
+                         " xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\""
+                         " xmlns:soapenc=\"http://schemas.xmlsoap.org/soap/encoding/\"><soap:Body>"
+                         "<UploadFeedback xmlns=\"" +
+                             sources.addresses.feedbackNamespace + "\"><input>");
+  envelope.after += "</input><filename>" +
+                    feedbackFileName(sources.bundle.CFBundleName, now, number) +
+                    "</filename></UploadFeedback></soap:Body></soap:Envelope>";
+  return envelope;
+}
+
+HttpRequest soapRequest(const ServiceAddresses& addresses, const ReportText& envelope,
+                        const std::stop_token& stop) {
+  std::uint64_t units = 0;
+  HttpRequest request;
+  request.url = addresses.feedbackEndpoint;
+  request.body = envelope.text();
+  const TextSource counted = envelope.text();
+  for (std::string piece = counted(); !piece.empty() && !stop.stop_requested(); piece = counted()) {
+    request.bodySize += piece.size();
+    units += utf16Units(piece);
+  }
+  request.fields = {{"Content-Type", "text/xml; charset=utf-8"},
+                    {"SOAPAction", addresses.feedbackNamespace + "UploadFeedback"},
+                    {"Content-Length", std::to_string(units)}};
+  return request;
 }
 
 }  // namespace velmara

@@ -1,9 +1,30 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <optional>
+#include <stop_token>
 #include <string>
 
+#include "platform/bundle.h"
+#include "services/feedback_form.h"
+#include "services/http_client.h"
+#include "services/recent_log.h"
+#include "services/service_addresses.h"
+
 namespace velmara {
+
+/// A time of day.
+using WallTime = std::chrono::system_clock::time_point;
+
+/// Where a report takes its facts from. Its functions are called on whatever thread gathers them,
+/// which may be after the owner of the original is gone: they must own what they use.
+struct FeedbackSources {
+  std::string homeDirectory;
+  BundleFacts bundle;
+  ServiceAddresses addresses;
+  std::function<std::optional<std::string>()> serialNumber;
+};
 
 /// Everything a feedback report says, in plain text: what would be sent.
 struct FeedbackReport {
@@ -11,8 +32,8 @@ struct FeedbackReport {
   std::string email;
   std::string feedbackType;
   std::string content;
-  std::string logPart = "LOGSNOTSELECTED";
-  std::string usagePart = "SCAN_LOGSNOTSELECTED";
+  std::optional<RecentLog> log;      ///< if it is not there, "LOGSNOTSELECTED" is sent
+  std::optional<std::string> usage;  ///< if it is not there, "SCAN_LOGSNOTSELECTED" is sent
   // What is not there is sent as "(null)"; nothing fills the first three.
   std::optional<std::string> osVersion;
   std::optional<std::string> procName;
@@ -22,18 +43,51 @@ struct FeedbackReport {
   std::string appVersion;
 };
 
+/// Gathers what a report of the form would say. Looks for the log and reads the usage report if the
+/// form asks for them: "Library/Logs/EXECUTABLE.log" and "Documents/ScanReport.plist" under the
+/// home directory; of the log what is recent at `now`. A file that does not exist, or a usage
+/// report that is none, counts as not selected. Any thread; a long log takes a while, which `stop`
+/// ends.
+FeedbackReport gatherReport(const FeedbackForm& form, const FeedbackSources& sources, WallTime now,
+                            const std::stop_token& stop = {});
+
+/// The same without a form: the address given (or, if it is empty, the one in the form's field) and
+/// always the log.
+FeedbackReport gatherLogsOnlyReport(const std::string& emailID, const std::string& emailField,
+                                    const FeedbackSources& sources, WallTime now,
+                                    const std::stop_token& stop = {});
+
+/// A text around a log: of its parts only the log may be too long to hold, so it is escaped as it
+/// is read.
+struct ReportText {
+  std::string before;
+  std::optional<RecentLog> log;
+  std::string after;
+
+  /// All of it. Each call begins anew.
+  TextSource text() const;
+};
+
 /// The report as it travels inside the envelope: one line of XML whose markup is escaped already.
 /// Of the values only the content and the two parts are escaped; the others go in as they are, so a
 /// special character in one of them spoils the document.
-std::string reportText(const FeedbackReport& report);
+ReportText reportText(const FeedbackReport& report);
 
-/// The report in words for the user, a line for each fact.
-std::string describeReport(const FeedbackReport& report);
+/// The report as a document of its own: what the service finds in the envelope.
+TextSource reportDocument(const FeedbackReport& report);
 
 /// "NAME-Feedback DATE NUMBER.xml", the bundle's name without its spaces.
-std::string feedbackFileName(const std::string& bundleName, const std::string& date, int number);
+std::string feedbackFileName(const std::string& bundleName, WallTime now, int number);
 
-/// The product's web-site address: the name without its spaces in place of "%@".
-std::string buyNowAddress(const std::string& pattern, const std::string& bundleName);
+/// The envelope of a SOAP 1.1 call of UploadFeedback: one line of XML. `number` goes into the name
+/// of the report's file, beside the date of `now`.
+ReportText prepareSoapMsg(const FeedbackReport& report, const FeedbackSources& sources,
+                          WallTime now, int number);
+
+/// The request that carries an envelope. Its Content-Length counts UTF-16 units, not bytes: with
+/// text beyond ASCII it is smaller than the body, which is what the service expects. Reads the log
+/// once to count; `stop` ends that.
+HttpRequest soapRequest(const ServiceAddresses& addresses, const ReportText& envelope,
+                        const std::stop_token& stop = {});
 
 }  // namespace velmara

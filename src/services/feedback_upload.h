@@ -1,7 +1,7 @@
 #pragma once
 
 #include <functional>
-#include <list>
+#include <map>
 #include <memory>
 #include <stop_token>
 #include <string>
@@ -9,8 +9,8 @@
 #include "base/task_queue.h"
 #include "platform/notification_center.h"
 #include "platform/timer.h"
-#include "services/feedback_facts.h"
-#include "services/http_connection.h"
+#include "services/feedback_report.h"
+#include "services/http_client.h"
 
 namespace velmara {
 
@@ -20,19 +20,20 @@ struct FeedbackUploadSetup {
   const Clock* clock = &systemClock();  ///< read on the main thread
   HttpOptions http;
   TaskQueue* mainQueue = nullptr;    ///< of the thread that owns the uploads
-  TaskQueue* globalQueue = nullptr;  ///< where facts are gathered
+  TaskQueue* globalQueue = nullptr;  ///< where reports are gathered and sent
   NotificationCenter* center = &defaultCenter();
 };
 
-/// Sends feedback in the background: gathers the facts on the global queue, uploads from the main
-/// thread's event loop. Each call is an upload of its own. A finished one posts
-/// "notificationSubmitFeedback" (no object), whatever the service's status; a failed one ends
-/// silently. Main thread. Destroying it ends all uploads at once, as cancelled.
+/// Sends feedback in the background: a report is gathered, built and uploaded on the global queue,
+/// so that neither a long log nor a slow service holds up the window. Each call is an upload of its
+/// own. A finished one posts "notificationSubmitFeedback" (no object), whatever the service's
+/// status; a failed one ends silently. Main thread. Destroying it ends everything at once, as
+/// cancelled.
 class FeedbackUploads {
  public:
-  using Ended = std::function<void(const HttpOutcome&)>;
+  using Ended = std::function<void(const HttpAnswer&)>;
 
-  explicit FeedbackUploads(FeedbackUploadSetup setup);
+  explicit FeedbackUploads(FeedbackUploadSetup setup) : setup_(std::move(setup)) {}
   FeedbackUploads(const FeedbackUploads&) = delete;
   FeedbackUploads& operator=(const FeedbackUploads&) = delete;
   ~FeedbackUploads();
@@ -46,21 +47,26 @@ class FeedbackUploads {
   /// on the main thread; dropped if this object is destroyed first.
   void describe(const FeedbackForm& form, std::function<void(const FeedbackReport&)> receiver);
 
+  /// The name that the next report's file would have.
+  std::string proposedFileName() const;
+
+  /// Writes the form's report to a file, whole or not at all, and tells why it could not be done
+  /// ("" if it was) on the main thread; dropped if this object is destroyed first.
+  void saveReport(const FeedbackForm& form, const std::string& path,
+                  std::function<void(const std::string& fault)> saved);
+
   /// How many uploads are under way.
   std::size_t underWay() const { return uploads_.size(); }
 
  private:
-  struct Upload;
-  using UploadAt = std::list<std::unique_ptr<Upload>>::iterator;
-
-  void gather(std::function<FeedbackReport(const std::stop_token&)> work,
-              std::function<void(const FeedbackReport&)> receiver);
-  void connect(UploadAt upload, const FeedbackReport& report);
-  void end(UploadAt upload, const HttpOutcome& outcome);
+  template <typename Work, typename Receiver>
+  void inBackground(Work work, Receiver receiver);
+  void end(int upload, const HttpAnswer& answer);
 
   FeedbackUploadSetup setup_;
   std::stop_source stop_;
-  std::list<std::unique_ptr<Upload>> uploads_;
+  std::map<int, Ended> uploads_;
+  int nextUpload_ = 0;
   std::shared_ptr<const bool> alive_ = std::make_shared<bool>(true);
 };
 

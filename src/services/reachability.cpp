@@ -1,31 +1,16 @@
 #include "services/reachability.h"
 
 #include <cstring>
+#include <netdb.h>
 #include <netinet/in.h>
+#include <utility>
 
+#include "platform/dispatch.h"
 #include "platform/log.h"
 #include "platform/notification_names.h"
-#include "services/rtnetlink.h"
 
 namespace velmara {
 namespace {
-
-sockaddr_storage storageOf(const QHostAddress& address) {
-  sockaddr_storage storage{};
-  if (address.protocol() == QAbstractSocket::IPv4Protocol) {
-    sockaddr_in target{};
-    target.sin_family = AF_INET;
-    target.sin_addr.s_addr = htonl(address.toIPv4Address());
-    std::memcpy(&storage, &target, sizeof(target));
-  } else {
-    sockaddr_in6 target{};
-    target.sin6_family = AF_INET6;
-    const Q_IPV6ADDR bytes = address.toIPv6Address();
-    std::memcpy(&target.sin6_addr, &bytes, sizeof(bytes));
-    std::memcpy(&storage, &target, sizeof(target));
-  }
-  return storage;
-}
 
 bool isAllZero(const sockaddr_storage& address) {
   if (address.ss_family == AF_INET) {
@@ -52,9 +37,19 @@ sockaddr_in addressOf(std::uint32_t ipv4) {
 
 }  // namespace
 
-Reachability::Reachability(const ReachabilitySetup& setup) : setup_(setup) {}
-
-Reachability::~Reachability() = default;
+std::vector<sockaddr_storage> systemAddressesOf(const std::string& host) {
+  addrinfo hints{};
+  hints.ai_socktype = SOCK_STREAM;
+  hints.ai_flags = AI_ADDRCONFIG;
+  addrinfo* found = nullptr;
+  if (::getaddrinfo(host.c_str(), nullptr, &hints, &found) != 0) return {};
+  std::vector<sockaddr_storage> addresses;
+  for (const addrinfo* entry = found; entry != nullptr; entry = entry->ai_next) {
+    std::memcpy(&addresses.emplace_back(), entry->ai_addr, entry->ai_addrlen);
+  }
+  ::freeaddrinfo(found);
+  return addresses;
+}
 
 std::shared_ptr<Reachability> Reachability::reachabilityWithHostName(
     const std::string& name, const ReachabilitySetup& setup) {
@@ -99,7 +94,7 @@ std::shared_ptr<Reachability> Reachability::reachabilityForLocalWiFi(
 
 bool Reachability::startNotifier() {
   if (changes_ != nullptr) return true;
-  auto changes = std::make_unique<RouteChanges>(setup_.timers, [this] { networkChanged(); });
+  auto changes = std::make_unique<RouteChanges>([this] { networkChanged(); });
   if (!changes->isListening()) return false;
   changes_ = std::move(changes);
   lastFlags_ = readFlags();
@@ -146,19 +141,20 @@ std::optional<ReachabilityFlags> Reachability::readFlags() const {
 
 // One lookup at a time; a change during it asks for one more after it.
 void Reachability::resolve() {
-  if (lookup_ != nullptr) {
-    lookAgain_ = true;
-    return;
-  }
-  lookup_ = std::make_unique<HostLookup>(host_, setup_.resolver,
-                                         [this](const std::vector<QHostAddress>& addresses) {
-                                           lookup_.reset();
-                                           addresses_.clear();
-                                           for (const QHostAddress& address : addresses)
-                                             addresses_.push_back(storageOf(address));
-                                           if (std::exchange(lookAgain_, false)) resolve();
-                                           announceIfChanged();
-                                         });
+  lookAgain_ = isResolving_;
+  if (std::exchange(isResolving_, true)) return;
+  globalQueue().async([host = host_, resolver = setup_.resolver, watched = weak_from_this()] {
+    mainQueue().async([watched, addresses = resolver(host)] {
+      if (const auto monitor = watched.lock()) monitor->resolved(addresses);
+    });
+  });
+}
+
+void Reachability::resolved(std::vector<sockaddr_storage> addresses) {
+  isResolving_ = false;
+  addresses_ = std::move(addresses);
+  if (lookAgain_) resolve();
+  announceIfChanged();
 }
 
 void Reachability::networkChanged() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -7,18 +8,20 @@
 #include <vector>
 
 #include "platform/notification_center.h"
-#include "platform/timer.h"
-#include "services/host_lookup.h"
+#include "services/netlink.h"
 #include "services/reachability_flags.h"
-#include "services/route_changes.h"
 
 namespace velmara {
 
-/// What monitors work with; the defaults are the application's.
+/// The addresses of a host, found by waiting for it.
+std::vector<sockaddr_storage> systemAddressesOf(const std::string& host);
+
+/// What monitors work with; the defaults are the application's. The resolver is called on the
+/// global queue.
 struct ReachabilitySetup {
   NotificationCenter& center = defaultCenter();
-  Scheduler& timers = eventLoopTimers();
-  HostResolver resolver = systemAddressesOf;
+  std::function<std::vector<sockaddr_storage>(const std::string& host)> resolver =
+      systemAddressesOf;
 };
 
 /// Watches whether the machine has a route to the internet, to an address or to a host, and posts
@@ -47,7 +50,7 @@ class Reachability : public std::enable_shared_from_this<Reachability> {
 
   Reachability(const Reachability&) = delete;
   Reachability& operator=(const Reachability&) = delete;
-  ~Reachability();
+  ~Reachability() = default;
 
   /// Whether changes are now announced.
   bool startNotifier();
@@ -67,9 +70,10 @@ class Reachability : public std::enable_shared_from_this<Reachability> {
   bool localWiFiRef = false;
 
  private:
-  explicit Reachability(const ReachabilitySetup& setup);
+  explicit Reachability(const ReachabilitySetup& setup) : setup_(setup) {}
   std::optional<ReachabilityFlags> readFlags() const;
   void resolve();
+  void resolved(std::vector<sockaddr_storage> addresses);
   void networkChanged();
   void announceIfChanged();
 
@@ -77,7 +81,7 @@ class Reachability : public std::enable_shared_from_this<Reachability> {
   std::string host_;                         ///< of a host monitor
   std::vector<sockaddr_storage> addresses_;  ///< what is watched; empty for the internet
   bool isInternet_ = false;
-  std::unique_ptr<HostLookup> lookup_;
+  bool isResolving_ = false;
   bool lookAgain_ = false;
   std::unique_ptr<RouteChanges> changes_;
   std::optional<ReachabilityFlags> lastFlags_;

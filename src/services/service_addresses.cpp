@@ -1,5 +1,7 @@
 #include "services/service_addresses.h"
 
+#include <QUrl>
+
 namespace velmara {
 
 const ServiceAddresses& configuredAddresses() {
@@ -13,6 +15,18 @@ const ServiceAddresses& configuredAddresses() {
       .buyNowPattern = VELMARA_BUY_NOW_PATTERN,
   };
   return addresses;
+}
+
+bool reachesNobody(const QUrl& address) {
+  const bool isOfTheWeb =
+      address.scheme() == QLatin1String("http") || address.scheme() == QLatin1String("https");
+  const QString host = address.host();
+  return !address.isValid() || !isOfTheWeb || host.isEmpty() || !address.userInfo().isEmpty() ||
+         host.endsWith(QLatin1String(".invalid")) || host.endsWith(QLatin1String(".invalid."));
+}
+
+bool reachesNobody(const std::string& address) {
+  return reachesNobody(QUrl(QString::fromStdString(address)));
 }
 
 }  // namespace velmara

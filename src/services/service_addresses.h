@@ -2,6 +2,8 @@
 
 #include <string>
 
+class QUrl;
+
 namespace velmara {
 
 /// The addresses of the maker's services. What a build uses is set when it is configured
@@ -19,5 +21,10 @@ struct ServiceAddresses {
 
 /// The addresses this program was built with.
 const ServiceAddresses& configuredAddresses();
+
+/// Whether nobody can be behind an address: it is not one of the web, it carries a name or password
+/// (which would go to whoever answers), or it lies under the reserved domain "invalid".
+bool reachesNobody(const QUrl& address);
+bool reachesNobody(const std::string& address);
 
 }  // namespace velmara

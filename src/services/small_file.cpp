@@ -1,24 +1,18 @@
 #include "services/small_file.h"
 
-#include <filesystem>
-#include <fstream>
-#include <system_error>
+#include <QFile>
+#include <QFileInfo>
 
 namespace velmara {
 
 std::optional<std::string> readSmallFile(const std::string& path, std::size_t largest) {
-  std::error_code error;
+  QFile file(QFile::decodeName(path.c_str()));
   // Anything else, a pipe for instance, could make the read wait for ever.
-  if (!std::filesystem::is_regular_file(path, error)) return std::nullopt;
-  std::ifstream file(path, std::ios::binary);
-  std::string bytes;
-  char piece[4096];
-  while (file.read(piece, sizeof(piece)) || file.gcount() > 0) {
-    bytes.append(piece, static_cast<std::size_t>(file.gcount()));
-    if (bytes.size() > largest) return std::nullopt;
-  }
-  if (!file.eof()) return std::nullopt;
-  return bytes;
+  if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) return std::nullopt;
+  const QByteArray bytes = file.read(static_cast<qint64>(largest) + 1);
+  const bool isWhole = file.error() == QFileDevice::NoError;
+  if (!isWhole || static_cast<std::size_t>(bytes.size()) > largest) return std::nullopt;
+  return bytes.toStdString();
 }
 
 }  // namespace velmara

@@ -1,45 +1,84 @@
 #include "services/string_escaping.h"
 
-#include <QChar>
+#include <QByteArray>
 #include <QString>
+#include <QUtf8StringView>
 
-#include "services/utf8.h"
-#include "services/xml_entities.h"
+#include <cctype>
+#include <charconv>
+#include <span>
 
-namespace velmara::StringEscaping {
+namespace velmara {
 namespace {
 
-// The spaces of every script, the tabulator and the newlines; none needs a surrogate pair.
-bool isWhiteSpaceOrNewline(QChar character) {
-  const char16_t code = character.unicode();
-  return (code >= 0x09 && code <= 0x0D) || code == 0x85 ||
-         character.category() == QChar::Separator_Space ||
-         character.category() == QChar::Separator_Line ||
-         character.category() == QChar::Separator_Paragraph;
+struct Row {
+  std::string_view search;
+  std::string_view replacement;
+};
+
+constexpr Row kEscape[] = {
+    {"&", "&amp;"}, {"\"", "&quot;"}, {"'", "&#x27;"}, {">", "&gt;"}, {"<", "&lt;"},
+};
+
+constexpr Row kEscapeNew[] = {
+    {"&", "&amp;amp;"}, {"\"", "&quot;"}, {"'", "&#x27;"}, {">", "&gt;"}, {"<", "(lessthan)"},
+};
+
+constexpr Row kUnescape[] = {
+    {"&amp;", "&"},
+    {"&quot;", "\""},
+    {"&#x27;", "'"},
+    {"&#x39;", "'"},
+    {"&#x92;", "'"},
+    {"&#x96;", "'"},
+    {"&#x000D;", "\n"},
+    {"&#x000A;", "\n"},
+    // Never found any more: the two rows above have replaced both halves.
+    {"&#x000D;&#x000A;", "\n"},
+    {"&gt;", ">"},
+    {"&lt;", "<"},
+};
+
+// One pass that copies: replacing in place would move the tail of a long text at every hit.
+void replaceAll(std::string& text, const Row& row) {
+  std::size_t hit = text.find(row.search);
+  if (hit == std::string::npos) return;
+  std::string result;
+  result.reserve(text.size() + text.size() / 8);
+  std::size_t copied = 0;
+  for (; hit != std::string::npos; hit = text.find(row.search, copied)) {
+    result.append(text, copied, hit - copied).append(row.replacement);
+    copied = hit + row.search.size();
+  }
+  result.append(text, copied);
+  text = std::move(result);
 }
 
-// Letters and digits of ASCII, whatever the locale.
-bool isUnreserved(char byte) {
-  return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
-         (byte >= '0' && byte <= '9') || byte == '-' || byte == '.' || byte == '_' || byte == '~';
-}
-
-int hexadecimalDigit(char digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
-  return -1;
+std::string& replaceRows(std::span<const Row> table, std::string& text) {
+  for (const Row& row : table) replaceAll(text, row);
+  return text;
 }
 
 }  // namespace
 
+std::string& xml::xmlSimpleEscape(std::string& text) {
+  return replaceRows(kEscape, text);
+}
+
+std::string& xml::xmlSimpleEscapeNEW(std::string& text) {
+  return replaceRows(kEscapeNew, text);
+}
+
+std::string& xml::xmlSimpleUnescape(std::string& text) {
+  return replaceRows(kUnescape, text);
+}
+
+namespace StringEscaping {
+
 std::string trim(std::string_view text) {
-  const QString whole = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-  qsizetype begin = 0;
-  qsizetype end = whole.size();
-  while (begin < end && isWhiteSpaceOrNewline(whole[begin])) ++begin;
-  while (end > begin && isWhiteSpaceOrNewline(whole[end - 1])) --end;
-  return whole.sliced(begin, end - begin).toStdString();
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
+      .trimmed()
+      .toStdString();
 }
 
 std::string xmlSimpleEscapeString(std::string text) {
@@ -55,37 +94,32 @@ std::string xmlSimpleUnescapeString(std::string text) {
 }
 
 std::string URLEncodedString(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string encoded;
-  encoded.reserve(text.size());
-  for (const char byte : text) {
-    if (isUnreserved(byte)) {
-      encoded.push_back(byte);
-    } else {
-      const auto value = static_cast<unsigned char>(byte);
-      encoded.append({'%', kDigits[value >> 4U], kDigits[value & 0x0FU]});
-    }
-  }
-  return encoded;
+  return QByteArray(text.data(), static_cast<qsizetype>(text.size()))
+      .toPercentEncoding()
+      .toStdString();
 }
 
+// The library's own decoder also takes a "%" that no digits follow.
 std::optional<std::string> URLDecodedString(std::string_view text) {
+  const auto isDigit = [&](std::size_t at) {
+    return at < text.size() && std::isxdigit(static_cast<unsigned char>(text[at])) != 0;
+  };
   std::string decoded;
-  decoded.reserve(text.size());
   for (std::size_t at = 0; at < text.size(); ++at) {
-    if (text[at] == '%' && at + 2 < text.size()) {
-      const int high = hexadecimalDigit(text[at + 1]);
-      const int low = hexadecimalDigit(text[at + 2]);
-      if (high >= 0 && low >= 0) {
-        decoded.push_back(static_cast<char>(high * 16 + low));
-        at += 2;
-        continue;
-      }
+    if (text[at] != '%' || !isDigit(at + 1) || !isDigit(at + 2)) {
+      decoded.push_back(text[at]);
+      continue;
     }
-    decoded.push_back(text[at]);
+    unsigned char byte = 0;
+    std::from_chars(text.data() + at + 1, text.data() + at + 3, byte, 16);
+    decoded.push_back(static_cast<char>(byte));
+    at += 2;
   }
-  if (!isValidUtf8(decoded)) return std::nullopt;
+  if (!QUtf8StringView(decoded.data(), static_cast<qsizetype>(decoded.size())).isValidUtf8()) {
+    return std::nullopt;
+  }
   return decoded;
 }
 
-}  // namespace velmara::StringEscaping
+}  // namespace StringEscaping
+}  // namespace velmara

@@ -3,14 +3,18 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <string_view>
+#include <filesystem>
+#include <system_error>
 
-#include "services/device_tree_serial.h"
 #include "services/small_file.h"
 #include "services/string_escaping.h"
 
 namespace velmara {
 namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kLargestFact = std::size_t{1} << 16;
 
 // What firmware says when nobody gave the machine a number, in lower case.
 constexpr std::array<std::string_view, 8> kFillers = {"to be filled by o.e.m.",
@@ -28,10 +32,23 @@ bool isFiller(std::string text) {
   return std::find(kFillers.begin(), kFillers.end(), text) != kFillers.end();
 }
 
+// The property's file: the root's own before one further down.
+fs::path findSerialNumber(const fs::path& root) {
+  constexpr const char* kName = "serial-number";
+  std::error_code error;
+  if (fs::exists(root / kName, error)) return root / kName;
+  // Links are not followed, so there are no circles.
+  fs::recursive_directory_iterator entry(root, fs::directory_options::skip_permission_denied,
+                                         error);
+  for (; !error && entry != fs::end(entry); entry.increment(error)) {
+    if (entry->path().filename() == kName) return entry->path();
+  }
+  return {};
+}
+
 }  // namespace
 
 std::optional<std::string> serialNumberFromDmi(const std::string& folder) {
-  constexpr std::size_t kLargestFact = 4096;
   for (const char* name : {"/product_serial", "/board_serial"}) {
     const std::optional<std::string> bytes = readSmallFile(folder + name, kLargestFact);
     if (!bytes) continue;
@@ -41,12 +58,23 @@ std::optional<std::string> serialNumberFromDmi(const std::string& folder) {
   return std::nullopt;
 }
 
+std::string serialNumberFromDeviceTree(const std::string& root) {
+  std::error_code error;
+  if (!fs::is_directory(root, error)) return {};
+  const fs::path path = findSerialNumber(root);
+  if (path.empty()) return "null";
+  const std::string bytes = readSmallFile(path.string(), kLargestFact).value_or("");
+  const std::size_t endOfFirst = std::min(bytes.find('\0'), bytes.size());
+  const std::size_t second = std::min(bytes.find_first_not_of('\0', endOfFirst), bytes.size());
+  return bytes.substr(second, bytes.find('\0', second) - second);
+}
+
 std::optional<std::string> SystemInfo::getSerialNumber() {
   return serialNumberFromDmi("/sys/class/dmi/id");
 }
 
 std::string SystemInfo::computerSerialNumber() {
-  return readDeviceTreeSerialNumber("/sys/firmware/devicetree/base");
+  return serialNumberFromDeviceTree("/sys/firmware/devicetree/base");
 }
 
 }  // namespace velmara

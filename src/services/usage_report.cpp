@@ -1,8 +1,11 @@
 #include "services/usage_report.h"
 
+#include <QString>
 #include <QXmlStreamReader>
 
-#include <map>
+#include <cstdlib>
+#include <memory>
+#include <plist/plist.h>
 
 #include "services/small_file.h"
 
@@ -12,101 +15,104 @@ namespace {
 constexpr int kDeepest = 64;
 constexpr std::size_t kLargestReport = std::size_t{16} * 1024 * 1024;
 
-constexpr std::string_view kOpening =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-    "<plist version=\"1.0\">\n";
+struct FreeList {
+  void operator()(void* list) const { plist_free(list); }
+};
+struct FreeText {
+  void operator()(char* text) const { std::free(text); }  // NOLINT(cppcoreguidelines-no-malloc)
+};
 
-QString escaped(QString text) {
-  return text.replace(QLatin1Char('&'), QLatin1String("&amp;"))
-      .replace(QLatin1Char('<'), QLatin1String("&lt;"))
-      .replace(QLatin1Char('>'), QLatin1String("&gt;"));
+// The library follows whatever it is given with the stack it has, so what it cannot bear is found
+// before.
+bool isSoundXml(std::string_view xml) {
+  QXmlStreamReader reader(QByteArray::fromRawData(xml.data(), static_cast<qsizetype>(xml.size())));
+  int depth = 0;
+  while (!reader.atEnd()) {
+    const auto token = reader.readNext();
+    if (token == QXmlStreamReader::StartElement && ++depth > kDeepest) return false;
+    if (token == QXmlStreamReader::EndElement) --depth;
+  }
+  return !reader.hasError();
 }
 
-// Reads one value after the other and writes it as it is read; any fault is raised in the reader.
-class Rewriter {
+// A binary list: a table of objects that refer to each other by number, from the top down. One that
+// many refer to is copied for each, so a small file may stand for an endless one.
+class BinaryWalk {
  public:
-  explicit Rewriter(QXmlStreamReader& reader) : reader_(reader) {}
+  explicit BinaryWalk(std::string_view bytes) : bytes_(bytes) {}
 
-  // The element that the reader has just entered, on a line of its own.
-  QString value(int depth) {
-    const QString name = reader_.name().toString();
-    if (depth > kDeepest) {
-      reader_.raiseError(QStringLiteral("nested too deeply"));
-      return {};
-    }
-    if (name == QLatin1String("dict")) return dictionary(depth);
-    if (name == QLatin1String("array")) return array(depth);
-    if (name == QLatin1String("true") || name == QLatin1String("false")) {
-      reader_.readElementText();
-      return indent(depth) + QLatin1Char('<') + name + QLatin1String("/>\n");
-    }
-    if (name == QLatin1String("string") || name == QLatin1String("integer") ||
-        name == QLatin1String("real") || name == QLatin1String("date") ||
-        name == QLatin1String("data")) {
-      return line(depth, name, reader_.readElementText());
-    }
-    reader_.raiseError(QStringLiteral("not an element of a property list"));
-    return {};
+  bool isSound() {
+    constexpr std::size_t kTrailer = 32;
+    if (bytes_.size() < kTrailer) return false;
+    const std::size_t trailer = bytes_.size() - kTrailer;
+    offsetSize_ = number(trailer + 6, 1);
+    referenceSize_ = number(trailer + 7, 1);
+    objects_ = number(trailer + 8, 8);
+    table_ = number(trailer + 24, 8);
+    return offsetSize_ != 0 && referenceSize_ != 0 && visit(number(trailer + 16, 8), 0);
   }
 
  private:
-  static QString indent(int depth) { return {depth, QLatin1Char('\t')}; }
-
-  static QString line(int depth, const QString& name, const QString& text) {
-    return indent(depth) + QLatin1Char('<') + name + QLatin1Char('>') + escaped(text) +
-           QLatin1String("</") + name + QLatin1String(">\n");
-  }
-
-  static QString enclosed(int depth, const QString& name, const QString& content) {
-    if (content.isEmpty()) return indent(depth) + QLatin1Char('<') + name + QLatin1String("/>\n");
-    return indent(depth) + QLatin1Char('<') + name + QLatin1String(">\n") + content +
-           indent(depth) + QLatin1String("</") + name + QLatin1String(">\n");
-  }
-
-  QString dictionary(int depth) {
-    std::map<QString, QString> entries;
-    while (reader_.readNextStartElement()) {
-      if (reader_.name() != QLatin1String("key")) {
-        reader_.raiseError(QStringLiteral("a key is missing"));
-        return {};
-      }
-      const QString key = reader_.readElementText();
-      if (!reader_.readNextStartElement()) {
-        reader_.raiseError(QStringLiteral("a value is missing"));
-        return {};
-      }
-      entries[key] = value(depth + 1);
+  // A number of so many bytes, the highest first; one beyond the end is larger than any file.
+  std::uint64_t number(std::uint64_t at, std::uint64_t size) const {
+    if (size > 8 || at > bytes_.size() || size > bytes_.size() - at) return kNowhere;
+    std::uint64_t value = 0;
+    for (const char byte : bytes_.substr(at, size)) {
+      value = value << 8U | static_cast<unsigned char>(byte);
     }
-    QString content;
-    for (const auto& [key, text] : entries) {
-      content += line(depth + 1, QStringLiteral("key"), key) + text;
+    return value;
+  }
+
+  bool visit(std::uint64_t object, int depth) {
+    constexpr std::uint64_t kNode = 64;  // What one takes in memory, about.
+    if (object >= objects_ || object >= bytes_.size() || depth > kDeepest) return false;
+    const std::uint64_t at = number(table_ + object * offsetSize_, offsetSize_);
+    const std::uint64_t marker = number(at, 1);
+    if (marker == kNowhere) return false;
+    const std::uint64_t kind = marker >> 4U;
+    std::uint64_t count = marker & 15U;
+    std::uint64_t content = at + 1;
+    const bool isCounted = kind >= 4 && kind != 8;
+    if (isCounted && count == 15) {
+      const std::uint64_t size = std::uint64_t{1} << (number(content, 1) & 3U);
+      count = number(content + 1, size);
+      content += 1 + size;
     }
-    return enclosed(depth, QStringLiteral("dict"), content);
+    const bool isContainer = kind >= 10;
+    const std::uint64_t items = isContainer && kind == 13 ? 2 * count : count;
+    if (count > bytes_.size() || (cost_ += kNode + count) > kLargestReport) return false;
+    for (std::uint64_t item = 0; isContainer && item < items; ++item) {
+      if (!visit(number(content + item * referenceSize_, referenceSize_), depth + 1)) return false;
+    }
+    return true;
   }
 
-  QString array(int depth) {
-    QString content;
-    while (reader_.readNextStartElement()) content += value(depth + 1);
-    return enclosed(depth, QStringLiteral("array"), content);
-  }
+  static constexpr std::uint64_t kNowhere = ~std::uint64_t{0};
 
-  QXmlStreamReader& reader_;
+  std::string_view bytes_;
+  std::uint64_t offsetSize_ = 0;
+  std::uint64_t referenceSize_ = 0;
+  std::uint64_t objects_ = 0;
+  std::uint64_t table_ = 0;
+  std::uint64_t cost_ = 0;
 };
 
 }  // namespace
 
-std::optional<std::string> rewritePropertyList(std::string_view xml) {
-  QXmlStreamReader reader(QByteArray(xml.data(), static_cast<qsizetype>(xml.size())));
-  if (!reader.readNextStartElement() || reader.name() != QLatin1String("plist") ||
-      !reader.readNextStartElement() || reader.name() != QLatin1String("dict")) {
-    return std::nullopt;
-  }
-  const QString content = Rewriter(reader).value(0);
-  // Nothing but the end may follow.
-  if (reader.readNextStartElement() || reader.hasError()) return std::nullopt;
-  return std::string(kOpening) + content.toStdString() + "</plist>\n";
+std::optional<std::string> rewritePropertyList(std::string_view bytes) {
+  const bool isBinary = bytes.starts_with("bplist");
+  if (isBinary ? !BinaryWalk(bytes).isSound() : !isSoundXml(bytes)) return std::nullopt;
+  plist_t parsed = nullptr;
+  plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &parsed);
+  const std::unique_ptr<void, FreeList> list(parsed);
+  if (list == nullptr || plist_get_node_type(parsed) != PLIST_DICT) return std::nullopt;
+  char* text = nullptr;
+  std::uint32_t length = 0;
+  plist_to_xml(parsed, &text, &length);
+  const std::unique_ptr<char, FreeText> owned(text);
+  if (owned == nullptr || length > kLargestReport) return std::nullopt;
+  // Its strings are taken as they are; what is sent is UTF-8.
+  return QString::fromUtf8(text, static_cast<qsizetype>(length)).toStdString();
 }
 
 std::optional<std::string> readUsageReport(const std::string& path) {

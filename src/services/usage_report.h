@@ -6,11 +6,12 @@
 
 namespace velmara {
 
-/// The usage report as it is sent: a property list in XML whose top is a dictionary, written anew
-/// with a tabulator for each level and the keys in order. Nothing for anything else.
-std::optional<std::string> rewritePropertyList(std::string_view xml);
+/// The usage report as it is sent: a property list, in XML or binary, whose top is a dictionary,
+/// written anew in XML. Nothing for anything else, nor for one that is nested more than 64 deep or
+/// would be longer than 16 MiB.
+std::optional<std::string> rewritePropertyList(std::string_view bytes);
 
-/// The same for a file; nothing for one that cannot be read or is longer than 16 MiB.
+/// The same for a file; nothing for one that cannot be read.
 std::optional<std::string> readUsageReport(const std::string& path);
 
 }  // namespace velmara

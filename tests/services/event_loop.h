@@ -5,7 +5,6 @@
 #include <QEventLoop>
 #include <QTimer>
 
-#include <algorithm>
 #include <functional>
 
 namespace velmara::testing_support {
@@ -25,25 +24,5 @@ inline bool runUntil(const std::function<bool()>& holds) {
   loop.exec();
   return holds();
 }
-
-/// Measures the longest time that the event loop was busy with one thing: what a user would see as
-/// a window that stalls.
-class Heartbeat {
- public:
-  Heartbeat() {
-    QObject::connect(&timer_, &QTimer::timeout,
-                     [this] { longest_ = std::max(longest_, clock_.restart()); });
-    clock_.start();
-    timer_.start(1);
-  }
-
-  /// In milliseconds.
-  qint64 longestPause() const { return std::max(longest_, clock_.elapsed()); }
-
- private:
-  QTimer timer_;
-  QElapsedTimer clock_;
-  qint64 longest_ = 0;
-};
 
 }  // namespace velmara::testing_support

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "services/route_facts.h"
-
 namespace velmara {
 namespace {
 

@@ -2,6 +2,8 @@
 
 #include <arpa/inet.h>
 #include <array>
+#include <chrono>
+#include <cstdlib>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -22,7 +24,10 @@ bool Peer::waitFor(short events) {
 std::string Peer::readUntil(std::string_view ending) {
   std::string all;
   std::array<char, 65536> piece{};
-  while (!all.ends_with(ending) && waitFor(POLLIN)) {
+  const auto isWhole = [&] {
+    return all.ends_with(ending) || (all.starts_with("GET ") && all.ends_with("\r\n\r\n"));
+  };
+  while (!isWhole() && waitFor(POLLIN)) {
     const ssize_t count = ::recv(socket_, piece.data(), piece.size(), 0);
     if (count <= 0) break;
     all.append(piece.data(), static_cast<std::size_t>(count));
@@ -51,6 +56,7 @@ void Peer::reset() {
 
 RecordingServer::RecordingServer(Script script)
     : script_(std::move(script)), listener_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+  ::setenv("NO_PROXY", "127.0.0.1,localhost", 1);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -73,6 +79,13 @@ std::vector<std::string> RecordingServer::requests() const {
   return requests_;
 }
 
+bool RecordingServer::waitForRequests(std::size_t count) const {
+  for (int wait = 0; wait < 10000 && requests().size() < count; ++wait) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  return requests().size() >= count;
+}
+
 void RecordingServer::accept() {
   std::vector<std::thread> connections;
   while (!stopping_) {
@@ -91,6 +104,23 @@ void RecordingServer::accept() {
     });
   }
   for (std::thread& connection : connections) connection.join();
+}
+
+RecordingServer::Script answering(std::string_view ending, std::string answer) {
+  return [ending, answer = std::move(answer)](Peer& peer) {
+    std::string request = peer.readUntil(ending);
+    peer.send(answer);
+    return request;
+  };
+}
+
+RecordingServer::Script silent(std::string_view ending, std::atomic<int>& count) {
+  return [ending, &count](Peer& peer) {
+    std::string request = peer.readUntil(ending);
+    ++count;
+    peer.waitForClose();
+    return request;
+  };
 }
 
 }  // namespace velmara::testing_support

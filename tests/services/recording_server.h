@@ -15,7 +15,8 @@ class Peer {
  public:
   Peer(int socket, const std::atomic<bool>& stopping) : socket_(socket), stopping_(stopping) {}
 
-  /// Reads until what was read ends with this, or the other side stops. Gives all that was read.
+  /// Reads until what was read ends with this (a GET: with its head), or the other side stops.
+  /// Gives all that was read.
   std::string readUntil(std::string_view ending);
 
   /// False when it could not all be sent.
@@ -41,6 +42,7 @@ class RecordingServer {
   /// The script gives back what is to be recorded.
   using Script = std::function<std::string(Peer&)>;
 
+  /// Proxies that the environment names are not for it.
   explicit RecordingServer(Script script);
   RecordingServer(const RecordingServer&) = delete;
   RecordingServer& operator=(const RecordingServer&) = delete;
@@ -54,6 +56,9 @@ class RecordingServer {
   /// What was recorded of the connections that have ended.
   std::vector<std::string> requests() const;
 
+  /// Waits, at most ten seconds, until so many have ended; the event loop stands still meanwhile.
+  bool waitForRequests(std::size_t count) const;
+
  private:
   void accept();
 
@@ -65,5 +70,11 @@ class RecordingServer {
   std::vector<std::string> requests_;
   std::thread acceptor_;
 };
+
+/// A script that reads until what ends a request, answers and records the request.
+RecordingServer::Script answering(std::string_view ending, std::string answer);
+
+/// One that says nothing until the other side goes; counts the requests that it has read whole.
+RecordingServer::Script silent(std::string_view ending, std::atomic<int>& count);
 
 }  // namespace velmara::testing_support

@@ -4,7 +4,6 @@
 
 #include <filesystem>
 
-#include "services/device_tree_serial.h"
 #include "support/scratch_folder.h"
 
 namespace velmara {
@@ -42,42 +41,33 @@ TEST(DmiSerial, IgnoresWhatIsNoSmallFile) {
 }
 
 TEST(DeviceTreeSerial, IsTheSecondString) {
-  using namespace std::string_view_literals;
-  EXPECT_EQ(serialNumberFromDeviceTree(std::nullopt), "null");
-  struct Case {
-    std::string_view bytes;
-    std::string_view expected;
-  };
-  for (const auto& [bytes, expected] : std::initializer_list<Case>{
-           {""sv, ""},
-           {"only"sv, ""},
-           {"only\0"sv, ""},
-           {"X1\0\0\0SERIAL\0more"sv, "SERIAL"},
-           {"X1\0SERIAL"sv, "SERIAL"},
-           {"\0\0SERIAL\0"sv, "SERIAL"},
-           {"\0\0\0"sv, ""},
+  using namespace std::string_literals;
+  const ScratchFolder folder;
+  for (const auto& [bytes, expected] : std::initializer_list<std::pair<std::string, std::string>>{
+           {""s, ""},
+           {"only"s, ""},
+           {"only\0"s, ""},
+           {"X1\0\0\0SERIAL\0more"s, "SERIAL"},
+           {"X1\0SERIAL"s, "SERIAL"},
+           {"\0\0SERIAL\0"s, "SERIAL"},
+           {"\0\0\0"s, ""},
        }) {
-    EXPECT_EQ(serialNumberFromDeviceTree(bytes), expected);
+    writeFile(folder.file("serial-number"), bytes);
+    EXPECT_EQ(serialNumberFromDeviceTree(folder.path().string()), expected);
   }
 }
 
 TEST(DeviceTreeSerial, IsSearchedForInTheWholeTree) {
   const ScratchFolder folder;
-  EXPECT_EQ(readDeviceTreeSerialNumber(folder.file("missing")), "");
-  EXPECT_EQ(readDeviceTreeSerialNumber(folder.path().string()), "null");
-
+  const std::string root = folder.path().string();
+  EXPECT_EQ(serialNumberFromDeviceTree(folder.file("missing")), "");
+  EXPECT_EQ(serialNumberFromDeviceTree(root), "null");
   std::filesystem::create_directories(folder.file("cpus/cpu0"));
   std::filesystem::create_directory_symlink(folder.path(), folder.file("cpus/circle"));
   writeFile(folder.file("cpus/cpu0/serial-number"), std::string("a\0deep", 6));
-  EXPECT_EQ(readDeviceTreeSerialNumber(folder.path().string()), "deep");
-  writeFile(folder.file("serial-number"), std::string("a\0top", 5));
-  EXPECT_EQ(readDeviceTreeSerialNumber(folder.path().string()), "top");
-}
-
-TEST(DeviceTreeSerial, IsEmptyWhenThePropertyIsNoData) {
-  const ScratchFolder folder;
-  std::filesystem::create_directory(folder.file("serial-number"));
-  EXPECT_EQ(readDeviceTreeSerialNumber(folder.path().string()), "");
+  EXPECT_EQ(serialNumberFromDeviceTree(root), "deep");
+  std::filesystem::create_directory(folder.file("serial-number"));  // No data.
+  EXPECT_EQ(serialNumberFromDeviceTree(root), "");
 }
 
 }  // namespace

@@ -5,10 +5,10 @@
 #include <QSslKey>
 #include <QSslServer>
 
-#include <optional>
+#include <future>
 
 #include "services/event_loop.h"
-#include "services/http_connection.h"
+#include "services/http_client.h"
 #include "services/recording_server.h"
 #include "support/run_program.h"
 
@@ -20,42 +20,31 @@ using testing_support::RecordingServer;
 using testing_support::runProgram;
 using testing_support::runUntil;
 using testing_support::ScratchFolder;
-using End = HttpOutcome::End;
+using End = HttpAnswer::End;
 
-std::vector<QHostAddress> loopback(const std::string&) {
-  return {QHostAddress(QHostAddress::LocalHost)};
+// Sends while the event loop serves the other side.
+HttpAnswer postBeside(const std::string& url, const HttpOptions& options) {
+  const HttpRequest request{.url = url, .fields = {}, .bodySize = 6, .body = textSource("secret")};
+  auto answer = std::async(std::launch::async, [&] { return post(request, options, {}); });
+  EXPECT_TRUE(runUntil(
+      [&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+  return answer.get();
 }
 
-HttpOutcome post(const std::string& url, HttpOptions options) {
-  options.resolver = loopback;
-  HttpRequest request;
-  request.url = QUrl(QString::fromStdString(url));
-  request.body = "secret";
-  std::optional<HttpOutcome> end;
-  HttpEvents events;
-  events.ended = [&](const HttpOutcome& outcome) { end = outcome; };
-  HttpConnection connection(request, std::move(options), std::move(events));
-  connection.start();
-  runUntil([&] { return end.has_value(); });
-  return end.value_or(HttpOutcome{});
-}
-
-// A server with a certificate for feedback.test that nobody has signed but itself.
+// A server with a certificate for localhost that nobody has signed but itself.
 class TlsServer {
  public:
   TlsServer() {
-    const ScratchFolder folder;
     const auto made =
         runProgram({"openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout",
-                    folder.file("key"), "-out", folder.file("cert"), "-days", "2", "-subj",
-                    "/CN=feedback.test", "-addext", "subjectAltName=DNS:feedback.test"});
+                    folder_.file("key"), "-out", folder_.file("cert"), "-days", "2", "-subj",
+                    "/CN=localhost", "-addext", "subjectAltName=DNS:localhost"});
     EXPECT_EQ(made.exitCode, 0) << made.errors;
-    QFile certificateFile(QString::fromStdString(folder.file("cert")));
-    QFile keyFile(QString::fromStdString(folder.file("key")));
+    QFile certificateFile(QString::fromStdString(folder_.file("cert")));
+    QFile keyFile(QString::fromStdString(folder_.file("key")));
     EXPECT_TRUE(certificateFile.open(QIODevice::ReadOnly) && keyFile.open(QIODevice::ReadOnly));
-    certificate_ = QSslCertificate(&certificateFile);
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    configuration.setLocalCertificate(certificate_);
+    configuration.setLocalCertificate(QSslCertificate(&certificateFile));
     configuration.setPrivateKey(QSslKey(&keyFile, QSsl::Rsa));
     server_.setSslConfiguration(configuration);
     EXPECT_TRUE(server_.listen(QHostAddress::LocalHost));
@@ -72,29 +61,30 @@ class TlsServer {
   std::string url(const std::string& host) const {
     return "https://" + host + ':' + std::to_string(server_.serverPort()) + '/';
   }
-  const QSslCertificate& certificate() const { return certificate_; }
+  std::string certificate() const { return folder_.file("cert"); }
 
   std::string received;
 
  private:
+  const ScratchFolder folder_;
   QSslServer server_;
-  QSslCertificate certificate_;
 };
 
 TEST(Tls, SendsOnlyToACertificateThatIsTrustedForTheHost) {
+  ::setenv("NO_PROXY", "127.0.0.1,localhost", 1);
   TlsServer server;
   HttpOptions trusting;
-  trusting.tls.setCaCertificates({server.certificate()});
+  trusting.certificates = server.certificate();
 
-  const HttpOutcome unknown = post(server.url("feedback.test"), {});
+  const HttpAnswer unknown = postBeside(server.url("localhost"), {});
   EXPECT_EQ(unknown.end, End::kFailed);
   EXPECT_FALSE(unknown.reason.empty());
-  EXPECT_EQ(post(server.url("other.test"), trusting).end, End::kFailed);
+  EXPECT_EQ(postBeside(server.url("127.0.0.1"), trusting).end, End::kFailed);
   EXPECT_EQ(server.received, "");
 
-  const HttpOutcome trusted = post(server.url("feedback.test"), trusting);
+  const HttpAnswer trusted = postBeside(server.url("localhost"), trusting);
   EXPECT_EQ(trusted.end, End::kFinished) << trusted.reason;
-  EXPECT_TRUE(server.received.starts_with("POST / HTTP/1.1\r\nHost: feedback.test"));
+  EXPECT_TRUE(server.received.starts_with("POST / HTTP/1.1\r\nHost: localhost"));
 }
 
 TEST(Tls, ABrokenHandshakeEndsTheRequestAndNothingIsSentInTheClear) {
@@ -105,9 +95,9 @@ TEST(Tls, ABrokenHandshakeEndsTheRequestAndNothingIsSentInTheClear) {
       peer.send(nonsense);
       return nonsense.empty() ? std::string() : peer.readUntil("secret");
     });
-    const std::string url = "https://feedback.test:" + std::to_string(server.port());
-    EXPECT_EQ(post(url, {}).end, End::kFailed);
-    ASSERT_TRUE(runUntil([&] { return !server.requests().empty(); }));
+    const std::string url = "https://localhost:" + std::to_string(server.port());
+    EXPECT_EQ(postBeside(url, {}).end, End::kFailed);
+    ASSERT_TRUE(server.waitForRequests(1));
     EXPECT_EQ(server.requests().front().find("secret"), std::string::npos);
   }
 }

@@ -4,6 +4,7 @@
 #include <QLocale>
 #include <QScrollBar>
 
+#include <algorithm>
 #include <string_view>
 
 namespace velmara {
@@ -11,48 +12,60 @@ namespace {
 
 constexpr std::size_t kLongestShown = std::size_t{32} * 1024;
 
-std::string shortened(const std::string& text, std::size_t longest) {
-  if (text.size() <= longest) return text;
-  std::string_view kept = text;
-  kept.remove_prefix(text.size() - longest);
-  // From a whole line on, or at least from a whole character.
-  const std::size_t lineEnd = kept.find('\n');
-  if (lineEnd != std::string_view::npos && lineEnd + 1 < kept.size()) {
-    kept.remove_prefix(lineEnd + 1);
+struct PreviewText {
+  Q_DECLARE_TR_FUNCTIONS(FeedbackPreview)
+};
+
+// The end of a text that has `all` bytes: from a whole line on, or at least from a whole character,
+// after a line that says how much comes before.
+QString newest(std::string_view end, std::size_t all) {
+  end.remove_prefix(end.size() - std::min(end.size(), kLongestShown));
+  if (all <= end.size()) return QString::fromUtf8(end.data(), static_cast<qsizetype>(end.size()));
+  const std::size_t lineEnd = end.find('\n');
+  if (lineEnd != std::string_view::npos && lineEnd + 1 < end.size()) end.remove_prefix(lineEnd + 1);
+  while (!end.empty() && (static_cast<unsigned char>(end.front()) & 0xC0U) == 0x80U) {
+    end.remove_prefix(1);
   }
-  while (!kept.empty() && (static_cast<unsigned char>(kept.front()) & 0xC0U) == 0x80U) {
-    kept.remove_prefix(1);
-  }
-  const QString size = QLocale().formattedDataSize(static_cast<qint64>(text.size() - kept.size()),
-                                                   1, QLocale::DataSizeSIFormat);
-  const QString note =
-      QCoreApplication::translate("FeedbackPreview", "[%1 before this are sent too]").arg(size);
-  return note.toStdString() + '\n' + std::string(kept);
+  const QString before = QLocale().formattedDataSize(static_cast<qint64>(all - end.size()), 1,
+                                                     QLocale::DataSizeSIFormat);
+  return PreviewText::tr("[%1 before this are sent too]").arg(before) + QLatin1Char('\n') +
+         QString::fromUtf8(end.data(), static_cast<qsizetype>(end.size()));
+}
+
+QString newest(const std::string& text) {
+  return newest(text, text.size());
+}
+
+// A line for each fact of a report.
+QString describe(const FeedbackReport& report) {
+  const auto text = [](const std::string& value) { return QString::fromStdString(value); };
+  const QString none = PreviewText::tr("not included");
+  const QString serial =
+      report.machineId ? text(*report.machineId) : PreviewText::tr("not readable");
+  const QString usage = report.usage ? QLatin1Char('\n') + newest(*report.usage) : none;
+  const QString log =
+      report.log ? QLatin1Char('\n') + newest(report.log->newest(kLongestShown), report.log->size())
+                 : none;
+  return QStringList{
+      PreviewText::tr("Application: %1").arg(text(report.appName + ' ' + report.appVersion)),
+      PreviewText::tr("E-mail address: %1").arg(text(report.email)),
+      PreviewText::tr("Kind of feedback: %1").arg(text(report.feedbackType)),
+      PreviewText::tr("Serial number of this computer: %1").arg(serial),
+      PreviewText::tr("Web site: %1").arg(text(report.buyNowAddress)),
+      PreviewText::tr("Experience: %1").arg(newest(report.content)),
+      PreviewText::tr("Usage information: %1").arg(usage),
+      PreviewText::tr("Log: %1").arg(log)}
+      .join(QLatin1Char('\n'));
 }
 
 }  // namespace
-
-FeedbackReport shortenedForReading(const FeedbackReport& report, std::size_t longest) {
-  FeedbackReport reading;
-  reading.appName = report.appName;
-  reading.email = report.email;
-  reading.feedbackType = report.feedbackType;
-  reading.content = shortened(report.content, longest);
-  reading.logPart = shortened(report.logPart, longest);
-  reading.usagePart = shortened(report.usagePart, longest);
-  reading.machineId = report.machineId;
-  reading.buyNowAddress = report.buyNowAddress;
-  reading.appVersion = report.appVersion;
-  return reading;
-}
 
 void FeedbackPreview::show(const FeedbackForm& form) {
   form_ = form;
   report_.reset();
   auto asked = std::make_shared<const bool>(true);
   asked_ = asked;
-  view_->setPlainText(
-      QCoreApplication::translate("FeedbackPreview", "Reading what would be sent…"));
+  view_->setPlainText(PreviewText::tr("Reading what would be sent…"));
   view_->show();
   services_.describe(form, [this, known = std::weak_ptr(asked)](const FeedbackReport& report) {
     if (!known.expired()) gathered(report);
@@ -60,7 +73,7 @@ void FeedbackPreview::show(const FeedbackForm& form) {
 }
 
 void FeedbackPreview::gathered(const FeedbackReport& report) {
-  report_ = shortenedForReading(report, kLongestShown);
+  report_ = report;
   write();
 }
 
@@ -73,9 +86,9 @@ void FeedbackPreview::write() {
   FeedbackReport report = *report_;
   report.email = form_.email;
   report.feedbackType = form_.type;
-  report.content = shortened(form_.experience, kLongestShown);
+  report.content = form_.experience;
   const int position = view_->verticalScrollBar()->value();
-  view_->setPlainText(QString::fromStdString(describeReport(report)));
+  view_->setPlainText(describe(report));
   view_->verticalScrollBar()->setValue(position);
 }
 

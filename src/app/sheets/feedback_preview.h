@@ -11,11 +11,6 @@
 
 namespace velmara {
 
-/// The report with its long texts (experience, log, usage report) shortened for reading: of one
-/// with more bytes than `longest` only the newest whole lines are kept, after a line that says how
-/// much is sent besides.
-FeedbackReport shortenedForReading(const FeedbackReport& report, std::size_t longest);
-
 /// Shows in a text view what a form would send. Main thread.
 class FeedbackPreview {
  public:
@@ -39,7 +34,7 @@ class FeedbackPreview {
   QPointer<QPlainTextEdit> view_;
   const FeedbackServices& services_;
   FeedbackForm form_;
-  std::optional<FeedbackReport> report_;  ///< as last gathered, shortened
+  std::optional<FeedbackReport> report_;  ///< as last gathered
   /// Of the report that is being gathered; one that was overtaken finds it gone.
   std::shared_ptr<const bool> asked_;
 };

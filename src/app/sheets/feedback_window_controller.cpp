@@ -1,5 +1,6 @@
 #include "app/sheets/feedback_window_controller.h"
 
+#include <QPointer>
 #include <QShortcut>
 
 #include <utility>
@@ -48,6 +49,7 @@ FeedbackWindowController::FeedbackWindowController(FeedbackServices services, QW
   for (QPlainTextEdit* view : {ui_->txtViewFBExp, ui_->txtWhatIsSent}) {
     view->document()->setDocumentMargin(kTextMargin);
   }
+  ui_->lblFBNoService->setVisible(services_.reachesNobody);
   preview_ = std::make_unique<FeedbackPreview>(*ui_->txtWhatIsSent, services_);
   preview_->hide();
   fillTypes();
@@ -90,13 +92,16 @@ void FeedbackWindowController::convertUIAccordingToLocale() {
   ui_->lblFBInvalidEmail->setText(tr("*Invalid Email Address"));
   ui_->lblFBInvalidType->setText(tr("*Please Select Feedback Type"));
   ui_->lblFBInvalidExp->setText(tr("*Please share your experience"));
-  ui_->btnFBSubmit->setText(tr("Submit"));
+  ui_->btnFBSubmit->setText(services_.reachesNobody ? tr("Save Report…") : tr("Submit"));
+  ui_->lblFBNoService->setText(
+      tr("This build of Velmara has no feedback service to send to.\n"
+         "The report can be saved as a file, to be passed on by other means."));
   ui_->btnFBCancel->setText(tr("Cancel"));
   for (int index = 0; index < ui_->btnFBType->count(); ++index) {
     const QByteArray text = ui_->btnFBType->itemData(index).toByteArray();
     ui_->btnFBType->setItemText(index, title(text.constData()));
   }
-  ui_->linkSendFeedback->setText(tr("Show what is sent"));
+  toggleWhatIsSent(ui_->linkSendFeedback->isChecked());
   ui_->txtWhatIsSent->setAccessibleName(tr("What is sent"));
   setAccessibleName(ui_->lblFBHeading->text());
   setAccessibleDescription(ui_->lblFBSubHeading->text());
@@ -136,7 +141,11 @@ void FeedbackWindowController::showSheet() {
 }
 
 void FeedbackWindowController::toggleWhatIsSent(bool shows) {
-  ui_->linkSendFeedback->setText(shows ? tr("Hide what is sent") : tr("Show what is sent"));
+  if (services_.reachesNobody) {
+    ui_->linkSendFeedback->setText(shows ? tr("Hide the report") : tr("Show the report"));
+  } else {
+    ui_->linkSendFeedback->setText(shows ? tr("Hide what is sent") : tr("Show what is sent"));
+  }
   if (shows) {
     preview_->show(formAsSent());
   } else {
@@ -181,6 +190,10 @@ void FeedbackWindowController::showMessage(QWidget& message, QWidget& field, boo
 }
 
 void FeedbackWindowController::submitFeedback() {
+  if (services_.reachesNobody) {
+    saveReport();
+    return;
+  }
   if (!services_.isInternetAvailable()) {
     services_.alerts.runModal(
         {tr("Internet Not Connected").toStdString(), {}, {tr("OK").toStdString()}});
@@ -190,6 +203,26 @@ void FeedbackWindowController::submitFeedback() {
   showWait(true);
   services_.extractInfoAndSendFeedback(form());
   cancelFeedbackSheet();
+}
+
+void FeedbackWindowController::saveReport() {
+  if (areThereEmptyFieldsForFeedback()) return;
+  const auto written = [sheet = QPointer(this)](const std::string& fault) {
+    if (sheet == nullptr) return;
+    if (fault.empty()) return sheet->cancelFeedbackSheet();
+    sheet->displayAlertWithMessageText(
+        tr("The report could not be saved: %1").arg(QString::fromStdString(fault)).toStdString());
+  };
+  SavePanelOptions options;
+  options.title = tr("Save Report").toStdString();
+  options.nameFieldStringValue = services_.proposedFileName();
+  options.allowedFileTypes = {"xml"};
+  savePanel_ = services_.panels.beginSavePanel(
+      options, [sheet = QPointer(this), written](const std::string& path) {
+        if (sheet != nullptr && !path.empty()) {
+          sheet->services_.saveReport(sheet->form(), path, written);
+        }
+      });
 }
 
 void FeedbackWindowController::showWait(bool isSending) {

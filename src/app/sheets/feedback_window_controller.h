@@ -16,7 +16,8 @@ namespace velmara {
 
 /// The feedback form: a sheet on the main window. Return submits (in the text view, where it starts
 /// a line, with Ctrl), Escape and closing cancel. The sheet closes as soon as the upload has been
-/// started; the upload is not its own and goes on. Main thread.
+/// started; the upload is not its own and goes on. Where there is no service to send to, it says so
+/// and saves the report as a file instead. Main thread.
 class FeedbackWindowController : public QDialog {
   Q_OBJECT
 
@@ -45,6 +46,7 @@ class FeedbackWindowController : public QDialog {
  private:
   void fillTypes();
   void setupActions();
+  void saveReport();
   void showWait(bool isSending);
   void showMessage(QWidget& message, QWidget& field, bool isWrong);
   void toggleWhatIsSent(bool shows);
@@ -53,6 +55,7 @@ class FeedbackWindowController : public QDialog {
   std::unique_ptr<Ui::FeedbackWindowController> ui_;
   FeedbackServices services_;
   std::unique_ptr<FeedbackPreview> preview_;
+  std::shared_ptr<SavePanel> savePanel_;
 };
 
 }  // namespace velmara

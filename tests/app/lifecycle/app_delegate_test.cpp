@@ -23,11 +23,9 @@ using testing_support::LaunchTest;
 using testing_support::Peer;
 using testing_support::RecordingServer;
 
-constexpr std::string_view kTid = "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n{\"tid\":77}";
+constexpr const char* kTid = "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n{\"tid\":77}";
 
-std::string answerReport(Peer& peer) {
-  return recordAndAnswer(peer, kReportEnd, kTid);
-}
+const RecordingServer::Script answerReport = testing_support::answering(kReportEnd, kTid);
 
 TEST_F(LaunchTest, StartsInItsOrder) {
   const RecordingServer server(answerReport);
@@ -91,10 +89,10 @@ TEST_F(LaunchTest, WhoeverAsksForNoTrackingIsNotReported) {
   environment.addresses.trackingService = server.url();
   environment.asksForNoTracking = true;
   launch();
-  ASSERT_TRUE(waitUntil(isGlobalQueueIdle));
   // Everything else is as always.
   EXPECT_GE(logged("fireTQSHitForTrackSource"), 0);
-  EXPECT_GE(logged("url = " + server.url() + "/registerAppInstalls"), 0);
+  EXPECT_TRUE(
+      waitUntil([&] { return logged("url = " + server.url() + "/registerAppInstalls") >= 0; }));
   EXPECT_EQ(defaults.value(defaults_keys::kTrackedForAppStore).toString(), "TRACKING CALLED");
   EXPECT_EQ(delegate().tracker->tid, 0U);
   // Had a connection been made, it would be recorded before this one.

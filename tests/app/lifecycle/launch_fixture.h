@@ -36,20 +36,6 @@ class IdleEngine final : public DenoiseEngine {
   }
 };
 
-/// Reads a request whole and answers it.
-inline std::string recordAndAnswer(Peer& peer, std::string_view ending, std::string_view answer) {
-  std::string request = peer.readUntil(ending);
-  peer.send(answer);
-  return request;
-}
-
-/// Reads a request whole and says nothing until the other side goes.
-inline std::string recordInSilence(Peer& peer, std::string_view ending) {
-  std::string request = peer.readUntil(ending);
-  peer.waitForClose();
-  return request;
-}
-
 inline constexpr std::string_view kReportEnd = "}";
 inline constexpr std::string_view kEnvelopeEnd = "</soap:Envelope>";
 

@@ -63,23 +63,34 @@ class FeedbackFormTest : public testing::Test {
 
   QWidget window;
   ScriptedAlerts alerts;
+  ScriptedPanels panels;
   bool isInternetAvailable = true;
-  std::vector<FeedbackForm> sent;
+  std::vector<FeedbackForm> sent;  ///< or saved
+  std::string savedTo;
+  std::function<void(const std::string&)> saved;
   std::function<void()> whileSending = [] {};
   using Receiver = std::function<void(const FeedbackReport&)>;
   std::vector<std::pair<FeedbackForm, Receiver>> described;
-  FeedbackWindowController sheet{{.alerts = alerts,
-                                  .isInternetAvailable = [this] { return isInternetAvailable; },
-                                  .extractInfoAndSendFeedback =
-                                      [this](const FeedbackForm& form) {
-                                        sent.push_back(form);
-                                        whileSending();
-                                      },
-                                  .describe =
-                                      [this](const FeedbackForm& form, Receiver receiver) {
-                                        described.emplace_back(form, std::move(receiver));
-                                      }},
-                                 &window};
+  FeedbackServices services() {
+    FeedbackServices services{.alerts = alerts, .panels = panels};
+    services.isInternetAvailable = [this] { return isInternetAvailable; };
+    services.extractInfoAndSendFeedback = [this](const FeedbackForm& form) {
+      sent.push_back(form);
+      whileSending();
+    };
+    services.describe = [this](const FeedbackForm& form, Receiver receiver) {
+      described.emplace_back(form, std::move(receiver));
+    };
+    services.proposedFileName = [] { return "Velmara-Feedback 7.xml"; };
+    services.saveReport = [this](const FeedbackForm& form, const std::string& path, auto done) {
+      sent.push_back(form);
+      savedTo = path;
+      saved = std::move(done);
+    };
+    return services;
+  }
+
+  FeedbackWindowController sheet{services(), &window};
 };
 
 }  // namespace velmara::testing_support

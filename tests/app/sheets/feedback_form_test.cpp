@@ -249,49 +249,80 @@ TEST_F(FeedbackFormTest, AlertsStandInTheMiddleOfTheSheet) {
   EXPECT_EQ(alerts.shown.back().messageText, "Something");
 }
 
-// Stands for languages that need more room.
-class LongerTexts final : public QTranslator {
+// A build without a service says so at once, and the report goes to a file.
+TEST_F(FeedbackFormTest, WithoutAServiceItSaysSoAndSavesTheReport) {
+  EXPECT_FALSE(part("lblFBNoService").isVisible());
+  FeedbackServices without = services();
+  without.reachesNobody = true;
+  without.isInternetAvailable = [] { return false; };  // Which a file does not need.
+  FeedbackWindowController form(std::move(without), &window);
+  form.showSheet();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+  EXPECT_TRUE(form.findChild<QLabel*>("lblFBNoService")->isVisible());
+  auto& button = *form.findChild<QPushButton*>("btnFBSubmit");
+  EXPECT_EQ(button.text(), "Save Report…");
+  button.click();
+  EXPECT_TRUE(panels.saveOptions.empty()) << "the fields are wrong";
+  form.findChild<QLineEdit*>("txtFBEmailID")->setText("A@b.co");
+  form.findChild<QComboBox*>("btnFBType")->setCurrentIndex(1);
+  form.findChild<QPlainTextEdit*>("txtViewFBExp")->setPlainText("fine");
+  button.click();
+  ASSERT_EQ(panels.saveOptions.size(), 1U);
+  EXPECT_EQ(panels.saveOptions[0].nameFieldStringValue, "Velmara-Feedback 7.xml");
+  panels.answerSave({});
+  EXPECT_TRUE(sent.empty() && form.isVisible()) << "given up";
+  button.click();
+  panels.answerSave("/some/report.xml");
+  ASSERT_EQ(sent.size(), 1U);
+  EXPECT_EQ(sent[0].email, "a@b.co");
+  EXPECT_EQ(savedTo, "/some/report.xml");
+  saved("the disk is full");
+  ASSERT_EQ(alerts.shown.size(), 1U);
+  EXPECT_EQ(alerts.shown[0].messageText, "The report could not be saved: the disk is full");
+  EXPECT_TRUE(form.isVisible()) << "nothing that was typed is lost";
+  saved({});
+  EXPECT_FALSE(form.isVisible());
+}
+
+TEST_F(FeedbackFormTest, NothingIsCutAndTheSmallestWindowHasRoomForIt) {
+  QTest::mouseClick(&part("btnFBSubmit"), Qt::LeftButton);
+  EXPECT_EQ(errors(), "ETX");
+  part("lblFBWait").show();
+  part("lblFBNoService").show();
+  part<QPushButton>("linkSendFeedback").setChecked(true);
+  QApplication::processEvents();
+  for (const QWidget* widget : sheet.findChildren<QWidget*>()) {
+    const bool hasText = qobject_cast<const QLabel*>(widget) != nullptr ||
+                         qobject_cast<const QAbstractButton*>(widget) != nullptr ||
+                         qobject_cast<const QComboBox*>(widget) != nullptr;
+    if (!hasText || !widget->isVisible() || widget->objectName().isEmpty()) continue;
+    const std::string name = widget->objectName().toStdString();
+    EXPECT_GE(widget->width(), widget->sizeHint().width()) << name;
+    EXPECT_GE(widget->height(), widget->sizeHint().height()) << name;
+    EXPECT_TRUE(sheet.rect().contains(QRect(widget->mapTo(&sheet, QPoint()), widget->size())));
+  }
+  EXPECT_TRUE(window.geometry().contains(sheet.geometry()))
+      << sheet.y() << " and " << sheet.height();
+}
+
+// The service is told the kind as it knows it, whatever is shown.
+class OtherWords final : public QTranslator {
  public:
   QString translate(const char* /*context*/, const char* source, const char* /*disambiguation*/,
                     int /*n*/) const override {
-    const QString text = QString::fromUtf8(source);
-    return text + QString(text.size() / 5 + 1, QLatin1Char('m'));
+    return QLatin1String("other ") + QString::fromUtf8(source);
   }
   bool isEmpty() const override { return false; }
 };
 
-TEST_F(FeedbackFormTest, NoTextIsCutAlsoInLongerLanguages) {
-  const LongerTexts longer;
-  for (const bool isLonger : {false, true}) {
-    if (isLonger) QApplication::installTranslator(const_cast<LongerTexts*>(&longer));
-    sheet.convertUIAccordingToLocale();
-    QTest::mouseClick(&part("btnFBSubmit"), Qt::LeftButton);
-    EXPECT_EQ(errors(), "ETX");
-    part("lblFBWait").show();
-    part<QPushButton>("linkSendFeedback").setChecked(!isLonger);
-    part<QPushButton>("linkSendFeedback").setChecked(true);
-    QApplication::processEvents();
-    int seen = 0;
-    for (const QWidget* widget : sheet.findChildren<QWidget*>()) {
-      const bool hasText = qobject_cast<const QLabel*>(widget) != nullptr ||
-                           qobject_cast<const QAbstractButton*>(widget) != nullptr ||
-                           qobject_cast<const QComboBox*>(widget) != nullptr;
-      if (!hasText || !widget->isVisible() || widget->objectName().isEmpty()) continue;
-      ++seen;
-      const std::string name = widget->objectName().toStdString();
-      EXPECT_GE(widget->width(), widget->sizeHint().width()) << name;
-      EXPECT_GE(widget->height(), widget->sizeHint().height()) << name;
-      const QRect place(widget->mapTo(&sheet, QPoint()), widget->size());
-      EXPECT_TRUE(sheet.rect().contains(place)) << name;
-    }
-    EXPECT_EQ(seen, 16);
-    // The smallest main window has room for the sheet with everything open.
-    EXPECT_TRUE(window.geometry().contains(sheet.geometry())) << isLonger;
-  }
-  QApplication::removeTranslator(const_cast<LongerTexts*>(&longer));
-  // What the service is told is not translated.
+TEST_F(FeedbackFormTest, WhatTheServiceIsToldIsNotTranslated) {
+  OtherWords words;
+  QApplication::installTranslator(&words);
+  sheet.convertUIAccordingToLocale();
   type().setCurrentIndex(1);
+  EXPECT_EQ(type().currentText(), "other General Feedback");
   EXPECT_EQ(sheet.form().type, "General Feedback");
+  QApplication::removeTranslator(&words);
 }
 
 }  // namespace

@@ -1,9 +1,13 @@
 #define PCRE2_CODE_UNIT_WIDTH 8
-#include "services/email_address.h"
+#include "services/feedback_form.h"
 
-#include <array>
+#include <QString>
+
 #include <memory>
 #include <pcre2.h>
+
+#include "platform/log.h"
+#include "services/string_escaping.h"
 
 namespace velmara {
 namespace {
@@ -38,6 +42,19 @@ const pcre2_code* compiledPattern() {
 }
 
 }  // namespace
+
+void tidyFeedbackFields(FeedbackForm& form) {
+  form.email = StringEscaping::trim(QString::fromStdString(form.email).toLower().toStdString());
+  form.experience = StringEscaping::trim(form.experience);
+}
+
+FeedbackFaults checkFeedbackFields(FeedbackForm& form) {
+  tidyFeedbackFields(form);
+  logLine("Title :" + form.type);
+  return {.invalidEmail = !validateEmail(form.email),
+          .invalidType = form.type == kNoFeedbackType,
+          .invalidExp = form.experience.empty()};
+}
 
 bool validateEmail(std::string_view address) {
   const pcre2_code* code = compiledPattern();

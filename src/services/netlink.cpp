@@ -1,4 +1,4 @@
-#include "services/rtnetlink.h"
+#include "services/netlink.h"
 
 #include <array>
 #include <cerrno>
@@ -21,20 +21,22 @@ using Links = std::map<int, LinkState>;
 
 constexpr std::size_t kLargestAnswer = std::size_t{32} * 1024;  // of one message in a dump
 
-struct CloseSocket {
-  void operator()(mnl_socket* socket) const { mnl_socket_close(socket); }
-};
+NetlinkSocket openSocket(unsigned groups, int flags) {
+  NetlinkSocket socket(mnl_socket_open2(NETLINK_ROUTE, SOCK_CLOEXEC | flags));
+  if (socket != nullptr && mnl_socket_bind(socket.get(), groups, MNL_SOCKET_AUTOPID) != 0) {
+    socket.reset();
+  }
+  return socket;
+}
 
 // Asks one question over a socket of its own, so that no late answer to another can come between.
 // 0, or the error that the kernel or the socket gave.
 int ask(nlmsghdr& message, Visit visit) {
-  const std::unique_ptr<mnl_socket, CloseSocket> socket(
-      mnl_socket_open2(NETLINK_ROUTE, SOCK_CLOEXEC));
+  const NetlinkSocket socket = openSocket(0, 0);
   if (socket == nullptr) return errno;
   // The kernel answers at once; this only keeps a fault from holding up the window.
   const timeval longest{.tv_sec = 1, .tv_usec = 0};
   ::setsockopt(mnl_socket_get_fd(socket.get()), SOL_SOCKET, SO_RCVTIMEO, &longest, sizeof(longest));
-  if (mnl_socket_bind(socket.get(), 0, MNL_SOCKET_AUTOPID) != 0) return errno;
   constexpr unsigned kSequence = 1;
   message.nlmsg_seq = kSequence;
   if (mnl_socket_sendto(socket.get(), &message, message.nlmsg_len) < 0) return errno;
@@ -239,6 +241,44 @@ std::optional<RouteFacts> routeTo(const sockaddr_storage& address) {
     return RouteFacts{};
   }
   return error == 0 ? found : std::nullopt;
+}
+
+void CloseNetlink::operator()(mnl_socket* socket) const {
+  mnl_socket_close(socket);
+}
+
+RouteChanges::RouteChanges(std::function<void()> changed)
+    : changed_(std::move(changed)),
+      socket_(openSocket(RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV4_ROUTE | RTMGRP_IPV6_IFADDR |
+                             RTMGRP_IPV6_ROUTE,
+                         SOCK_NONBLOCK)) {
+  constexpr std::chrono::milliseconds kGatherTime(100);
+  gathering_.setSingleShot(true);
+  gathering_.setInterval(kGatherTime);
+  QObject::connect(&gathering_, &QTimer::timeout, [this] {
+    const auto running = changed_;
+    running();
+  });
+  if (socket_ == nullptr) return;
+  notifier_ =
+      std::make_unique<QSocketNotifier>(mnl_socket_get_fd(socket_.get()), QSocketNotifier::Read);
+  QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { takeMessages(); });
+}
+
+// That something came is all there is to know: who listens looks at the whole anew. A bound keeps
+// an endless stream from holding up the event loop; the kernel drops what does not fit its buffer
+// and says so by an error, which is a change like any other.
+void RouteChanges::takeMessages() {
+  constexpr int kMostAtOnce = 256;
+  std::array<char, 1> nothing{};
+  bool came = false;
+  for (int count = 0; count < kMostAtOnce; ++count) {
+    const ssize_t got = mnl_socket_recvfrom(socket_.get(), nothing.data(), nothing.size());
+    // Of a message that was cut off, as all are, the library says so by an error of its own.
+    if (got < 0 && errno != ENOBUFS && errno != ENOSPC) break;
+    came = true;
+  }
+  if (came && !gathering_.isActive()) gathering_.start();
 }
 
 }  // namespace velmara

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <array>
 #include <string>
 #include <string_view>
@@ -8,14 +10,15 @@ namespace velmara {
 
 /// The entry of the type pop-up that stands for no choice. The check relies on its text, asterisk
 /// included.
-inline constexpr std::string_view kNoFeedbackType = "*Please Select Feedback Type";
+inline constexpr std::string_view kNoFeedbackType =
+    QT_TRANSLATE_NOOP("velmara::FeedbackWindowController", "*Please Select Feedback Type");
 
 /// The entries that are a choice, sent to the service as they stand, misspellings included.
 inline constexpr std::array<std::string_view, 4> kFeedbackTypes = {
-    "General Feedback",
-    "I feel good whenerver I have used it",
-    "I want to report a problem",
-    "Unable to understand the problem",
+    QT_TRANSLATE_NOOP("velmara::FeedbackWindowController", "General Feedback"),
+    QT_TRANSLATE_NOOP("velmara::FeedbackWindowController", "I feel good whenerver I have used it"),
+    QT_TRANSLATE_NOOP("velmara::FeedbackWindowController", "I want to report a problem"),
+    QT_TRANSLATE_NOOP("velmara::FeedbackWindowController", "Unable to understand the problem"),
 };
 
 /// What the user typed and chose.
@@ -43,5 +46,9 @@ void tidyFeedbackFields(FeedbackForm& form);
 /// Tidies the form, then makes every check, so that all messages can show together. Logs the type
 /// as "Title :TYPE".
 FeedbackFaults checkFeedbackFields(FeedbackForm& form);
+
+/// Whether the whole text is an e-mail address by the form's pattern, which knows lower-case
+/// letters only. Takes time in proportion to the length, whatever the text. Any thread.
+bool validateEmail(std::string_view address);
 
 }  // namespace velmara
