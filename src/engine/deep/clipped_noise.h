@@ -11,6 +11,9 @@ struct Moments {
   double variance = 0.0;
 };
 
+/// The variance that rounding to whole numbers adds.
+inline constexpr float kRoundingVariance = 1.0F / 12.0F;
+
 /// The moments of a normal variable of mean `level` and a deviation above 0 after it was clipped to
 /// 0 to 255.
 Moments clippedMoments(double level, double deviation);

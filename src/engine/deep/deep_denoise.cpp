@@ -7,6 +7,7 @@
 #include "engine/deep/noise_measure.h"
 #include "engine/deep/opponent_planes.h"
 #include "engine/deep/shared_work.h"
+#include "engine/fast/instruction_sets.h"
 
 namespace velmara {
 namespace {
@@ -113,6 +114,7 @@ std::optional<Bitmap> denoiseDeeply(const Bitmap& bitmap, const DeepNoise& noise
                                     const DeepRequest& request, JobControl& control) {
   if (!bitmap.isValid() || control.isCancelled()) return std::nullopt;
   if (noise.isNone()) return bitmap;
+  useInstructionSetOfEnvironment();
   try {
     auto planes = planesOf(bitmap, request);
     auto result =

@@ -62,8 +62,9 @@ BlockNoise blockNoise(const DeepNoise& noise, float strength, int level, bool is
     const auto deviation = scaledDeviation(noise.deviation[c], strength);
     const ClippedNoise clipped(deviation);
     for (std::size_t i = 0; i < 256; ++i) {
-      const double variance = noise.isWhite ? clipped.seenAs(static_cast<double>(i)).variance
-                                            : double{deviation[i]} * deviation[i];
+      const double variance =
+          noise.isWhite ? clipped.seenAs(static_cast<double>(i)).variance + kRoundingVariance
+                        : double{deviation[i]} * deviation[i];
       result.variance[c][i] = kUnit * std::max(static_cast<float>(variance), kLeastVariance);
     }
   }

@@ -10,7 +10,7 @@ namespace velmara {
 /// The noise of a photo, in levels of 0 to 255.
 struct DeepNoise {
   /// The standard deviation of the samples of each channel where they would be `index` without
-  /// noise; white noise before it was clipped to 0 to 255.
+  /// noise; white noise before it was rounded and clipped to 0 to 255.
   std::array<std::array<float, 256>, 3> deviation = {};
   /// The amplitude of the cosine coefficients of each opponent plane by frequency (frequencyOf),
   /// relative to that of white noise of the same deviation.

@@ -87,8 +87,8 @@ float BlockStatistics::whiteness() const {
   for (const Entry& entry : entries_) {
     if (entry.brightness > 4.0F && entry.brightness < 251.0F) lively.push_back(entry);
   }
-  // Rounding to whole numbers is white noise too; it is not the question.
-  constexpr float kRounding = 1.0F / 12.0F;
+  // Rounding is white noise too; it is not the question.
+  constexpr float kRounding = kRoundingVariance;
   float higher = 0.0F;
   float middle = 0.0F;
   for (std::size_t k = isGray_ ? 0 : 1; k < (isGray_ ? 1U : 3U); ++k) {
@@ -144,7 +144,7 @@ std::vector<NoisePoint> BlockStatistics::whitePoints(std::size_t channel) const 
     // Where most is clipped nothing can be told.
     const double deviation = deviationBeforeClipping({mean, variance});
     if (variance < 0.01 || mean < 0.5 * deviation || mean > 255.0 - 0.5 * deviation) continue;
-    points.push_back({mean, deviation * deviation});
+    points.push_back({mean, std::max(deviation * deviation - kRoundingVariance, 0.01)});
   }
   return points;
 }
