@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/alpha.h"
+#include "imaging/encode_image.h"
 #include "imaging/initialise.h"
 #include "imaging/vips_api.h"
 
@@ -15,24 +16,27 @@ namespace {
 constexpr double kMillimetresPerInch = 25.4;
 
 /// The bitmap as libvips sees it, its samples shared and not copied.
-VipsImagePtr wrapped(const Bitmap& bitmap, const ColorProfile& profile,
-                     const EncodeOptions& options) {
-  const VipsImagePtr samples(
-      vips().image_new_from_memory(bitmap.bytes().data(), bitmap.byteCount(), bitmap.width(),
-                                   bitmap.height(), bitmap.samplesPerPixel(), VIPS_FORMAT_UCHAR));
+VipsImagePtr wrapped(const Bitmap& bitmap) {
+  return VipsImagePtr(vips().image_new_from_memory(bitmap.bytes().data(), bitmap.byteCount(),
+                                                   bitmap.width(), bitmap.height(),
+                                                   bitmap.samplesPerPixel(), VIPS_FORMAT_UCHAR));
+}
+
+VipsImagePtr described(VipsImage* image, const ColorProfile& profile,
+                       const EncodeOptions& options) {
   const Resolution resolution = options.resolution.value_or(Resolution{});
-  VipsImage* described = nullptr;
-  if (samples == nullptr || vips().copy(samples.get(), &described, "interpretation",
-                                        bitmap.samplesPerPixel() <= 2 ? VIPS_INTERPRETATION_B_W
-                                                                      : VIPS_INTERPRETATION_sRGB,
-                                        "xres", resolution.width / kMillimetresPerInch, "yres",
-                                        resolution.height / kMillimetresPerInch, nullptr) != 0) {
+  VipsImage* copy = nullptr;
+  if (vips().copy(
+          image, &copy, "interpretation",
+          vips().image_get_bands(image) <= 2 ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB,
+          "xres", resolution.width / kMillimetresPerInch, "yres",
+          resolution.height / kMillimetresPerInch, nullptr) != 0) {
     return nullptr;
   }
   if (profile != nullptr) {
-    vips().image_set_blob_copy(described, VIPS_META_ICC_NAME, profile->data(), profile->size());
+    vips().image_set_blob_copy(copy, VIPS_META_ICC_NAME, profile->data(), profile->size());
   }
-  return VipsImagePtr(described);
+  return VipsImagePtr(copy);
 }
 
 VipsImagePtr withoutLastBand(const VipsImagePtr& image) {
@@ -54,6 +58,10 @@ std::vector<std::uint8_t> contentsOf(VipsTarget* target) {
   return {bytes, bytes + size};
 }
 
+Error cannotEncode() {
+  return {"the picture cannot be encoded (" + takeVipsError() + ")"};
+}
+
 Result<std::vector<std::uint8_t>> encode(const Bitmap& bitmap, const ColorProfile& profile,
                                          FileFormat format, const EncodeOptions& options) {
   const bool dropsAlpha = bitmap.hasAlpha() && isOpaque(bitmap);
@@ -61,17 +69,25 @@ Result<std::vector<std::uint8_t>> encode(const Bitmap& bitmap, const ColorProfil
   const bool flattens = bitmap.hasAlpha() && !dropsAlpha && !facts.carriesAlpha;
   const Bitmap flat = flattens ? withoutAlpha(bitmap) : bitmap;
   if (!flat.isValid()) return Error{"not enough memory for the picture"};
-  VipsImagePtr image = wrapped(flat, facts.carriesProfile ? profile : nullptr, options);
+  VipsImagePtr image = wrapped(flat);
   if (image != nullptr && dropsAlpha) image = withoutLastBand(image);
-  const VipsTargetPtr target(vips().target_new_to_memory());
-  if (image == nullptr || target == nullptr ||
-      facts.save(image.get(), std::clamp(options.quality, 1, 100), target.get()) != 0) {
-    return Error{"the picture cannot be encoded (" + takeVipsError() + ")"};
-  }
-  return contentsOf(target.get());
+  if (image == nullptr) return cannotEncode();
+  return encodeVipsImage(image.get(), profile, format, options);
 }
 
 }  // namespace
+
+Result<std::vector<std::uint8_t>> encodeVipsImage(VipsImage* image, const ColorProfile& profile,
+                                                  FileFormat format, const EncodeOptions& options) {
+  const FormatFacts& facts = factsOf(format);
+  const VipsImagePtr whole = described(image, facts.carriesProfile ? profile : nullptr, options);
+  const VipsTargetPtr target(vips().target_new_to_memory());
+  if (whole == nullptr || target == nullptr ||
+      facts.save(whole.get(), std::clamp(options.quality, 1, 100), target.get()) != 0) {
+    return cannotEncode();
+  }
+  return contentsOf(target.get());
+}
 
 Result<std::vector<std::uint8_t>> encodeImage(const Bitmap& bitmap, const ColorProfile& profile,
                                               FileFormat format, const EncodeOptions& options) {
@@ -87,10 +103,7 @@ Result<std::vector<std::uint8_t>> encodeImage(const Bitmap& bitmap, const ColorP
   }
 }
 
-Result<std::vector<std::uint8_t>> encodeImageWithMetadata(const Bitmap& bitmap,
-                                                          const ColorProfile& profile,
-                                                          FileFormat format,
-                                                          const ImageMetadata& metadata) {
+EncodeOptions encodeOptionsFor(const ImageMetadata& metadata, int width, int height) {
   EncodeOptions options;
   const auto dpi = [&metadata](const char* key) {
     const MetadataValue* value = metadata.find(key);
@@ -99,10 +112,18 @@ Result<std::vector<std::uint8_t>> encodeImageWithMetadata(const Bitmap& bitmap,
   const double across = dpi("DPIWidth");
   const double down = dpi("DPIHeight");
   if (across > 0.0 && down > 0.0) {
-    const bool turned = isTurned(metadata, bitmap.width(), bitmap.height());
+    const bool turned = isTurned(metadata, width, height);
     options.resolution = turned ? Resolution{down, across} : Resolution{across, down};
   }
-  auto bytes = encodeImage(bitmap, profile, format, options);
+  return options;
+}
+
+Result<std::vector<std::uint8_t>> encodeImageWithMetadata(const Bitmap& bitmap,
+                                                          const ColorProfile& profile,
+                                                          FileFormat format,
+                                                          const ImageMetadata& metadata) {
+  auto bytes = encodeImage(bitmap, profile, format,
+                           encodeOptionsFor(metadata, bitmap.width(), bitmap.height()));
   return bytes ? withMetadata(std::move(bytes).value(), format, metadata) : std::move(bytes);
 }
 

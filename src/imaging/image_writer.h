@@ -42,8 +42,11 @@ Result<std::vector<std::uint8_t>> withMetadata(std::vector<std::uint8_t> bytes, 
 /// Whether a picture of this size is the one the metadata was read from with its sides exchanged.
 bool isTurned(const ImageMetadata& metadata, int width, int height);
 
-/// encodeImage and withMetadata in one, at the resolution the metadata states (its width and height
-/// exchanged, if those of the picture were), for pixels that have been turned upright.
+/// The options for a picture of this size that has been turned upright: the resolution the metadata
+/// states, its width and height exchanged if those of the picture were.
+EncodeOptions encodeOptionsFor(const ImageMetadata& metadata, int width, int height);
+
+/// encodeImage with encodeOptionsFor, and withMetadata, in one.
 Result<std::vector<std::uint8_t>> encodeImageWithMetadata(const Bitmap& bitmap,
                                                           const ColorProfile& profile,
                                                           FileFormat format,

@@ -50,7 +50,7 @@ Image mirrored(const Image& image, int orientation) {
 }  // namespace
 
 Bitmap RotateWithEXIF(const Bitmap& bitmap, int orientation) {
-  if (!bitmap.isValid() || orientation < 2 || orientation > 8) return bitmap;
+  if (!bitmap.isValid() || !isTurnedBy(orientation)) return bitmap;
   const bool turned = exchangesSides(orientation);
   auto upright =
       BitmapBuilder::allocate(turned ? bitmap.height() : bitmap.width(),

@@ -13,6 +13,11 @@ namespace velmara {
 /// to be had.
 Bitmap RotateWithEXIF(const Bitmap& bitmap, int orientation);
 
+/// Whether an orientation moves any pixel.
+constexpr bool isTurnedBy(int orientation) {
+  return orientation >= 2 && orientation <= 8;
+}
+
 /// Whether an orientation exchanges width and height.
 constexpr bool exchangesSides(int orientation) {
   return orientation >= 5 && orientation <= 8;

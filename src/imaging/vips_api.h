@@ -11,19 +11,20 @@ namespace velmara {
 /// when the first picture is read or written: a hundred others come with it, and a window that had
 /// to wait for them would take twice as long to appear.
 // clang-format off
-#define VELMARA_VIPS_OPERATIONS(X)                                                           \
-  X(area_unref) X(bandjoin2) X(blob_get) X(cache_set_max) X(cache_set_max_files)             \
-  X(cache_set_max_mem) X(colourspace) X(copy) X(error_buffer_copy) X(extract_band)           \
-  X(format_sizeof) X(gifload_source) X(gifsave_target) X(heifload_source) X(icc_transform)   \
-  X(image_get_bands) X(image_get_blob) X(image_get_coding) X(image_get_format)               \
-  X(image_get_height) X(image_get_typeof) X(image_get_width) X(image_get_xres)               \
-  X(image_get_yres) X(image_guess_interpretation) X(image_hasalpha) X(image_new_from_memory) \
-  X(image_set_blob_copy) X(init) X(jp2kload_source) X(jp2ksave_target) X(jpegload_buffer)    \
-  X(jpegload_source) X(jpegsave_target) X(magickload_buffer) X(magicksave_buffer) X(msb)     \
-  X(operation_block_set) X(pngload_source) X(pngsave_target) X(ppmload_source) X(region_new) \
-  X(region_prepare) X(source_new_from_descriptor) X(source_rewind) X(target_end)             \
-  X(target_new_to_memory) X(target_write) X(tiffload_source) X(tiffsave_target)              \
-  X(webpload_source)
+#define VELMARA_VIPS_OPERATIONS(X)                                                         \
+  X(area_unref) X(bandjoin2) X(blob_get) X(cache_set_max) X(cache_set_max_files)           \
+  X(cache_set_max_mem) X(colourspace) X(copy) X(error_buffer_copy) X(extract_band)         \
+  X(format_sizeof) X(gifload_source) X(gifsave_target) X(heifload_source) X(icc_transform) \
+  X(image_generate) X(image_get_bands) X(image_get_blob) X(image_get_coding)               \
+  X(image_get_format) X(image_get_height) X(image_get_typeof) X(image_get_width)           \
+  X(image_get_xres) X(image_get_yres) X(image_guess_interpretation) X(image_hasalpha)      \
+  X(image_init_fields) X(image_new) X(image_new_from_memory) X(image_pipelinev)            \
+  X(image_set_blob_copy) X(init) X(jp2kload_source) X(jp2ksave_target) X(jpegload_buffer)  \
+  X(jpegload_source) X(jpegsave_target) X(magickload_buffer) X(magicksave_buffer) X(msb)   \
+  X(operation_block_set) X(pngload_source) X(pngsave_target) X(ppmload_source)             \
+  X(region_new) X(region_prepare) X(source_new_from_descriptor) X(source_rewind)           \
+  X(target_end) X(target_new_to_memory) X(target_write) X(tiffload_source)                 \
+  X(tiffsave_target) X(webpload_source)
 // clang-format on
 
 /// Those of GObject, which comes with it, without the prefix "g_".

@@ -101,6 +101,22 @@ Result<std::vector<std::uint8_t>> encodeExport(const PhotoFile& photo, const Ima
   return encodeImageWithMetadata(upright.bitmap(), upright.profile(), format, *photo.metaInfoDict);
 }
 
+std::unique_ptr<RowEncoder> startEncoding(const PhotoFile& photo, const Image& picture,
+                                          FileFormat format, const JobControl* control) {
+  const int width = picture.bitmap().width();
+  const int height = picture.bitmap().height();
+  const EncodeOptions options =
+      photo.metaInfoDict ? encodeOptionsFor(*photo.metaInfoDict, width, height) : EncodeOptions();
+  return RowEncoder::start(width, height, picture.profile(), format, options, control);
+}
+
+Result<std::vector<std::uint8_t>> finishEncoding(const PhotoFile& photo, RowEncoder& encoder,
+                                                 FileFormat format) {
+  auto bytes = encoder.finish();
+  if (!bytes || !photo.metaInfoDict) return bytes;
+  return withMetadata(std::move(bytes).value(), format, *photo.metaInfoDict);
+}
+
 bool isPhotosOwnFile(const PhotoFile& photo, const std::string& path) {
   std::error_code failure;
   return std::filesystem::equivalent(photo.filePath, path, failure) && !failure;

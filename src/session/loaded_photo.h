@@ -12,6 +12,7 @@
 #include "base/result.h"
 #include "imaging/image_writer.h"
 #include "imaging/picture_file.h"
+#include "imaging/row_encoder.h"
 #include "session/denoise_parameters.h"
 #include "session/photo_file.h"
 
@@ -59,6 +60,13 @@ Result<Image> uprightAtFullSize(const LoadedPhoto& photo, const Image& filtered)
 /// profile as far as the format holds them, orientation 1.
 Result<std::vector<std::uint8_t>> encodeExport(const PhotoFile& photo, const Image& upright,
                                                FileFormat format);
+
+/// encodeExport of rows as the filter finishes them, for a photo whose result is `picture` as large
+/// and upright as it is; null if the memory is not to be had.
+std::unique_ptr<RowEncoder> startEncoding(const PhotoFile& photo, const Image& picture,
+                                          FileFormat format, const JobControl* control);
+Result<std::vector<std::uint8_t>> finishEncoding(const PhotoFile& photo, RowEncoder& encoder,
+                                                 FileFormat format);
 
 /// Whether a path names the photo's own file, through links too.
 bool isPhotosOwnFile(const PhotoFile& photo, const std::string& path);

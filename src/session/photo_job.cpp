@@ -9,6 +9,7 @@
 
 #include "base/fixed_text.h"
 #include "imaging/image_writer.h"
+#include "imaging/rotate_with_exif.h"
 #include "platform/atomic_file.h"
 
 namespace velmara {
@@ -160,8 +161,11 @@ class Run {
         result_.mapping = mapped.mapping;
         parameters = calibrationParameters(mapped.parameters, mode);
       }
-      result_.pixelsProcessRate =
-          services_.engine.processingSpeed(services_.loadTestImage(), parameters);
+      JobControl part = partOfStep();
+      const std::int64_t rate =
+          services_.engine.processingSpeed(services_.loadTestImage(), parameters, &part);
+      if (part.isCancelled()) return Error{"cancelled"};
+      result_.pixelsProcessRate = rate;
     }
     if (calibrated_) {
       services_.mainQueue.async(
@@ -213,12 +217,34 @@ class Run {
     return isWhole() ? wholePhotoToFilter(result_.photo) : atOwnSize(*request_.region);
   }
 
+  // Whether nothing is left to do with the filter's rows but to encode them.
+  bool isWrittenAsFiltered(const Image& picture) const {
+    return request_.output && result_.parameters && isWhole() && !request_.isBare &&
+           picture.size() == result_.photo.fullSize &&
+           !isTurnedBy(result_.photo.record.orientation().value_or(1));
+  }
+
+  JobControl partOfStep() {
+    return {control_, shareUpTo(indexOf(result_.step)), shareUpTo(indexOf(result_.step) + 1)};
+  }
+
   Status filter() {
     const Image picture = pictureToFilter();
     if (!picture.isValid()) return Error{kNoMemory};
     if (request_.isDeep && result_.deepNoise) return filterDeeply(picture);
-    result_.image =
-        result_.parameters ? services_.engine.denoise(picture, *result_.parameters) : picture;
+    JobControl part = partOfStep();
+    RunWatch watch{&part, {}};
+    if (isWrittenAsFiltered(picture)) {
+      encoder_ = startEncoding(result_.photo.record, picture, *request_.output->format, &control_);
+    }
+    if (encoder_ != nullptr) {
+      watch.rowsFinished = [this](const std::uint8_t* rows, int firstRow, int rowCount) {
+        encoder_->add(rows, firstRow, rowCount);
+      };
+    }
+    result_.image = result_.parameters
+                        ? services_.engine.denoise(picture, *result_.parameters, watch)
+                        : picture;
     return result_.image.isValid() ? Status(Done{}) : Error{"the picture could not be filtered"};
   }
 
@@ -278,6 +304,8 @@ class Run {
   const std::function<void(std::int64_t)>& calibrated_;
   std::array<bool, kPhotoSteps> isPlanned_{};
   bool needsPixels_ = false;
+  /// Where rows are encoded while others are still filtered.
+  std::unique_ptr<RowEncoder> encoder_;
   Image upright_;
   PhotoJobResult result_;
 };

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "base/image.h"
+#include "base/job_control.h"
+#include "base/result.h"
+#include "imaging/image_writer.h"
+
+namespace velmara {
+
+/// Encodes an opaque colour picture on threads of its own while its rows are still being made, into
+/// the bytes that encodeImage makes of the whole.
+class RowEncoder {
+ public:
+  /// Starts to wait for the rows of a picture of this size; null if the size is not allowed or the
+  /// memory is not to be had. A control that is cancelled, which must outlive it, ends it with an
+  /// error.
+  static std::unique_ptr<RowEncoder> start(int width, int height, ColorProfile profile,
+                                           FileFormat format, const EncodeOptions& options,
+                                           const JobControl* control = nullptr);
+  RowEncoder(const RowEncoder&) = delete;
+  RowEncoder& operator=(const RowEncoder&) = delete;
+  /// Gives up what has not been encoded.
+  ~RowEncoder();
+
+  /// Copies the next rows: three samples a pixel, no gaps, from the top to the bottom, one call at
+  /// a time.
+  void add(const std::uint8_t* rows, int firstRow, int rowCount);
+
+  /// The file's bytes, waited for; an error where rows are missing. To be called once.
+  Result<std::vector<std::uint8_t>> finish();
+
+ private:
+  class Work;
+  explicit RowEncoder(std::unique_ptr<Work> work);
+  std::unique_ptr<Work> work_;
+};
+
+}  // namespace velmara
