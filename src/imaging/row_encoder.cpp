@@ -3,8 +3,9 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstring>
+#include <list>
 #include <mutex>
-#include <optional>
+#include <new>
 #include <thread>
 #include <utility>
 
@@ -14,41 +15,72 @@
 
 namespace velmara {
 
-// libvips' own threads ask for regions and wait here until their rows have come.
+namespace {
+
+// Those that ask for each row once, from the top to the bottom.
+bool isSequential(FileFormat format) {
+  return format == FileFormat::jpeg || format == FileFormat::png || format == FileFormat::tiff;
+}
+
+}  // namespace
+
+// libvips' own threads ask for regions and wait here until their rows have come. A stretch of rows
+// is given up when they have taken it, so that what lies here is only what they are behind.
 class RowEncoder::Work {
  public:
-  Work(BitmapBuilder rows, ColorProfile profile, FileFormat format, const EncodeOptions& options,
+  Work(int width, int height, ColorProfile profile, FileFormat format, const EncodeOptions& options,
        const JobControl* control)
-      : rows_(std::move(rows)), control_(control), result_(Error{}) {
+      : width_(width), height_(height), control_(control), result_(Error{}) {
     thread_ = std::jthread([this, profile = std::move(profile), format, options] {
       result_ = encode(profile, format, options);
     });
   }
+  Work(const Work&) = delete;
+  Work& operator=(const Work&) = delete;
+  ~Work() { end(); }
 
   void add(const std::uint8_t* rows, int firstRow, int rowCount) {
-    std::memcpy(rows_.row(firstRow), rows, rows_.rowBytes() * static_cast<std::size_t>(rowCount));
+    const std::size_t bytes = rowBytes() * static_cast<std::size_t>(rowCount);
+    std::unique_ptr<std::uint8_t[]> samples(new (std::nothrow) std::uint8_t[bytes]);
+    if (samples != nullptr) std::memcpy(samples.get(), rows, bytes);
     const std::scoped_lock lock(mutex_);
-    ready_ = firstRow + rowCount;
+    isComplete_ = isComplete_ || samples == nullptr || firstRow != ready_;
+    if (!isComplete_) {
+      ready_ += rowCount;
+      stretches_.push_back({firstRow, std::move(samples), std::int64_t{rowCount} * width_});
+    }
     changed_.notify_all();
   }
 
   Result<std::vector<std::uint8_t>> finish() {
+    end();
+    return std::move(result_);
+  }
+
+ private:
+  // Rows that have come and not all been taken yet.
+  struct Stretch {
+    int firstRow = 0;
+    std::unique_ptr<std::uint8_t[]> samples;
+    std::int64_t untakenPixels = 0;
+  };
+
+  std::size_t rowBytes() const { return static_cast<std::size_t>(width_) * kSamples; }
+
+  void end() {
     {
       const std::scoped_lock lock(mutex_);
       isComplete_ = true;
       changed_.notify_all();
     }
     if (thread_.joinable()) thread_.join();
-    return std::move(result_);
   }
 
- private:
   Result<std::vector<std::uint8_t>> encode(const ColorProfile& profile, FileFormat format,
                                            const EncodeOptions& options) try {
     const VipsImagePtr image(vips().image_new());
-    vips().image_init_fields(image.get(), rows_.width(), rows_.height(), rows_.samplesPerPixel(),
-                             VIPS_FORMAT_UCHAR, VIPS_CODING_NONE, VIPS_INTERPRETATION_sRGB, 1.0,
-                             1.0);
+    vips().image_init_fields(image.get(), width_, height_, kSamples, VIPS_FORMAT_UCHAR,
+                             VIPS_CODING_NONE, VIPS_INTERPRETATION_sRGB, 1.0, 1.0);
     if (vips().image_pipelinev(image.get(), VIPS_DEMAND_STYLE_THINSTRIP, nullptr) != 0 ||
         vips().image_generate(image.get(), nullptr, fillRegion, nullptr, this, nullptr) != 0) {
       return Error{"the picture cannot be encoded (" + takeVipsError() + ")"};
@@ -65,13 +97,14 @@ class RowEncoder::Work {
 
   bool fill(const VipsRegion& region) {
     const VipsRect& wanted = region.valid;
-    const int bottom = wanted.top + wanted.height;
-    if (!waitForRows(bottom)) return false;
-    const auto samples = static_cast<std::size_t>(rows_.samplesPerPixel());
-    for (int y = wanted.top; y < bottom; ++y) {
-      std::memcpy(region.data + static_cast<std::ptrdiff_t>(y - wanted.top) * region.bpl,
-                  rows_.row(y) + static_cast<std::size_t>(wanted.left) * samples,
-                  static_cast<std::size_t>(wanted.width) * samples);
+    if (!waitForRows(wanted.top + wanted.height)) return false;
+    const std::size_t left = static_cast<std::size_t>(wanted.left) * kSamples;
+    const std::size_t count = static_cast<std::size_t>(wanted.width) * kSamples;
+    for (int i = 0; i < wanted.height; ++i) {
+      const std::uint8_t* row = rowAt(wanted.top + i);
+      if (row == nullptr) return false;
+      std::memcpy(region.data + static_cast<std::ptrdiff_t>(i) * region.bpl, row + left, count);
+      giveUp(wanted.top + i, wanted.width);
     }
     return true;
   }
@@ -88,12 +121,39 @@ class RowEncoder::Work {
     }
   }
 
-  BitmapBuilder rows_;
+  // The stretch of a row that has come; the end if it has been given up.
+  std::list<Stretch>::iterator stretchOf(int y) {
+    auto found = stretches_.end();
+    for (auto it = stretches_.begin(); it != stretches_.end() && it->firstRow <= y; ++it)
+      found = it;
+    return found;
+  }
+
+  const std::uint8_t* rowAt(int y) {
+    const std::scoped_lock lock(mutex_);
+    const auto stretch = stretchOf(y);
+    return stretch == stretches_.end()
+               ? nullptr
+               : stretch->samples.get() +
+                     static_cast<std::size_t>(y - stretch->firstRow) * rowBytes();
+  }
+
+  void giveUp(int y, int pixels) {
+    const std::scoped_lock lock(mutex_);
+    const auto stretch = stretchOf(y);
+    if ((stretch->untakenPixels -= pixels) <= 0) stretches_.erase(stretch);
+  }
+
+  static constexpr int kSamples = 3;
+
+  const int width_;
+  const int height_;
   const JobControl* const control_;
   std::mutex mutex_;
   std::condition_variable changed_;
+  std::list<Stretch> stretches_;
   int ready_ = 0;
-  bool isComplete_ = false;
+  bool isComplete_ = false;  // No more rows will be taken.
   Result<std::vector<std::uint8_t>> result_;
   std::jthread thread_;
 };
@@ -101,17 +161,16 @@ class RowEncoder::Work {
 std::unique_ptr<RowEncoder> RowEncoder::start(int width, int height, ColorProfile profile,
                                               FileFormat format, const EncodeOptions& options,
                                               const JobControl* control) {
-  auto rows = BitmapBuilder::allocate(width, height, 3);
-  if (!rows || !initialiseImaging()) return nullptr;
+  if (!isSequential(format) || !isAllowedBitmapSize(width, height, 3) || !initialiseImaging()) {
+    return nullptr;
+  }
   return std::unique_ptr<RowEncoder>(new RowEncoder(
-      std::make_unique<Work>(std::move(*rows), std::move(profile), format, options, control)));
+      std::make_unique<Work>(width, height, std::move(profile), format, options, control)));
 }
 
 RowEncoder::RowEncoder(std::unique_ptr<Work> work) : work_(std::move(work)) {}
 
-RowEncoder::~RowEncoder() {
-  work_->finish();
-}
+RowEncoder::~RowEncoder() = default;
 
 void RowEncoder::add(const std::uint8_t* rows, int firstRow, int rowCount) {
   work_->add(rows, firstRow, rowCount);

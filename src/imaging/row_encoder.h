@@ -15,9 +15,9 @@ namespace velmara {
 /// the bytes that encodeImage makes of the whole.
 class RowEncoder {
  public:
-  /// Starts to wait for the rows of a picture of this size; null if the size is not allowed or the
-  /// memory is not to be had. A control that is cancelled, which must outlive it, ends it with an
-  /// error.
+  /// Starts to wait for the rows of a picture of this size; null if the format cannot be written
+  /// row by row (JPEG, PNG and TIFF can) or the size is not allowed. A control that is cancelled,
+  /// which must outlive it, ends it with an error.
   static std::unique_ptr<RowEncoder> start(int width, int height, ColorProfile profile,
                                            FileFormat format, const EncodeOptions& options,
                                            const JobControl* control = nullptr);

@@ -62,7 +62,7 @@ Result<std::vector<std::uint8_t>> encodeExport(const PhotoFile& photo, const Ima
                                                FileFormat format);
 
 /// encodeExport of rows as the filter finishes them, for a photo whose result is `picture` as large
-/// and upright as it is; null if the memory is not to be had.
+/// and upright as it is; null for formats that are not written row by row.
 std::unique_ptr<RowEncoder> startEncoding(const PhotoFile& photo, const Image& picture,
                                           FileFormat format, const JobControl* control);
 Result<std::vector<std::uint8_t>> finishEncoding(const PhotoFile& photo, RowEncoder& encoder,

@@ -274,6 +274,12 @@ class Run {
   }
 
   Status encode() {
+    if (const auto encoder = std::move(encoder_)) {
+      auto bytes = finishEncoding(result_.photo.record, *encoder, *request_.output->format);
+      if (bytes) result_.encoded = std::move(bytes).value();
+      // What had no room beside the filter may have it now.
+      if (!result_.encoded.empty() || control_.isCancelled()) return Done{};
+    }
     auto bytes = request_.isBare
                      ? encodeImage(upright_.bitmap(), upright_.profile(), *request_.output->format)
                      : encodeExport(result_.photo.record, upright_, *request_.output->format);
