@@ -1,0 +1,335 @@
+#include "session/photo_job.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QThread>
+#include <QTimer>
+
+#include <filesystem>
+#include <functional>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "base/alpha.h"
+#include "imaging/image_reader.h"
+#include "platform/dispatch.h"
+#include "session/export_formats.h"
+#include "support/run_program.h"
+#include "support/scratch_folder.h"
+
+namespace velmara {
+namespace {
+
+using testing::HasSubstr;
+using testing_support::contentsOf;
+using testing_support::runProgram;
+using testing_support::ScratchFolder;
+using End = PhotoJobResult::End;
+
+std::string outputOf(const std::vector<std::string>& words) {
+  const auto result = runProgram(words);
+  EXPECT_EQ(result.exitCode, 0) << result.errors;
+  return result.output;
+}
+
+// 240 x 160, its quarters of four colours, stored as an orientation says.
+std::string photoIn(const ScratchFolder& folder, const std::string& name, int orientation = 6) {
+  std::string path = folder.file(name);
+  outputOf({"convert", "-size", "120x80", "xc:#d02010", "(", "-size", "120x80", "xc:#10c030", ")",
+            "+append", "(", "-size", "240x80", "xc:#2040d0", ")", "-append", path});
+  outputOf({"exiv2", "-Mset Exif.Image.Orientation Short " + std::to_string(orientation),
+            "-Mset Exif.Image.Make Ascii Kamera", path});
+  return path;
+}
+
+// An engine that changes nothing, tells its rows in pieces and writes down what it was asked.
+class CopyingEngine final : public DenoiseEngine {
+ public:
+  Image denoise(const Image& image, const FilterParameters& parameters,
+                const RunWatch& watch) const override {
+    filtered.push_back(parameters);
+    sizes.push_back(image.size());
+    if (before) before();
+    if (watch.control != nullptr && watch.control->isCancelled()) return {};
+    const Bitmap rgb = withoutAlpha(asRgba(image.bitmap()));
+    constexpr int kRows = 50;
+    for (int y = 0; watch.rowsFinished && y < rgb.height(); y += kRows) {
+      watch.rowsFinished(rgb.row(y), y, std::min(kRows, rgb.height() - y));
+    }
+    return gives ? Image(asRgba(rgb), image.profile()) : Image();
+  }
+  double psnr(const Image& image) const override {
+    measured.push_back(image.size());
+    return 40.0;
+  }
+  std::int64_t processingSpeed(const Image&, const FilterParameters& parameters,
+                               JobControl*) const override {
+    calibrated.push_back(parameters);
+    return 400'000;
+  }
+
+  bool gives = true;
+  std::function<void()> before;
+  mutable std::vector<FilterParameters> filtered, calibrated;
+  mutable std::vector<Size> sizes, measured;
+};
+
+class PhotoJobTest : public testing::Test {
+ protected:
+  static PhotoJobRequest exportOf(const std::string& path, FileFormat format,
+                                  const std::string& target) {
+    PhotoJobRequest request;
+    request.path = path;
+    request.output = {format, target, true};
+    return request;
+  }
+  PhotoJobResult run(const PhotoJobRequest& request) {
+    JobControl control;
+    return runPhotoJob(request, services, control);
+  }
+  static LoadedPhoto loaded(const std::string& path) {
+    auto photo = loadPixels(openPhoto(path).value());
+    EXPECT_TRUE(photo.ok());
+    return photo.value();
+  }
+  std::string lookOf(const std::string& name) const {
+    return outputOf({"identify", "-format", "%m %wx%h", folder.file(name)});
+  }
+  std::vector<int> colourAt(const std::string& path, int x, int y) const {
+    const auto image = readImage(path);
+    EXPECT_TRUE(image.ok());
+    const std::uint8_t* p = image->bitmap().pixel(x, y);
+    return {p[0], p[1], p[2]};
+  }
+
+  ScratchFolder folder;
+  CopyingEngine engine;
+  PhotoJobServices services{engine, mainQueue(), globalQueue(), [](const std::string&) {},
+                            [] { return Image(); }};
+};
+
+TEST_F(PhotoJobTest, WritesEveryFormatUprightAndWhole) {
+  const std::string photo = photoIn(folder, "side.png");
+  const std::string expected = folder.file("expected.png");
+  outputOf({"convert", photo, "-rotate", "90", expected});
+  const struct {
+    const char* format;
+    const char* look;
+    bool isExact;
+  } rows[] = {{"jpeg", "JPEG 160x240", false},
+              {"tiff", "TIFF 160x240", true},
+              {"bmp", "BMP 160x240", true},
+              {"gif", "GIF 160x240", true},
+              {"png", "PNG 160x240", true}};
+  for (const auto& row : rows) {
+    const std::string name = std::string("out.") + row.format;
+    const auto result = run(exportOf(photo, *writerFor(row.format), folder.file(name)));
+    ASSERT_EQ(result.end, End::finished) << result.reason;
+    EXPECT_EQ(result.writtenWidth, 160);
+    EXPECT_EQ(result.psnrOfRealImage, 40.0F);
+    EXPECT_EQ(lookOf(name), row.look);
+    if (!row.isExact) continue;
+    const auto compared =
+        runProgram({"compare", "-metric", "AE", expected, folder.file(name), "null:"});
+    EXPECT_EQ(compared.errors, "0") << row.format;
+  }
+  EXPECT_THAT(outputOf({"exiv2", "-PEkv", folder.file("out.tiff")}), HasSubstr("Kamera"));
+}
+
+// Rows that are encoded while the filter runs make the file that the whole picture makes.
+TEST_F(PhotoJobTest, StreamedOrNotTheFileIsTheSame) {
+  const std::string photo = photoIn(folder, "upright.jpg", 1);
+  for (const std::string format : {"jpeg", "tiff", "png", "bmp"}) {
+    const auto writer = *writerFor(format);
+    auto request = exportOf(photo, writer, folder.file("out." + format));
+    const auto result = run(request);
+    ASSERT_EQ(result.end, End::finished) << result.reason;
+    const auto whole = encodeExport(result.photo.record, result.image, writer);
+    ASSERT_TRUE(whole);
+    EXPECT_EQ(contentsOf(folder.file("out." + format)), std::string(whole->begin(), whole->end()))
+        << format;
+    request.output->path.clear();
+    EXPECT_EQ(run(request).encoded, *whole) << format;
+  }
+}
+
+TEST_F(PhotoJobTest, ReplacesTheOpenedPhotoAndKnowsItAfterwards) {
+  const std::string photo = photoIn(folder, "side.png");
+  const std::string link = folder.file("link.png");
+  std::filesystem::create_symlink(photo, link);
+  const auto first = run(exportOf(photo, FileFormat::png, link));
+  ASSERT_EQ(first.end, End::finished) << first.reason;
+  EXPECT_TRUE(first.hasReplacedPhoto);
+  EXPECT_EQ(first.photo.record.width, 160);
+  EXPECT_EQ(first.photo.record.orientation(), 1);
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
+  EXPECT_THAT(outputOf({"exiv2", "-PEkv", photo}), HasSubstr("Kamera"));
+
+  // The same result once more, to another file: not filtered and not turned a second time.
+  PhotoJobRequest again;
+  again.photo = first.photo;
+  again.filtered = first.image;
+  again.output = {FileFormat::png, folder.file("again.png"), false};
+  ASSERT_EQ(run(again).end, End::finished);
+  EXPECT_EQ(engine.filtered.size(), 1U);
+  for (const char* name : {"side.png", "again.png"}) {
+    EXPECT_EQ(lookOf(name), "PNG 160x240");
+    EXPECT_EQ(colourAt(folder.file(name), 20, 20), (std::vector<int>{0x20, 0x40, 0xd0}));
+    EXPECT_EQ(colourAt(folder.file(name), 140, 20), (std::vector<int>{0xd0, 0x20, 0x10}));
+    EXPECT_EQ(colourAt(folder.file(name), 140, 220), (std::vector<int>{0x10, 0xc0, 0x30}));
+  }
+  const auto refused = run(again);
+  EXPECT_EQ(refused.end, End::failed);
+  EXPECT_EQ(refused.step, PhotoStep::write);
+}
+
+TEST_F(PhotoJobTest, AnOpenPhotoMayVanish) {
+  for (const bool isDecoded : {true, false}) {
+    const std::string path = photoIn(folder, "gone.png");
+    auto request = exportOf(path, FileFormat::png, folder.file("out.png"));
+    request.photo = isDecoded ? loaded(path) : openPhoto(path).value();
+    std::filesystem::remove(path);
+    const auto result = run(request);
+    ASSERT_EQ(result.end, End::finished) << result.reason;
+    EXPECT_EQ(lookOf("out.png"), "PNG 160x240");
+    EXPECT_TRUE(result.photo.image.isValid());
+  }
+}
+
+TEST_F(PhotoJobTest, APreviewFiltersItsRegionByTheWholePhotosNoise) {
+  PhotoJobRequest request;
+  request.photo = loaded(photoIn(folder, "photo.png"));
+  const std::vector<std::uint8_t> gray(120 * 100 * 3, 90);
+  request.region = Image(Bitmap::copyOf(gray, 120, 100, 3));
+  request.currentZooomFactor = 0.5F;
+  const auto result = run(request);
+  ASSERT_EQ(result.end, End::finished) << result.reason;
+  EXPECT_EQ(engine.measured, (std::vector<Size>{{240, 160}}));
+  EXPECT_EQ(engine.sizes, (std::vector<Size>{{120, 100}}));
+  EXPECT_EQ(result.image.size(), (Size{120, 100}));
+  // 0.9 x 40 dB: sigma 5, no bonus of an export.
+  EXPECT_EQ(result.parameters, (FilterParameters{5, 3, 7}));
+  request.psnrOfRealImage = result.psnrOfRealImage;
+  run(request);
+  EXPECT_EQ(engine.measured.size(), 1U);
+
+  request.region = Image(Bitmap::copyOf(std::span(gray).first(99 * 100 * 3), 99, 100, 3));
+  const auto small = run(request);
+  EXPECT_EQ(small.end, End::finished);
+  EXPECT_EQ(small.parameters, std::nullopt);
+  EXPECT_EQ(small.image.size(), (Size{99, 100}));
+  EXPECT_EQ(engine.filtered.size(), 2U);
+}
+
+TEST_F(PhotoJobTest, MeasuresTheSpeedAsTheSessionDoes) {
+  PhotoJobRequest request;
+  request.photo = loaded(photoIn(folder, "photo.png"));
+  request.calibrates = true;
+  request.psnrOfRealImage = 40.0F;
+  request.mode = DenoiseMode::manual(10);
+  EXPECT_EQ(run(request).pixelsProcessRate, 400'000);
+  request.pixelsProcessRate = 7;
+  const auto exported = run(request);
+  EXPECT_EQ(exported.mapping.baseSigmaValue, 3.0F);
+  request.region = request.photo->image;
+  EXPECT_EQ(run(request).pixelsProcessRate, 7);
+  EXPECT_EQ(engine.calibrated,
+            (std::vector<FilterParameters>{kFirstCalibration, FilterParameters{11, 4, 11}}));
+}
+
+TEST_F(PhotoJobTest, FailuresSayWhichStepAndWhyAndLeaveNothing) {
+  const std::string photo = photoIn(folder, "side.png");
+  testing_support::writeFile(folder.file("notes.png"), "no picture");
+  std::filesystem::create_directory(folder.file("folder.png"));
+  const std::string before = contentsOf(photo);
+  const std::string out = folder.file("out.png");
+  const struct {
+    std::string input, target;
+    std::optional<FileFormat> format;
+    std::function<void()> duringFilter;
+    PhotoStep step;
+    const char* reason;
+  } rows[] = {
+      {folder.file("notes.png"), out, FileFormat::png, {}, PhotoStep::load, "not a picture"},
+      {photo,
+       folder.file("missing/out.png"),
+       FileFormat::png,
+       {},
+       PhotoStep::write,
+       "No such file"},
+      {photo, folder.file("folder.png"), FileFormat::png, {}, PhotoStep::write, "not an ordinary"},
+      {photo, photo + "/out.png", FileFormat::jpeg, {}, PhotoStep::write, "Not a directory"},
+      {photo, out, std::nullopt, {}, PhotoStep::load, "unknown format"},
+      {photo, out, FileFormat::png, [this] { engine.gives = false; }, PhotoStep::filter,
+       "could not be filtered"},
+      {photo, out, FileFormat::png, [] { throw std::bad_alloc(); }, PhotoStep::filter,
+       "not enough memory"},
+      {photo, out, FileFormat::jpeg, [] { throw std::runtime_error("broken"); }, PhotoStep::filter,
+       "broken"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.target + row.reason);
+    engine.before = row.duringFilter;
+    auto request = exportOf(row.input, FileFormat::png, row.target);
+    request.output->format = row.format;
+    const auto result = run(request);
+    EXPECT_EQ(result.end, End::failed);
+    EXPECT_EQ(result.step, row.step);
+    EXPECT_THAT(result.reason, HasSubstr(row.reason));
+    EXPECT_FALSE(result.image.isValid());
+    if (row.step == PhotoStep::write) EXPECT_THAT(result.reason, HasSubstr(row.target));
+  }
+  EXPECT_EQ(contentsOf(photo), before);
+  EXPECT_THAT(folder.names(), testing::UnorderedElementsAre("side.png", "notes.png", "folder.png"));
+}
+
+TEST_F(PhotoJobTest, EndsInOneCallOnTheMainThreadWhateverHappens) {
+  const std::string photo = photoIn(folder, "upright.jpg", 1);
+  std::shared_ptr<PhotoJob> job;
+  const struct {
+    std::function<void()> duringFilter;
+    End end;
+  } rows[] = {{{}, End::finished},
+              {[&] { job->cancel(); }, End::cancelled},
+              {[] { throw std::bad_alloc(); }, End::failed}};
+  for (const auto& row : rows) {
+    engine.before = row.duringFilter;
+    QEventLoop loop;
+    int calls = 0;
+    job = PhotoJob::start(exportOf(photo, FileFormat::jpeg, folder.file("out.jpg")), services,
+                          {{}, [&](const PhotoJobResult& result) {
+                             EXPECT_EQ(QThread::currentThread(),
+                                       QCoreApplication::instance()->thread());
+                             EXPECT_EQ(result.end, row.end) << result.reason;
+                             EXPECT_EQ(job->progress() == 1.0, row.end == End::finished);
+                             ++calls;
+                             loop.quit();
+                           }});
+    EXPECT_EQ(calls, 0);
+    QTimer::singleShot(20'000, &loop, &QEventLoop::quit);
+    loop.exec();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(std::filesystem::remove(folder.file("out.jpg")), row.end == End::finished);
+    EXPECT_THAT(folder.names(), testing::ElementsAre("upright.jpg"));
+  }
+}
+
+TEST_F(PhotoJobTest, ACancelledJobDoesNothingMore) {
+  JobControl control;
+  control.cancel();
+  const auto result =
+      runPhotoJob(exportOf(photoIn(folder, "p.png"), FileFormat::png, folder.file("out.png")),
+                  services, control);
+  EXPECT_EQ(result.end, End::cancelled);
+  EXPECT_TRUE(engine.measured.empty());
+  EXPECT_FALSE(loadPixels(openPhoto(folder.file("p.png")).value(), &control));
+  EXPECT_THAT(folder.names(), testing::ElementsAre("p.png"));
+}
+
+}  // namespace
+}  // namespace velmara
