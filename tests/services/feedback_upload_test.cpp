@@ -9,9 +9,9 @@
 #include "platform/notification_names.h"
 #include "services/event_loop.h"
 #include "services/local_date.h"
-#include "services/recording_server.h"
 #include "support/log_capture.h"
 #include "support/manual_time.h"
+#include "support/recording_server.h"
 #include "support/scratch_folder.h"
 
 namespace velmara {

@@ -4,7 +4,7 @@
 
 #include <future>
 
-#include "services/recording_server.h"
+#include "support/recording_server.h"
 
 namespace velmara {
 namespace {

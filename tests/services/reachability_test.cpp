@@ -8,8 +8,8 @@
 
 #include "platform/notification_names.h"
 #include "services/event_loop.h"
-#include "services/network_namespace.h"
 #include "support/log_capture.h"
+#include "support/network_namespace.h"
 
 namespace velmara {
 namespace {

@@ -9,7 +9,7 @@
 
 #include "services/event_loop.h"
 #include "services/http_client.h"
-#include "services/recording_server.h"
+#include "support/recording_server.h"
 #include "support/run_program.h"
 
 namespace velmara {

@@ -15,7 +15,7 @@
 #include "app/lifecycle/launch_fixture.h"
 #include "app/sheets/feedback_window_controller.h"
 #include "services/local_date.h"
-#include "services/network_namespace.h"
+#include "support/network_namespace.h"
 
 namespace velmara {
 namespace {

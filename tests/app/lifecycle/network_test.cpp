@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "app/lifecycle/launch_fixture.h"
-#include "services/network_namespace.h"
+#include "support/network_namespace.h"
 
 namespace velmara {
 namespace {

@@ -1,4 +1,4 @@
-#include "services/network_namespace.h"
+#include "support/network_namespace.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "services/recording_server.h"
+#include "support/recording_server.h"
 
 #include <arpa/inet.h>
 #include <array>
