@@ -72,7 +72,16 @@ DeepNoise photoNoiseOf(const PhotoNoise& measured) {
   noise.isWhite = false;
   noise.amplitude = {kBrightnessShape, kColorShape, kColorShape};
   for (std::size_t i = 5; i < 15; ++i) {
-    noise.amplitude[0][i] = std::max(noise.amplitude[0][i], 1.1F * measured.upperAmplitude[i]);
+    noise.amplitude[0][i] =
+        std::max(noise.amplitude[0][i], 1.1F * measured.measuredAmplitude[0][i]);
+  }
+  // White noise that was compressed: its colours are halved in size at most.
+  if (measured.measuredAmplitude[0][11] >= 0.5F) {
+    for (std::size_t k = 1; k < 3; ++k) {
+      for (std::size_t i = 1; i < 15; ++i) {
+        noise.amplitude[k][i] = std::max(noise.amplitude[k][i], measured.measuredAmplitude[k][i]);
+      }
+    }
   }
   float energy = 0.0F;
   for (const auto& plane : noise.amplitude) {

@@ -156,7 +156,7 @@ BrightnessEnergies::BrightnessEnergies(const OpponentPlanes& planes, int step) {
       const std::ptrdiff_t place = std::ptrdiff_t{y} * planes.width + x;
       const Block block = cosinesOf(planes.planes[0].data() + place, planes.width);
       entries.push_back({block[0] * kOpponent[0][0] / (8 * kUnit), bandEnergy(block, 2, 4),
-                         static_cast<std::size_t>(place)});
+                         bandEnergy(block, 10, 12), static_cast<std::size_t>(place)});
     }
   }
 }
@@ -169,8 +169,9 @@ PhotoNoise::PhotoNoise(const OpponentPlanes& planes,
   constexpr float kMostSpread = 1.7F;
   constexpr float kMostAtHalf = 2.05F;
   constexpr float kMostAtQuarter = 4.2F;
-  // Whatever is stronger would have shown as white.
+  // Cameras leave no more; what is stronger has to be there at the upper frequencies too.
   constexpr float kMostAmplitude = 14.0F;
+  constexpr float kLeastUpper = 0.45F;
   // The mean against the lower fifth.
   constexpr float kMean = 1.3F;
 
@@ -182,13 +183,17 @@ PhotoNoise::PhotoNoise(const OpponentPlanes& planes,
   for (std::size_t i = 0; i < kBrightnessRanges; ++i) {
     std::array<float, 3> fifths;
     float half = 0.0F;
+    float upper = 0.0F;
     for (std::size_t level = 0; level < levels.size(); ++level) {
       std::vector<float> energies;
+      std::vector<float> uppers;
       for (const auto& entry : levels[level].entries) {
         if (entry.brightness >= edges[i] && entry.brightness <= edges[i + 1]) {
           energies.push_back(entry.energy);
+          uppers.push_back(entry.upperEnergy);
         }
       }
+      if (level == 0) upper = quantile(uppers, 0.2);
       fifths[level] = std::sqrt(quantile(energies, 0.2)) * static_cast<float>(1 << level);
       if (level == 0) half = std::sqrt(quantile(energies, 0.5));
     }
@@ -197,7 +202,8 @@ PhotoNoise::PhotoNoise(const OpponentPlanes& planes,
     range.brightness = 0.5F * (edges[i] + edges[i + 1]);
     range.amplitude = kMean * fifths[0];
     range.isNoise = half <= kMostSpread * fifth && fifths[1] <= kMostAtHalf * fifth &&
-                    fifths[2] <= kMostAtQuarter * fifth && range.amplitude < kMostAmplitude;
+                    fifths[2] <= kMostAtQuarter * fifth &&
+                    (range.amplitude < kMostAmplitude || upper >= kLeastUpper * fifth * fifth);
   }
   measureUpper(planes, levels[0], edges);
 
@@ -218,7 +224,7 @@ PhotoNoise::PhotoNoise(const OpponentPlanes& planes,
 
 void PhotoNoise::measureUpper(const OpponentPlanes& planes, const BrightnessEnergies& energies,
                               const std::array<float, kBrightnessRanges + 1>& edges) {
-  std::array<double, 15> sums = {};
+  std::array<std::array<double, 15>, 3> sums = {};
   std::array<double, 15> counts = {};
   for (std::size_t range = 0; range < ranges_.size(); ++range) {
     if (!ranges_[range].isNoise) continue;
@@ -229,17 +235,21 @@ void PhotoNoise::measureUpper(const OpponentPlanes& planes, const BrightnessEner
           entry.energy > amplitude * amplitude) {
         continue;
       }
-      const Block block = cosinesOf(
-          planes.planes[0].data() + static_cast<std::ptrdiff_t>(entry.place), planes.width);
-      for (std::size_t i = 0; i < block.size(); ++i) {
-        const double value = block[i] / (kUnit * amplitude);
-        sums[frequencyOf(i)] += value * value;
-        counts[frequencyOf(i)] += 1.0;
+      for (std::size_t k = 0; k < 3; ++k) {
+        const Block block = cosinesOf(
+            planes.planes[k].data() + static_cast<std::ptrdiff_t>(entry.place), planes.width);
+        for (std::size_t i = 0; i < block.size(); ++i) {
+          const double value = block[i] / (kUnit * amplitude);
+          sums[k][frequencyOf(i)] += value * value;
+          if (k == 0) counts[frequencyOf(i)] += 1.0;
+        }
       }
     }
   }
-  for (std::size_t i = 0; i < sums.size(); ++i) {
-    upperAmplitude[i] = counts[i] > 0.0 ? static_cast<float>(std::sqrt(sums[i] / counts[i])) : 0.0F;
+  for (std::size_t k = 0; k < 3; ++k) {
+    for (std::size_t i = 0; i < counts.size() && counts[i] > 0.0; ++i) {
+      measuredAmplitude[k][i] = static_cast<float>(std::sqrt(sums[k][i] / counts[i]));
+    }
   }
 }
 

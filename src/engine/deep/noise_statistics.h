@@ -50,6 +50,7 @@ struct BrightnessEnergies {
   struct Entry {
     float brightness;
     float energy;
+    float upperEnergy;  // Of frequencies 10 to 12.
     std::size_t place;  // Of the block's first sample.
   };
   std::vector<Entry> entries;
@@ -67,8 +68,8 @@ class PhotoNoise {
 
   /// The amplitude of the middle frequencies at a brightness, 0 if no noise was found.
   float amplitudeAt(float brightness) const;
-  /// Amplitudes by frequency against that of the middle ones.
-  std::array<float, 15> upperAmplitude = {};
+  /// Amplitudes by frequency against that of the middle ones of brightness, plane by plane.
+  std::array<std::array<float, 15>, 3> measuredAmplitude = {};
 
  private:
   struct Range {

@@ -100,6 +100,17 @@ TEST(DenoisedDeeply, LosesTheSmoothNoiseOfACamera) {
   EXPECT_GT(psnrBetween(denoised(noisy), clean), psnrBetween(noisy, clean) + 2.0);
 }
 
+TEST(DenoisedDeeply, LosesStrongNoiseThatHasNoColour) {
+  const Bitmap clean = scene(420, 360);
+  std::vector<std::uint8_t> bytes(clean.bytes().begin(), clean.bytes().end());
+  const auto noise = normalNumbers(bytes.size() / 3, 20.0, 4);
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    bytes[i] = static_cast<std::uint8_t>(std::clamp(bytes[i] + noise[i / 3], 0.0, 255.0));
+  }
+  const Bitmap noisy = Bitmap::copyOf(bytes, clean.width(), clean.height(), 3);
+  EXPECT_GT(psnrBetween(denoised(noisy), clean), psnrBetween(noisy, clean) + 3.0);
+}
+
 TEST(DenoisedDeeply, KeepsItsMeanWhereNoiseWasClipped) {
   const Bitmap dark = Bitmap::copyOf(std::vector<std::uint8_t>(200 * 160 * 3, 12), 200, 160, 3);
   JobControl control;
