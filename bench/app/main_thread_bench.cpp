@@ -50,11 +50,20 @@ class Desk {
   Desk()
       : algorithm_(engineEnvironment()),
         engine_(algorithm_),
-        bundle_(mainBundle()),
-        controller_(ScreenServices{photos_, engine_, mainQueue(), globalQueue(), eventLoopTimers(),
-                                   center_, alerts_, panels_, workspace_, defaults_, bundle_,
+        session_(EditingServices{{engine_, mainQueue(), globalQueue(), [](const std::string&) {},
+                                  [] { return Image(); }},
+                                 eventLoopTimers(),
+                                 alerts_,
+                                 defaults_,
+                                 workspace_,
+                                 mainBundle(),
+                                 {},
+                                 [] {},
+                                 [] {}}),
+        controller_(ScreenServices{session_, mainQueue(), globalQueue(), eventLoopTimers(), center_,
+                                   alerts_, panels_, workspace_, mainBundle(),
                                    [](const std::string&) {}, folder_.path().string() + "/", [] {},
-                                   [] {}, [] {}, [] {}}) {
+                                   [] {}, [] {}, [] {}, [] {}, [] {}}) {
     controller_.windowMain()->resize(1220, 700);
     controller_.showWindow();
     settle();
@@ -67,9 +76,7 @@ class Desk {
 
   void open(const std::string& path) {
     // Opened without the question about the photo before.
-    photos_.arraySelectedImagesToProcess.clear();
-    photos_.selectedImageFile.reset();
-    screen().photoDraggedWithPath(path);
+    session_.updateSelectedImageToBeFilteredWithPath(path);
     waitForResult();
   }
   void waitForResult() {
@@ -96,21 +103,19 @@ class Desk {
 
  private:
   bool isResultShown() {
-    return !screen().session().runState().isRunningAlgorithm() &&
-           screen().preview().isResultShown() &&
+    return !session_.isRunningAlgorithm() && screen().preview().isResultShown() &&
            (view("vwDenoisedPreview").isVisible() || view("vwDenoisedPreviewForDual").isVisible());
   }
 
   testing_support::ScratchFolder folder_;
   DenoiseAlgoImplementation algorithm_;
   AlgorithmEngine engine_;
-  PhotoSlots photos_;
   NotificationCenter center_;
   testing_support::ScriptedAlerts alerts_;
   testing_support::ScriptedPanels panels_;
   testing_support::RecordingWorkspace workspace_;
   UserDefaults defaults_{folder_.file("settings.ini")};
-  BundleFacts bundle_;
+  EditingSession session_;
   MainWindowController controller_;
 };
 

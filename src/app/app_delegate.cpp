@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "app/main_window_controller.h"
+#include "imaging/image_reader.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
 #include "platform/temporary_directory.h"
@@ -49,16 +50,35 @@ void AppDelegate::applicationDidFinishLaunching() {
   trackInstall();
   registerReachability();
   baseTrackURL = environment_.addresses.baseTrackURL;
-  photos.arraySelectedImagesToProcess.clear();
+  makeSession();
   openMainWindow();
   mutArrAppsList.assign(kAppsList.begin(), kAppsList.end());
+}
+
+// It begins with an empty list of photos.
+void AppDelegate::makeSession() {
+  session_ = std::make_unique<EditingSession>(EditingServices{
+      .jobs = {environment_.engine, mainQueue(), globalQueue(),
+               [](const std::string& line) { logLine(line); },
+               [this] {
+                 auto image = readImage(environment_.bundle.pathForResource("noisy.png"));
+                 return image ? std::move(image).value() : Image();
+               }},
+      .timers = eventLoopTimers(),
+      .alerts = environment_.alerts,
+      .defaults = environment_.defaults,
+      .workspace = environment_.workspace,
+      .bundle = environment_.bundle,
+      .storePage = environment_.addresses.storePage,
+      .terminateApp = [this] { terminateApp(); },
+      .showAppInFront = [this] { showAppInFront(); },
+  });
 }
 
 void AppDelegate::openMainWindow() {
   if (windowController_ == nullptr) {
     windowController_ = std::make_unique<MainWindowController>(ScreenServices{
-        .photos = photos,
-        .engine = environment_.engine,
+        .session = *session_,
         .mainQueue = mainQueue(),
         .globalQueue = globalQueue(),
         .timers = eventLoopTimers(),
@@ -66,12 +86,13 @@ void AppDelegate::openMainWindow() {
         .alerts = environment_.alerts,
         .panels = environment_.panels,
         .workspace = environment_.workspace,
-        .defaults = environment_.defaults,
         .bundle = environment_.bundle,
         .log = [](const std::string& line) { logLine(line); },
         .temporaryDirectory = temporaryDirectory(),
-        .terminateApp = [this] { terminateApp(); },
-        .showAppInFront = [this] { showAppInFront(); },
+        .openTapped = [this] { openTapped(); },
+        .closeTapped = [this] { closeTapped(); },
+        .saveTapped = [this] { saveTapped(); },
+        .saveAsTapped = [this] { saveAsTapped(); },
         .showFeedback = [this] { showFeedback(); },
         .showVMPHelp = [this] { showVMPHelp(); },
     });
@@ -137,7 +158,7 @@ void AppDelegate::handleWindowClose(QObject* window) {
 void AppDelegate::handleWindowClose_Main(QObject* window) {
   const bool isMainWindow = qobject_cast<AppStoreWindow*>(window) != nullptr;
   logFormat("closing Window Class %s", window->metaObject()->className());
-  if (isMainWindow) terminateApp();
+  isMainWindow ? terminateApp() : windowWillClose(window);
 }
 
 void AppDelegate::terminateApp() {

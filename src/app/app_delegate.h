@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
 #include <memory>
 #include <stop_token>
@@ -14,7 +15,9 @@
 #include "services/tracker.h"
 #include "session/editing_session.h"
 
+class QCheckBox;
 class QUndoStack;
+class QWidget;
 
 namespace velmara {
 
@@ -22,7 +25,7 @@ class AppStoreWindow;
 class FeedbackWindowController;
 class MainWindowController;
 
-/// Start, shared slots and end of the application. Main thread.
+/// Start and end of the application, and the one editing session. Main thread.
 class AppDelegate : public QObject {
   Q_OBJECT
 
@@ -62,6 +65,19 @@ class AppDelegate : public QObject {
   QUndoStack* windowWillReturnUndoManager();
   DataStore& dataStore() { return dataStore_; }
 
+  // The cross-promotion window and its messages, in app_delegate_promotion.cpp. No flow makes the
+  // window; whoever does puts it and its do-not-show-again box here.
+
+  QPointer<QWidget> windowSubscription;
+  QPointer<QCheckBox> btnCheckDontShow;
+  /// The window is closing, or its quit button was pressed.
+  void windowWillClose(QObject* window);
+  /// The message about a button of the window: built and handed to openURLAsync.
+  void fireTweakTuneupHit(const std::string& button, const std::string& forTheProduct,
+                          const std::string& toProductId, const std::string& fromProductId);
+  /// Sends nothing, on purpose.
+  virtual void openURLAsync(const std::string& /*url*/, const std::string& /*json*/) {}
+
   // The services, in app_delegate_services.cpp.
 
   void registerReachability();
@@ -77,7 +93,8 @@ class AppDelegate : public QObject {
   MainWindowController* myWindowController() const { return windowController_.get(); }
   AppStoreWindow* windowMain() const;
 
-  PhotoSlots photos;
+  /// The photo and all that is done with it; from the start-up sequence on.
+  EditingSession& session() { return *session_; }
   std::string baseTrackURL;
   /// Bundle paths that a promotion window would look for.
   std::vector<std::string> mutArrAppsList;
@@ -90,6 +107,7 @@ class AppDelegate : public QObject {
   std::shared_ptr<Tracker> tracker;
 
  private:
+  void makeSession();
   void trackInstall();
   bool asksForInternet();
   FeedbackUploads& uploads();
@@ -99,6 +117,7 @@ class AppDelegate : public QObject {
   DataStore dataStore_;
   std::stop_source servicesEnd_;
   std::unique_ptr<FeedbackUploads> uploads_;
+  std::unique_ptr<EditingSession> session_;
   std::unique_ptr<MainWindowController> windowController_;
   FeedbackWindowController* feedbackController_ = nullptr;  ///< owned by the main window
   bool isTerminating_ = false;

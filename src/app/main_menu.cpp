@@ -7,7 +7,6 @@
 #include <QPointer>
 
 #include <functional>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -30,23 +29,15 @@ QAction* addAction(QMenu& menu, const QString& title, const QList<QKeySequence>&
   return item;
 }
 
-void addFileMenu(QMenuBar& bar, NotificationCenter& center) {
+void addFileMenu(QMenuBar& bar, const ScreenServices& services) {
   QMenu& menu = *bar.addMenu(MenuText::tr("&File"));
-  const auto post = [&center](std::string_view name) {
-    return [&center, name] { center.post(name); };
-  };
-  addAction(menu, MenuText::tr("&Open…"), {QKeySequence("Ctrl+O")},
-            post(notifications::kOpenPhotoFromMenuTapped));
-  addAction(menu, MenuText::tr("&Close"), {QKeySequence("Ctrl+W")},
-            post(notifications::kClosePhotoFromMenuTapped));
+  addAction(menu, MenuText::tr("&Open…"), {QKeySequence("Ctrl+O")}, services.openTapped);
+  addAction(menu, MenuText::tr("&Close"), {QKeySequence("Ctrl+W")}, services.closeTapped);
   menu.addSeparator();
-  addAction(menu, MenuText::tr("&Save…"), {QKeySequence("Ctrl+S")},
-            post(notifications::kSavePhotoFromMenuTapped));
-  addAction(menu, MenuText::tr("Save &As…"), {QKeySequence("Ctrl+Shift+S")},
-            post(notifications::kSavePhotoFromMenuTapped));
+  addAction(menu, MenuText::tr("&Save…"), {QKeySequence("Ctrl+S")}, services.saveTapped);
+  addAction(menu, MenuText::tr("Save &As…"), {QKeySequence("Ctrl+Shift+S")}, services.saveAsTapped);
   menu.addSeparator();
-  addAction(menu, MenuText::tr("&Quit"), {QKeySequence("Ctrl+Q")},
-            post(notifications::kClosePhotoFromMenuTapped));
+  addAction(menu, MenuText::tr("&Quit"), {QKeySequence("Ctrl+Q")}, services.closeTapped);
 }
 
 void addViewMenu(QMenuBar& bar, MainScreenViewController& screen) {
@@ -77,6 +68,9 @@ void addDenoiseMenu(QMenuBar& bar, MainScreenViewController& screen) {
             [&screen] { screen.changeLevel(1); });
   addAction(menu, MenuText::tr("&Weaker"), {QKeySequence(Qt::Key_PageDown)},
             [&screen] { screen.changeLevel(-1); });
+  menu.addSeparator();
+  addAction(menu, MenuText::tr("Sto&p"), {QKeySequence(Qt::Key_Escape)},
+            [&screen] { screen.session().cancelRun(); });
 }
 
 std::vector<MenuCommand> commandsOf(const QMenuBar& bar) {
@@ -113,7 +107,7 @@ void addHelpMenu(QMenuBar& bar, MainScreenViewController& screen, const ScreenSe
 QMenuBar* makeMainMenu(MainScreenViewController& screen, const ScreenServices& services) {
   auto* bar = new QMenuBar;
   bar->setNativeMenuBar(false);
-  addFileMenu(*bar, services.center);
+  addFileMenu(*bar, services);
   addViewMenu(*bar, screen);
   addDenoiseMenu(*bar, screen);
   addHelpMenu(*bar, screen, services);

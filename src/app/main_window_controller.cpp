@@ -60,6 +60,9 @@ void MainWindowController::changeViewController(int index) {
   myCurrentViewController_ = mainScreenViewController_;
   myCurrentViewController_->setObjectName(QStringLiteral("MainScreenViewController"));
   ui_->mainScreenView->layout()->addWidget(myCurrentViewController_);
+  myCurrentViewController_->representedObject = static_cast<int>(
+      myCurrentViewController_->findChildren<QWidget*>(Qt::FindDirectChildrenOnly).size());
+  Q_EMIT viewControllerChanged();
   windowMain_->windowShouldClose = [screen = myCurrentViewController_] {
     return screen->windowShouldClose();
   };

@@ -19,6 +19,7 @@ class AppStoreWindow;
 /// The main window `windowMain` and the view controller shown in its `mainScreenView`. Main thread.
 class MainWindowController : public QObject {
   Q_OBJECT
+  Q_PROPERTY(QObject* viewController READ currentViewController NOTIFY viewControllerChanged)
 
  public:
   explicit MainWindowController(ScreenServices services);
@@ -32,7 +33,11 @@ class MainWindowController : public QObject {
   AppStoreWindow* windowMain() const { return windowMain_.get(); }
   MainScreenViewController* viewController() const { return myCurrentViewController_; }
 
+ Q_SIGNALS:
+  void viewControllerChanged();
+
  private:
+  QObject* currentViewController() const { return myCurrentViewController_; }
   void placeWindow();
 
   ScreenServices services_;

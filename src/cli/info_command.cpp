@@ -18,8 +18,8 @@
 #include "imaging/rotate_with_exif.h"
 #include "platform/bundle.h"
 #include "session/denoise_parameters.h"
+#include "session/labels.h"
 #include "session/loaded_photo.h"
-#include "session/photo_labels.h"
 
 namespace velmara::cli {
 namespace {
@@ -98,7 +98,7 @@ void printText(const PhotoInfo& info) {
   const PhotoFile& photo = info.photo;
   const FilterParameters& p = info.parameters;
   std::printf("%s: %s, %s, orientation %d, created %s, noise %s, ", photo.filePath.c_str(),
-              dimensionsLabel(info.width, info.height).c_str(), sizeLabel(photo.fileSize).c_str(),
+              dimensionsLabel(info.photo).c_str(), sizeLabel(photo.fileSize).c_str(),
               info.photo.orientation().value_or(1),
               photo.fileCreationDate.value_or("at an unknown time").c_str(),
               noiseText(info.psnr).c_str());

@@ -25,6 +25,8 @@ struct OpenPanelOptions {
 struct SavePanelOptions {
   std::string title;
   std::string nameFieldStringValue;
+  /// Where the panel opens that has not saved anything yet, in the system's own bytes.
+  std::string directory;
   bool canCreateDirectories = true;
 
   /// The chosen name always ends in one of these extensions; if it does not, the first is added.

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <utility>
 
+#include "preview/shown_photo.h"
 #include "preview/split_line.h"
 #include "preview/views/picture_view.h"
 #include "preview/window_geometry.h"
@@ -50,6 +51,7 @@ PreviewController::~PreviewController() {
 }
 
 void PreviewController::resetState() {
+  opening_.advance();
   viewport_ = {};
   isResizingWindow_ = false;
   isMouseHeld_ = false;
@@ -70,6 +72,19 @@ void PreviewController::setInputOriginalImage(PicturePyramid picture, const Colo
   picture_.setInputOriginalImage(std::move(picture), profile);
   viewport_.photo = picture_.photoSize();
   dropResult();
+}
+
+void PreviewController::openPhoto(const LoadedPhoto& photo) {
+  services_.globalQueue.async([this, alive = std::weak_ptr(alive_), photo,
+                               token = opening_.advance(), mainQueue = &services_.mainQueue] {
+    mainQueue->async([this, alive, token, shown = shownPhoto(photo)] {
+      if (alive.expired() || !opening_.isCurrent(token)) return;
+      setInputOriginalImage(shown.picture, shown.profile);
+      configurePreviewForSelectedStyle(PreviewStyle::kDual);
+      // An export that did not wait for it goes first.
+      if (region_.isRunning()) region_.setStale();
+    });
+  });
 }
 
 void PreviewController::layoutPreviewContainer() {

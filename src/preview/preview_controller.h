@@ -28,6 +28,8 @@ class PreviewController {
   void resetState();
   /// Another photo's picture, upright and opaque. Null while it is still being loaded.
   void setInputOriginalImage(PicturePyramid picture, const ColorProfile& profile);
+  /// Shows a photo just read, in dual style, once its picture is made.
+  void openPhoto(const LoadedPhoto& photo);
   bool hasPicture() const { return picture_.hasPicture(); }
 
   // Styles.
@@ -115,6 +117,9 @@ class PreviewController {
   bool isClickedImagePreview_ = false;
   bool isDraggedImagePreview_ = false;
   Point lastDragLocation_;
+  /// Which photo's picture is the right one.
+  GenerationCounter opening_;
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };
 
 }  // namespace velmara

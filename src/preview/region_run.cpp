@@ -76,6 +76,7 @@ void RegionRun::cropVisiblePartofImageAndDenoise(const Viewport& viewport,
   services_.log("Dispatch Queue in cropVisiblePartofImageAndDenoise");
   const RegionCase which = viewport.regionCase();
   services_.log(std::string(logLineOf(which)));
+  zoom_ = viewport.currentZooomFactor;
   const Cut cut{picture, viewport.seen(), generation_.current()};
   if (which != RegionCase::kBothOverflow) {
     render(cut);
@@ -112,15 +113,15 @@ void RegionRun::process(const Bitmap& region) {
   }
   imgToBeFilter_ = region;
   PhotoFile record;
-  record.filePath = file_->pathFor(*services_.photos.selectedImageFile);
+  record.filePath = file_->pathFor(*services_.session.selectedImageFile());
   record.fileURL = record.filePath;
-  record.fileName = services_.photos.selectedImageFile->fileName;
+  record.fileName = services_.session.selectedImageFile()->fileName;
   record.width = region.width();
   record.height = region.height();
   services_.globalQueue.async([file = file_, region, path = record.filePath,
                                token = file_->announce()] { file->write(path, region, token); });
-  services_.photos.selectedImageFileToProccessing = std::move(record);
-  services_.photos.selectedRegion = Image(region);
+  services_.session.setSelectedImageFileToProccessing(record);
+  services_.session.setRegion(Image(region), zoom_);
   regionCut();
   services_.session.seletedPhotoToBeFilteredIsChanged();
 }

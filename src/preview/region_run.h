@@ -17,7 +17,6 @@ namespace velmara {
 
 /// What the preview works with; all of it must outlive the preview and its work on the queues.
 struct PreviewServices {
-  PhotoSlots& photos;
   EditingSession& session;
   TaskQueue& mainQueue;
   TaskQueue& globalQueue;
@@ -41,7 +40,7 @@ class RegionRun {
   // What the session says and is told.
 
   bool isRunning() const { return services_.session.runState().isRunningAlgorithm(); }
-  bool hasPhoto() const { return services_.photos.selectedImageFile.has_value(); }
+  bool hasPhoto() const { return services_.session.selectedImageFile().has_value(); }
   /// What is seen may be changed: there is a photo and no run.
   bool mayChange() const { return hasPhoto() && !isRunning(); }
   /// Another preview will be asked for.
@@ -90,6 +89,7 @@ class RegionRun {
 
   PreviewServices services_;
   Bitmap imgToBeFilter_;
+  float zoom_ = 1.0F;
   bool isStale_ = false;
   GenerationCounter generation_;
   std::shared_ptr<RegionFile> file_;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "session/percent_label.h"
+#include "session/labels.h"
 
 namespace velmara {
 namespace {

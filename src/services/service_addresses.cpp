@@ -12,6 +12,7 @@ const ServiceAddresses& configuredAddresses() {
       .feedbackNamespace = VELMARA_FEEDBACK_NAMESPACE,
       .supportEmail = VELMARA_SUPPORT_EMAIL,
       .supportPage = VELMARA_SUPPORT_PAGE,
+      .storePage = VELMARA_STORE_PAGE,
       .buyNowPattern = VELMARA_BUY_NOW_PATTERN,
   };
   return addresses;

@@ -16,6 +16,7 @@ struct ServiceAddresses {
   std::string feedbackNamespace;  ///< namespace URI of the feedback service, ends in "/"
   std::string supportEmail;       ///< the maker's support address
   std::string supportPage;        ///< the maker's support web page
+  std::string storePage;          ///< where the program may be rated; empty: nowhere
   std::string buyNowPattern;      ///< the product's web site; "%@" stands for its name
 };
 

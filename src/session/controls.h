@@ -1,7 +1,6 @@
 #pragma once
 
-#include <cstdint>
-#include <initializer_list>
+#include "base/enum_set.h"
 
 namespace velmara {
 
@@ -25,30 +24,7 @@ enum class Control : unsigned {
 };
 inline constexpr unsigned kControlCount = 15;
 
-/// A set of controls.
-class ControlSet {
- public:
-  constexpr ControlSet() = default;
-  constexpr ControlSet(std::initializer_list<Control> controls) {
-    for (const Control control : controls) bits_ |= bit(control);
-  }
-
-  constexpr bool contains(Control control) const { return (bits_ & bit(control)) != 0; }
-  constexpr ControlSet with(ControlSet others) const { return ControlSet(bits_ | others.bits_); }
-  constexpr ControlSet without(ControlSet others) const {
-    return ControlSet(bits_ & ~others.bits_);
-  }
-
-  friend constexpr bool operator==(ControlSet, ControlSet) = default;
-
- private:
-  constexpr explicit ControlSet(std::uint32_t bits) : bits_(bits) {}
-  static constexpr std::uint32_t bit(Control control) {
-    return std::uint32_t{1} << static_cast<unsigned>(control);
-  }
-
-  std::uint32_t bits_ = 0;
-};
+using ControlSet = EnumSet<Control>;
 
 /// What the window has to make true of its controls.
 struct ControlStates {

@@ -1,253 +1,212 @@
+// How a photo comes into the session and leaves it, and what the table's actions mean.
 #include "session/editing_session.h"
 
 #include <utility>
 
-#include "imaging/image_reader.h"
-#include "platform/dispatch.h"
-#include "session/percent_label.h"
-#include "session/progress_estimate.h"
-#include "session/whole_photo.h"
+#include "imaging/file_format.h"
+#include "imaging/memory_budget.h"
+#include "imaging/utils.h"
+#include "platform/trash.h"
+#include "session/bookmarks.h"
+#include "session/labels.h"
+#include "session/questions.h"
 
 namespace velmara {
 namespace {
 
 constexpr double kLowestLevel = 1.0;
+// What an export needs beside the photo: its result, the engine's channels, the file's bytes.
+constexpr std::uint64_t kExportPhotos = 3;
 
-std::string levelLabel(int level) {
-  return percentLabel(level * 10.0);
-}
-
-// From the headers alone: decoding a whole photo is the worker's business.
-bool isLoadable(const std::string& path) {
-  return readRepresentationSizes(path).ok();
-}
-
-Image loadSmallPhoto(const std::string& path) {
-  auto image = readImage(path);
-  return image ? std::move(image).value() : Image();
+std::uint64_t bytesOf(const Image& image) {
+  std::uint64_t bytes = 0;
+  for (const Bitmap& bitmap : image.representations()) bytes += bitmap.bytes().size();
+  return bytes;
 }
 
 }  // namespace
 
-EditingSession::EditingSession(PhotoSlots& photos, EditingScreen& screen, EditingServices services)
-    : photos_(photos),
-      screen_(screen),
-      services_(std::move(services)),
-      runState_(screen, services_.timers, services_.log) {}
+EditingSession::EditingSession(EditingServices services)
+    : services_(std::move(services)), runState_(services_.timers, services_.jobs.log) {
+  connect(&runState_, &RunState::runEnded, this, [this] { runWasEnded(); });
+  setupAdjustParamView();
+}
+
+EditingSession::~EditingSession() {
+  services_.timers.cancel(this);
+  dropJob();
+}
+
+void EditingSession::take(EditEvent event) {
+  const auto step = editStep(state_, talk_, event);
+  if (!step) return;
+  state_ = step->state;
+  talk_ = step->talk;
+  for (const EditAction action : step->actions) perform(action);
+}
+
+void EditingSession::perform(EditAction action) {
+  switch (action) {
+    case EditAction::kNothing:
+      return;
+    case EditAction::kOpenPhoto:
+      return updateSelectedImageToBeFilteredWithPath(pathToOpen_);
+    case EditAction::kLetWait:
+      imgPathToImportAfterExportWorkingImg_ = pathToOpen_;
+      return;
+    case EditAction::kForgetWaiting:
+      return imgPathToImportAfterExportWorkingImg_.clear();
+    case EditAction::kOpenWaiting:
+      if (isExportingWithAddingNewImage()) {
+        openPhoto(std::exchange(imgPathToImportAfterExportWorkingImg_, {}), hasPhoto());
+      }
+      return;
+    case EditAction::kShowPhoto:
+      runState_.changeControls(controlsWithPhoto);
+      Q_EMIT photoLoaded(photo_);
+      return;
+    case EditAction::kForgetPhoto:
+      return forgetPhoto();
+    case EditAction::kTellUnreadable:
+      services_.alerts.runModal(formatNotSupportedAlert(failure_));
+      return;
+    case EditAction::kAsk:
+      return ask();
+    case EditAction::kCloseSheet:
+      Q_EMIT saveChangesAnswered();
+      Q_EMIT closeButtonReleased();
+      return;
+    case EditAction::kShowPanel:
+      exportFormats_ = exportFormatsFor(selectedImageFile_->fileExtension);
+      Q_EMIT savePanelShown();
+      return;
+    case EditAction::kClosePanel:
+      Q_EMIT savePanelClosed();
+      return;
+    case EditAction::kTurnExportButtonOff:
+      Q_EMIT exportButtonReleased();
+      return;
+    case EditAction::kExport:
+      return beginExport();
+    case EditAction::kStopWork:
+      return cancelRun();
+    case EditAction::kTellSaved:
+      Q_EMIT photoSaved(pathToExportImage_);
+      return;
+    case EditAction::kTellFailure:
+      services_.alerts.runModal(exportFailedAlert(pathToExportImage_, failure_));
+      return;
+    case EditAction::kOfferRating:
+      return offerRating();
+    case EditAction::kTerminate:
+      return services_.terminateApp();
+  }
+}
 
 void EditingSession::setupAdjustParamView() {
+  parameters_ = {true, kLowestLevel, percentLabel(kLowestLevel * 10.0), {}};
+  shownParameters_.reset();
+  nextLevel_.reset();
   mapping_ = {};
-  photoBecameCurrent();
-  isExportingPhoto = false;
+  flagDenoiseModeSelected_ = 0;
   runState_.reset();
-  screen_.setSliderCustomDenoise(kLowestLevel);
-  screen_.setTxtCustomDenoiseVal(levelLabel(1));
-  screen_.setAutoModeOn(true);
-  flagDenoiseModeSelected = 0;
+  Q_EMIT parametersChanged();
 }
 
-// The button has toggled itself before it calls; only a manual level may leave it off.
-void EditingSession::btnAutoModeTapped() {
-  const bool mayRun = !runState_.isRunningAlgorithm() && hasPhoto();
-  if (!mayRun || !screen_.isAutoModeOn()) {
-    screen_.setAutoModeOn(true);
+void EditingSession::photoDraggedWithPath(const std::string& path) {
+  pathToOpen_ = path;
+  take(EditEvent::kOpen);
+}
+
+void EditingSession::forgetPhoto() {
+  dropJob();
+  selectedImageFile_.reset();
+  arraySelectedImagesToProcess_.clear();
+  photo_ = {};
+  region_ = {};
+  lastExportedImage_ = {};
+  setupAdjustParamView();
+  Q_EMIT photoForgotten();
+}
+
+void EditingSession::updateSelectedImageToBeFilteredWithPath(const std::string& path) {
+  openPhoto(path, false);
+}
+
+void EditingSession::openPhoto(const std::string& path, bool isScreenRebuilt) {
+  services_.jobs.log("updateSelectedImageToBeFilteredWithPath:");
+  const Result<LoadedPhoto> photo = velmara::openPhoto(path);
+  if (!photo || photo->record.width < 1 || photo->record.height < 1 ||
+      !isReadableFileType(photo->record.fileExtension)) {
+    services_.alerts.runModal(formatNotSupportedAlert());
+    runState_.disableActionsInRunningMode();
+    take(EditEvent::kRefused);
     return;
   }
-  screen_.setSliderCustomDenoise(kLowestLevel);
-  denoiseImageWithSliderValue(1, 1, true);
-}
-
-void EditingSession::sliderCustomDenoiseAction() {
-  if (!hasPhoto() || runState_.isRunningAlgorithm()) return;
-  screen_.setAutoModeOn(false);
-  const int level = denoiseLevelForSliderValue(screen_.sliderCustomDenoise());
-  screen_.setTxtCustomDenoiseVal(levelLabel(level));
-  denoiseImageWithSliderValue(DenoiseMode::kManualThreshold, level, false);
-}
-
-void EditingSession::btnSoftModeAction() {
-  flagDenoiseModeSelected = 0;
-  sliderCustomDenoiseAction();
-}
-
-void EditingSession::btnHardModeAction() {
-  flagDenoiseModeSelected = 1;
-  sliderCustomDenoiseAction();
-}
-
-void EditingSession::seletedPhotoToBeFilteredIsChanged() {
-  const auto& region = photos_.selectedImageFileToProccessing;
-  if (!region || (!photos_.selectedRegion.isValid() && !isLoadable(region->filePath))) {
-    exportRunFailed();
-    return;
+  if (isScreenRebuilt) {
+    setupAdjustParamView();
+    Q_EMIT photoForgotten();
   }
-  services_.log("seletedPhotoToBeFilteredIsChanged!!");
-  runState_.changeControls(controlsWithPhoto);
-  if (photos_.selectedImageFile) screen_.showSelectedPhoto(*photos_.selectedImageFile);
-  if (screen_.isAutoModeOn()) {
-    screen_.setAutoModeOn(true);
-    services_.log("before denoiseImageWithSliderValue!!");
-    denoiseImageWithSliderValue(1, 1, true);
-    services_.log("after denoiseImageWithSliderValue!!");
-  } else {
-    screen_.setAutoModeOn(false);
-    sliderCustomDenoiseAction();
+  if (selectedImageFileToProccessing_) {
+    Utils::sharedUtils().deleteFileAtPath(selectedImageFileToProccessing_->filePath);
   }
+  photoBecameCurrent(*photo);
+  saveBookmarkPathsFromTableView();
+  take(EditEvent::kBecameCurrent);
+  Q_EMIT photoOpened();
+  loadPhoto();
 }
 
-void EditingSession::denoiseImageWithSliderValue(int thresholdValue, int denoiseLevelValue,
-                                                 bool autoMode) {
-  if (runState_.isRunningAlgorithm()) return;
-  calibrateIfNeeded({autoMode, DenoiseMode::kManualThreshold, denoiseLevelValue});
-  services_.mainQueue.async([this, alive = std::weak_ptr(alive_)] {
-    if (!alive.expired()) setupAndShowProgressBarViewForCurrentImage();
-  });
-  lastExportedImage = {};
-  screen_.setTxtDenoiseMode(autoMode ? "Auto" : "Manual");
-  runState_.denoisingProcessStarted();
-  applyOpenCVDenoiseAlgorithmWithSliderValue(thresholdValue, denoiseLevelValue, autoMode);
-}
-
-void EditingSession::calibrateIfNeeded(const DenoiseMode& mode) {
-  FilterParameters parameters = kFirstCalibration;
-  if (photos_.pixelsProcessRate != 0) {
-    if (!isExportingPhoto) return;
-    parameters = calibrationParameters(
-        getSigmaTresholdParamDictForPSNR(double{psnrOfRealImage_}, mode.isAutoMode,
-                                         mode.thrsholdVal, mode.denoiseLevelValue),
-        mode);
-  }
-  photos_.pixelsProcessRate =
-      services_.engine.processingSpeed(services_.loadTestImage(), parameters);
-}
-
-SigmaThreshold EditingSession::getSigmaTresholdParamDictForPSNR(double psnr, bool isAutoMode,
-                                                                int thrsholdVal,
-                                                                int denoiseLevelValue) {
-  const MappedParameters mapped = mapNoiseToParameters(
-      psnr, {isAutoMode, thrsholdVal, denoiseLevelValue}, isExportingPhoto, mapping_);
-  mapping_ = mapped.mapping;
-  return mapped.parameters;
-}
-
-const std::optional<PhotoFile>& EditingSession::photoToFilter() const {
-  return isExportingPhoto ? photos_.selectedImageFile : photos_.selectedImageFileToProccessing;
-}
-
-void EditingSession::setupAndShowProgressBarViewForCurrentImage() {
-  const auto& photo = photoToFilter();
-  const std::int64_t rate = photos_.pixelsProcessRate;
-  const double estimate = estimatedCompletionTime(
-      photo ? photo->width : 0, photo ? photo->height : 0, rate, isExportingPhoto);
-  services_.log(estimateLogLine(rate, estimate));
-  runState_.startProgress(estimate);
-}
-
-void EditingSession::applyOpenCVDenoiseAlgorithmWithSliderValue(int thresholdValue,
-                                                                int denoiseLevelValue,
-                                                                bool autoMode) {
-  screen_.setAutoModeOn(autoMode);
-  screen_.settingUpUIElementsForCurrentSelections();
-  const std::optional<PhotoFile> photo = photoToFilter();
-  if (!photo) {
-    exportRunFailed();
-    return;
-  }
-  const bool isInMemory = !isExportingPhoto && photos_.selectedRegion.isValid();
-  if (!isLargeEnoughToFilter(*photo)) {
-    ++now_.run;
-    complete(*photo, isInMemory ? photos_.selectedRegion : loadSmallPhoto(photo->filePath),
-             isExportingPhoto);
-    return;
-  }
-  if (!isInMemory && !isLoadable(photo->filePath)) {
-    exportRunFailed();
-    return;
-  }
-  dispatchWorker(*photo, {autoMode, thresholdValue, denoiseLevelValue});
-}
-
-void EditingSession::dispatchWorker(const PhotoFile& photo, const DenoiseMode& mode) {
-  DenoiseJob job;
-  job.photo = photo;
-  if (photos_.selectedImageFile) job.wholePhotoPath = photos_.selectedImageFile->filePath;
-  job.mode = mode;
-  job.isExportingPhoto = isExportingPhoto;
-  job.wholePhoto = isExportingPhoto ? photos_.selectedImageAsStored : photos_.selectedRegion;
-  job.currentZooomFactor = screen_.currentZooomFactor();
-  job.psnrOfRealImage = psnrOfRealImage_;
-  job.mapping = mapping_;
-  ++now_.run;
-  services_.globalQueue.async([this, alive = std::weak_ptr(alive_), job = std::move(job),
-                               ticket = now_, engine = &services_.engine, log = services_.log,
-                               mainQueue = &services_.mainQueue] {
-    const DenoiseOutcome outcome = runDenoiseJob(job, *engine, log);
-    dispatchSync(*mainQueue, [&] {
-      if (!alive.expired()) takeOutcome(job, ticket, outcome);
-    });
-  });
-}
-
-void EditingSession::takeOutcome(const DenoiseJob& job, const Ticket& ticket,
-                                 const DenoiseOutcome& outcome) {
-  if (ticket.run != now_.run) return;
-  mapping_ = outcome.mapping;
-  const bool isSamePhoto = ticket.photo == now_.photo;
-  if (isSamePhoto) psnrOfRealImage_ = outcome.psnrOfRealImage;
-  if (job.isExportingPhoto || (isSamePhoto && ticket.view == now_.view)) {
-    complete(job.photo, outcome.image, job.isExportingPhoto);
-    return;
-  }
-  screen_.previewResultDropped();
-  runState_.enableActionsInDeafultModeAfterDelay();
-}
-
-void EditingSession::complete(const PhotoFile& photo, const Image& image, bool isExport) {
-  if (!isExport) {
-    denoisingProcessCompletedWithOutputImage(image);
-    return;
-  }
-  originalPhotoToExportDenoisingCompletedOutputImage(photo, image);
-  isExportingPhoto = false;
-}
-
-void EditingSession::denoisingProcessCompletedWithOutputImage(const Image& image) {
-  if (!image.isValid()) return;
-  services_.log("Denoising Done !!");
-  screen_.previewFinished(image);
-  runState_.enableActionsInDeafultModeAfterDelay();
-}
-
-void EditingSession::originalPhotoToExportDenoisingCompletedOutputImage(const PhotoFile& photo,
-                                                                        const Image& image) {
-  if (!image.isValid()) {
-    exportRunFailed();
-    return;
-  }
-  services_.log("Denoising Done !!");
-  // Not the picture of a photo that has been replaced meanwhile: the next export would take it.
-  const auto& current = photos_.selectedImageFile;
-  if (current && current->filePath == photo.filePath) lastExportedImage = image;
-  screen_.exportFinished(photo, image);
-  runState_.enableActionsInDeafultModeAfterDelay();
-}
-
-void EditingSession::exportRunFailed() {
-  if (!std::exchange(isExportingPhoto, false)) return;
-  screen_.exportRunFailed();
-}
-
-void EditingSession::photoBecameCurrent() {
+void EditingSession::photoBecameCurrent(const LoadedPhoto& photo) {
+  dropJob();
+  selectedImageFileToProccessing_.reset();
+  arraySelectedImagesToProcess_ = {photo.record};
+  selectedImageFile_ = photo.record;
+  photo_ = photo;
+  region_ = {};
+  lastExportedImage_ = {};
   psnrOfRealImage_ = 0.0F;
-  // Exporting before the first run must not write the old photo under the new one's name.
-  lastExportedImage = {};
-  photos_.selectedImageAsStored = {};
-  photos_.selectedRegion = {};
-  ++now_.photo;
+  hasToldFailure_ = false;
+  parameters_.sliderCustomDenoise = kLowestLevel;
+  parameters_.txtCustomDenoiseVal = percentLabel(kLowestLevel * 10.0);
+  shownParameters_.reset();
+  nextLevel_.reset();
+  runState_.reset();
+  Q_EMIT parametersChanged();
 }
 
-void EditingSession::dropResultInFlight() {
-  ++now_.view;
+void EditingSession::loadPhoto() {
+  PhotoJobRequest request;
+  request.path = photo_.record.filePath;
+  request.photo = photo_;
+  request.filters = false;
+  photo_.file.reset();  // The job has it.
+  startJob(std::move(request), &EditingSession::photoWasRead);
+}
+
+void EditingSession::photoWasRead(const PhotoJobResult& result) {
+  if (result.end != PhotoJobResult::End::finished) {
+    failure_ = photo_.record.filePath + "\n" + result.reason;
+    take(EditEvent::kUnreadable);
+    return;
+  }
+  photo_ = result.photo;
+  take(EditEvent::kLoaded);
+  // Then what needs the pixels reads them again.
+  if (!fitsInMemory(kExportPhotos * bytesOf(photo_.image))) photo_.image = {};
+}
+
+void EditingSession::saveBookmarkPathsFromTableView() {
+  velmara::saveBookmarkPathsFromTableView(arraySelectedImagesToProcess_, services_.defaults);
+}
+
+void EditingSession::loadLastWorkedImageFromDefaults() {
+  if (hasPhoto()) return;  // Somebody was quicker than the delay.
+  std::vector<PhotoFile> remembered;
+  const auto last = velmara::loadLastWorkedImageFromDefaults(
+      remembered, services_.defaults,
+      [](const std::string& path) { return isInTrash(path, trashPlacesFor(path)); });
+  if (last) updateSelectedImageToBeFilteredWithPath(*last);
 }
 
 }  // namespace velmara

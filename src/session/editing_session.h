@@ -1,71 +1,114 @@
 #pragma once
 
+#include <QObject>
+
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
-#include "base/task_queue.h"
-#include "session/denoise_engine.h"
-#include "session/denoise_job.h"
+#include "platform/alerts.h"
+#include "platform/bundle.h"
+#include "platform/panels.h"
+#include "platform/user_defaults.h"
+#include "platform/workspace.h"
 #include "session/denoise_parameters.h"
-#include "session/editing_screen.h"
-#include "session/photo_file.h"
+#include "session/edit_table.h"
+#include "session/export_formats.h"
+#include "session/photo_job.h"
 #include "session/run_state.h"
 
 namespace velmara {
 
-/// The photos being edited and the measured speed, owned by the application delegate. Main thread.
-struct PhotoSlots {
-  /// The whole current photo.
-  std::optional<PhotoFile> selectedImageFile;
-  /// The picture that the next preview run filters: the file of the visible region.
-  std::optional<PhotoFile> selectedImageFileToProccessing;
-  /// Its pixels, if they are at hand; else the file is read.
-  Image selectedRegion;
-  /// The current photo's pixels as an export would read them from its file, if they are in memory
-  /// anyway because they are shown; else not valid.
-  Image selectedImageAsStored;
-  /// At most one.
-  std::vector<PhotoFile> arraySelectedImagesToProcess;
-  /// Pixels per second, 0 until measured.
-  std::int64_t pixelsProcessRate = 0;
-};
-
-/// What the session works with; all of it must outlive the session and its runs.
+/// What the session works with; all of it must outlive the session and its jobs.
 struct EditingServices {
-  const DenoiseEngine& engine;
-  TaskQueue& mainQueue;
-  TaskQueue& globalQueue;
+  PhotoJobServices jobs;
   Scheduler& timers;
-  LogSink log;
-  /// The application's picture "noisy.png", which the speed is measured with.
-  std::function<Image()> loadTestImage;
+  AlertPresenter& alerts;
+  UserDefaults& defaults;
+  Workspace& workspace;
+  const BundleFacts& bundle;
+  /// Where the program may be rated; empty: nobody is asked to.
+  std::string storePage;
+  std::function<void()> terminateApp;
+  std::function<void()> showAppInFront;
 };
 
-/// Turns what the user chose and the measured noise of the photo into the filter's parameters, runs
-/// the filter off the main thread and brings the result back: to the preview, or to the export.
+/// The one model of the edit: the photo, the parameters chosen for it, the run or export under way,
+/// and the work that is in no file yet. What may happen when stands in the table of edit_table.cpp;
+/// this class does what the table says and tells the window by its signals. It owns the one job
+/// that is under way at a time.
 ///
-/// Main thread only. The operations carry the names of the main screen's, which forward to them.
-class EditingSession {
- public:
-  EditingSession(PhotoSlots& photos, EditingScreen& screen, EditingServices services);
-  EditingSession(const EditingSession&) = delete;
-  EditingSession& operator=(const EditingSession&) = delete;
-  /// A run in flight ends without its result being taken.
-  ~EditingSession() = default;
+/// The window forwards what its controls send and shows what the signals say. Fields and operations
+/// carry the names of the main screen's. Main thread only.
+class EditingSession : public QObject {
+  Q_OBJECT
 
-  /// The values of a screen just built: automatic mode, level 1, the mapping's start values, no
+ public:
+  explicit EditingSession(EditingServices services);
+  /// A job under way ends without its result being taken.
+  ~EditingSession() override;
+
+  // The photo, in editing_session.cpp.
+
+  EditState state() const { return state_; }
+  EditTalk talk() const { return talk_; }
+  bool hasPhoto() const { return !arraySelectedImagesToProcess_.empty(); }
+  bool isUnsaved() const { return state_ != EditState::kEmpty && state_ != EditState::kSaved; }
+  /// The whole current photo.
+  const std::optional<PhotoFile>& selectedImageFile() const { return selectedImageFile_; }
+  /// At most one.
+  const std::vector<PhotoFile>& arraySelectedImagesToProcess() const {
+    return arraySelectedImagesToProcess_;
+  }
+  /// The photo as it was read, for as long as it is open and fits the memory.
+  const LoadedPhoto& photo() const { return photo_; }
+
+  /// A screen just built, without a photo: automatic mode, level 1, the mapping's start values, no
   /// run.
   void setupAdjustParamView();
+  /// A photo was dropped, or chosen in the open panel: opens it, asking first where work would be
+  /// lost.
+  void photoDraggedWithPath(const std::string& path);
+  /// Makes a file the current photo, if it is a picture.
+  void updateSelectedImageToBeFilteredWithPath(const std::string& path);
+  void saveBookmarkPathsFromTableView();
+  void loadLastWorkedImageFromDefaults();
 
-  void btnAutoModeTapped();
-  void sliderCustomDenoiseAction();
+  // Parameters and runs, in editing_session_run.cpp.
+
+  bool isAutoModeOn() const { return parameters_.isAutoModeOn; }
+  /// 1.0 to 10.0; during a run the next one's, if that is chosen already.
+  double sliderCustomDenoise() const;
+  /// The level in percent; in automatic mode what it chose, in words, once it has.
+  std::string txtCustomDenoiseVal() const;
+  /// "Auto" or "Manual"; empty before the first run.
+  const std::string& txtDenoiseMode() const { return parameters_.txtDenoiseMode; }
+
+  /// The button has toggled itself before; only a manual level may leave it off.
+  void btnAutoModeTapped(bool isOn);
+  /// A level chosen during a run is the next run's.
+  void sliderCustomDenoiseAction(double value);
   void btnSoftModeAction();
   void btnHardModeAction();
+
+  /// What is seen of the photo, and at which zoom: what the next preview run filters. The size is
+  /// the pixels' own.
+  void setRegion(const Image& region, float currentZooomFactor);
+  /// The region is in its file now.
+  void setSelectedImageFileToProccessing(const PhotoFile& region);
+  const std::optional<PhotoFile>& selectedImageFileToProccessing() const {
+    return selectedImageFileToProccessing_;
+  }
   /// The photo or the region to filter has changed, or an export wants the whole photo filtered.
   void seletedPhotoToBeFilteredIsChanged();
+  /// What the run in flight filters is no longer what is seen: its result is dropped.
+  void dropResultInFlight();
+  /// Stops the run or the export under way: an export leaves no file, a preview what was shown
+  /// before it.
+  void cancelRun();
 
   /// The front door of a run; refused while one is under way.
   void denoiseImageWithSliderValue(int thresholdValue, int denoiseLevelValue, bool autoMode);
@@ -74,57 +117,152 @@ class EditingSession {
   /// The parameters for a noise level. A manual choice leaves its mapping for later ones.
   SigmaThreshold getSigmaTresholdParamDictForPSNR(double psnr, bool isAutoMode, int thrsholdVal,
                                                   int denoiseLevelValue);
-  /// Estimates the run about to start and shows the bar.
+  /// Estimates the run under way and shows the bar.
   void setupAndShowProgressBarViewForCurrentImage();
-
   void denoisingProcessCompletedWithOutputImage(const Image& image);
-  void originalPhotoToExportDenoisingCompletedOutputImage(const PhotoFile& photo,
-                                                          const Image& image);
-
-  /// Another photo has become current: its noise is to be measured, it has no result yet, and what
-  /// a run in flight makes of the old one is not to be shown.
-  void photoBecameCurrent();
-  /// What the run in flight filters is no longer what is seen: its preview result is dropped.
-  void dropResultInFlight();
+  void originalPhotoToExportDenoisingCompletedOutputImage(const Image& image);
 
   RunState& runState() { return runState_; }
   const RunState& runState() const { return runState_; }
-  bool hasPhoto() const { return !photos_.arraySelectedImagesToProcess.empty(); }
-
-  /// Set before an export's run, cleared when it completes.
-  bool isExportingPhoto = false;
-  /// The result of the last export run; not valid after any other run has started or another photo
-  /// has become current.
-  Image lastExportedImage;
+  bool isRunningAlgorithm() const { return runState_.isRunningAlgorithm(); }
+  bool isExportingPhoto() const { return state_ == EditState::kExporting; }
   /// 0 soft, 1 hard; nothing is computed from it.
-  unsigned flagDenoiseModeSelected = 0;
-
+  unsigned flagDenoiseModeSelected() const { return flagDenoiseModeSelected_; }
+  /// In dB; 0 until measured.
   float psnrOfRealImage() const { return psnrOfRealImage_; }
+  /// Pixels per second; 0 until measured.
+  std::int64_t pixelsProcessRate() const { return pixelsProcessRate_; }
   const ManualMapping& manualMapping() const { return mapping_; }
 
+  // Export and unsaved work, in editing_session_export.cpp.
+
+  void btnExportDenoisedImageTapped();
+  /// How the save panel is to be set up, and its formats, from savePanelShown on.
+  SavePanelOptions savePanelOptions() const;
+  const ExportFormats& exportFormats() const { return exportFormats_; }
+  /// The save panel was answered; an empty path stands for its cancel button.
+  void savePanelAnswered(const std::string& path);
+  /// The result of the last export, pixels as stored; not valid after any other run has started or
+  /// another photo has become current.
+  const Image& lastExportedImage() const { return lastExportedImage_; }
+
+  /// The three answers; without the sheet they do nothing.
+  void btnSaveChangesTapped() { take(EditEvent::kSaveChanges); }
+  void btnDontSaveChangesTapped() { take(EditEvent::kDontSave); }
+  void btnCancelChangesTapped() { take(EditEvent::kCancel); }
+  /// The window's button, or the menu's commands to close and to quit.
+  void btnCloseWindowTapped() { take(EditEvent::kClose); }
+  void btncloseFileFromMenuTapped();
+  /// Whether the window may close now; otherwise the user is asked, and the answer closes it.
+  bool windowShouldClose();
+  void showAlertForRateApp();
+
+  /// Another photo waits until the question is answered or the export is over, and its path.
+  bool isExportingWithAddingNewImage() const {
+    return !imgPathToImportAfterExportWorkingImg_.empty();
+  }
+  const std::string& imgPathToImportAfterExportWorkingImg() const {
+    return imgPathToImportAfterExportWorkingImg_;
+  }
+  /// A request to close came from the menu.
+  bool isQuitFromMenu() const { return isQuitFromMenu_; }
+
+ Q_SIGNALS:
+  /// There is no photo: the screen as it was built.
+  void photoForgotten();
+  /// Another photo has become current; its pixels follow.
+  void photoOpened();
+  void photoLoaded(const LoadedPhoto& photo);
+  /// A run on the photo begins, or its record has changed: the labels are to be filled.
+  void photoShown(const PhotoFile& selectedImageFile);
+  void selectedImageFileToProccessingChanged();
+  /// Mode, level or their labels.
+  void parametersChanged();
+  /// The result of a preview run: `imgFilteredOriginal` and `imgFilteredBeforeClickedPrvw`. It is
+  /// laid over the preview when the default mode is entered.
+  void previewFinished(const Image& result);
+  /// A preview run ended whose region is no longer what is seen.
+  void previewResultDropped();
+
+  void saveChangesAsked(const std::string& header);
+  void saveChangesAnswered();
+  void savePanelShown();
+  void savePanelClosed();
+  /// The button's state is to be off again.
+  void exportButtonReleased();
+  void closeButtonReleased();
+  void photoSaved(const std::string& path);
+  /// The controls are back after an export, whatever its end.
+  void exportEnded();
+
  private:
-  /// Counts of the runs dispatched, the changes of photo and the changes of what is seen.
-  struct Ticket {
-    std::uint64_t run = 0;
-    std::uint64_t photo = 0;
-    std::uint64_t view = 0;
+  /// What the user has chosen, and how it is shown.
+  struct Parameters {
+    bool isAutoModeOn = true;
+    double sliderCustomDenoise = 1.0;
+    std::string txtCustomDenoiseVal;
+    std::string txtDenoiseMode;
   };
 
-  void calibrateIfNeeded(const DenoiseMode& mode);
-  const std::optional<PhotoFile>& photoToFilter() const;
-  void dispatchWorker(const PhotoFile& photo, const DenoiseMode& mode);
-  void takeOutcome(const DenoiseJob& job, const Ticket& ticket, const DenoiseOutcome& outcome);
-  void complete(const PhotoFile& photo, const Image& image, bool isExport);
-  /// If an export waits for a run's result, there will be none.
-  void exportRunFailed();
+  void take(EditEvent event);
+  void perform(EditAction action);
+  void openPhoto(const std::string& path, bool isScreenRebuilt);
+  void forgetPhoto();
+  void photoBecameCurrent(const LoadedPhoto& photo);
+  void loadPhoto();
+  void photoWasRead(const PhotoJobResult& result);
 
-  PhotoSlots& photos_;
-  EditingScreen& screen_;
+  void startJob(PhotoJobRequest request, void (EditingSession::*finished)(const PhotoJobResult&));
+  void dropJob();
+  void takeMeasurements(const PhotoJobResult& result);
+  void previewRunFinished(const PhotoJobResult& result);
+  void runWasEnded();
+
+  void ask();
+  void beginExport();
+  void exportFinished(const PhotoJobResult& result);
+  void takeReplacedPhoto(const PhotoJobResult& result);
+  PhotoOutput output() const;
+  void offerRating();
+
   EditingServices services_;
   RunState runState_;
-  ManualMapping mapping_;
+  EditState state_ = EditState::kEmpty;
+  EditTalk talk_ = EditTalk::kNone;
+
+  std::optional<PhotoFile> selectedImageFile_;
+  std::optional<PhotoFile> selectedImageFileToProccessing_;
+  std::vector<PhotoFile> arraySelectedImagesToProcess_;
+  LoadedPhoto photo_;
+  std::string pathToOpen_;
+  std::string imgPathToImportAfterExportWorkingImg_;
+
+  Parameters parameters_;
+  /// Those of the result that is seen.
+  std::optional<Parameters> shownParameters_;
+  std::optional<double> nextLevel_;
+  unsigned flagDenoiseModeSelected_ = 0;
+  Image region_;
+  float currentZooomFactor_ = 1.0F;
   float psnrOfRealImage_ = 0.0F;
-  Ticket now_;
+  ManualMapping mapping_;
+  std::int64_t pixelsProcessRate_ = 0;
+  bool isResultWanted_ = false;
+  bool isCancelled_ = false;
+  bool hasToldFailure_ = false;
+
+  std::shared_ptr<PhotoJob> job_;
+  /// Which job is the one whose end counts.
+  std::uint64_t jobNumber_ = 0;
+
+  ExportFormats exportFormats_;
+  std::string fileTypeToExportImage_;
+  std::string pathToExportImage_;
+  std::string failure_;
+  Image lastExportedImage_;
+  bool isQuitFromMenu_ = false;
+  bool hasExported_ = false;
+
   /// Lets what comes back from a queue know that the session is gone.
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };

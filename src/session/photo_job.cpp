@@ -54,7 +54,7 @@ class Run {
     if (result_.reason.empty() && result_.end != End::cancelled) {
       result_.end = End::finished;
       control_.setProgress(1.0);
-    } else {
+    } else if (result_.end == End::cancelled || result_.step <= PhotoStep::filter) {
       result_.image = {};
     }
     return std::move(result_);

@@ -110,7 +110,7 @@ struct PhotoJobResult {
   /// pixels are not valid then (they were the photo's before).
   LoadedPhoto photo;
   /// The result, pixels as stored (upright if the photo's own file was replaced). Not valid unless
-  /// finished, and not without a filter.
+  /// finished or failed only after the filter, and not without a filter.
   Image image;
   bool hasReplacedPhoto = false;
 

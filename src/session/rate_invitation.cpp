@@ -40,8 +40,4 @@ void invitationAccepted(UserDefaults& defaults, const std::string& CFBundleVersi
   defaults.set(defaults_keys::kAppVersion, QString::fromStdString(CFBundleVersion));
 }
 
-std::string rateAddress(const std::string& bundleIdentifier) {
-  return "appstream://" + bundleIdentifier;
-}
-
 }  // namespace velmara

@@ -22,7 +22,4 @@ Alert rateInvitation();
 /// The page of the program was opened: ends the invitations for this version.
 void invitationAccepted(UserDefaults& defaults, const std::string& CFBundleVersion);
 
-/// The address of the program's page in the desktop's software catalogue.
-std::string rateAddress(const std::string& bundleIdentifier);
-
 }  // namespace velmara

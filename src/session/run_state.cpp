@@ -14,8 +14,7 @@ constexpr std::string_view kEnableActions = "enableActionsInDeafultMode";
 
 }  // namespace
 
-RunState::RunState(RunScreen& screen, Scheduler& timers, LogSink log)
-    : screen_(screen), timers_(timers), log_(std::move(log)) {}
+RunState::RunState(Scheduler& timers, LogSink log) : timers_(timers), log_(std::move(log)) {}
 
 RunState::~RunState() {
   timers_.cancel(this);
@@ -23,13 +22,12 @@ RunState::~RunState() {
 
 void RunState::reset() {
   timers_.cancel(this);
-  progressTimer_.reset();
   timer_.reset();
   isRunningAlgorithm_ = false;
   isBeforeCallingAlgo = false;
   controls_ = controlsWithoutPhoto();
-  screen_.applyControls(controls_);
-  screen_.hideProgressBar();
+  Q_EMIT controlsChanged(controls_);
+  hideProgress();
 }
 
 RunPhase RunState::phase() const {
@@ -40,14 +38,18 @@ RunPhase RunState::phase() const {
 
 void RunState::changeControls(ControlStates (*change)(ControlStates)) {
   controls_ = change(controls_);
-  screen_.applyControls(controls_);
+  Q_EMIT controlsChanged(controls_);
 }
 
 void RunState::denoisingProcessStarted() {
+  workStarted();
+  log_("Denoising Started");
+}
+
+void RunState::workStarted() {
   timers_.cancel(this, kEnableActions);
   isRunningAlgorithm_ = true;
   disableActionsInRunningMode();
-  log_("Denoising Started");
 }
 
 void RunState::disableActionsInRunningMode() {
@@ -56,12 +58,13 @@ void RunState::disableActionsInRunningMode() {
 }
 
 void RunState::enableActionsInDeafultMode() {
-  isRunningAlgorithm_ = false;
+  const bool hasRun = std::exchange(isRunningAlgorithm_, false);
   showProgressBarCompleted();
   timers_.after(this, "updateProgress", kHideBar, [this] { updateProgress(); });
   isBeforeCallingAlgo = false;
   changeControls(controlsInDefaultMode);
-  screen_.setUpPreviewForDenoisedImage();
+  Q_EMIT defaultModeEntered();
+  if (hasRun) Q_EMIT runEnded();
 }
 
 void RunState::enableActionsInDeafultModeAfterDelay() {
@@ -71,7 +74,7 @@ void RunState::enableActionsInDeafultModeAfterDelay() {
 void RunState::startProgress(double estimate) {
   estimatedProgressCompletionTime_ = estimate;
   progressTimeCounter_ = 0.0;
-  screen_.showProgressBar(estimate);
+  Q_EMIT progressShown(estimate);
   progressTimer_ =
       timers_.start(Seconds(progressTickInterval(estimate)), true, [this] { updateProgress(); });
 }
@@ -80,20 +83,24 @@ void RunState::updateProgress() {
   if (isRunningAlgorithm_) {
     progressTimeCounter_ =
         progressAfterTick(progressTimeCounter_, estimatedProgressCompletionTime_);
-    screen_.setProgressBarValue(progressTimeCounter_);
+    Q_EMIT progressChanged(progressTimeCounter_);
     return;
   }
-  screen_.setProgressBarValue(progressTimeCounter_);
+  Q_EMIT progressChanged(progressTimeCounter_);
   if (progressTimeCounter_ >= estimatedProgressCompletionTime_) {
     log_("Progress Completed");
-    progressTimer_.reset();
-    screen_.hideProgressBar();
+    hideProgress();
   }
+}
+
+void RunState::hideProgress() {
+  progressTimer_.reset();
+  Q_EMIT progressHidden();
 }
 
 void RunState::showProgressBarCompleted() {
   for (const double value : finishWalk(progressTimeCounter_, estimatedProgressCompletionTime_)) {
-    screen_.setProgressBarValue(value);
+    Q_EMIT progressChanged(value);
   }
   progressTimeCounter_ = estimatedProgressCompletionTime_;
 }
@@ -101,7 +108,7 @@ void RunState::showProgressBarCompleted() {
 void RunState::startTimerEvent() {
   timer_ = timers_.start(kSettlingTime, false, [this] {
     invalidateTimer();
-    screen_.performDenoiseOperation();
+    Q_EMIT settled();
   });
   changeControls(controlsWhileSettling);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <cstdint>
+#include <QObject>
+
 #include <memory>
 
 #include "base/task_queue.h"
@@ -9,34 +10,17 @@
 
 namespace velmara {
 
-/// What the run state shows on the main screen. Main thread.
-class RunScreen {
- public:
-  virtual ~RunScreen() = default;
-
-  virtual void applyControls(const ControlStates& states) = 0;
-  /// Shows the bar with its value at 0.
-  virtual void showProgressBar(double maximum) = 0;
-  /// May lie a little beyond the maximum.
-  virtual void setProgressBarValue(double value) = 0;
-  virtual void hideProgressBar() = 0;
-  /// A run has ended: lay its result over the preview, if there is a valid one.
-  virtual void setUpPreviewForDenoisedImage() = 0;
-  /// Zoom or pan have settled.
-  virtual void performDenoiseOperation() = 0;
-};
-
 enum class RunPhase { kIdle, kWaitingToSettle, kRunning, kFinishingTheBar };
 
 /// The running flag, what it takes away from the user, the progress bar, and the delay before the
 /// visible region is denoised. Main thread only.
-class RunState {
+class RunState : public QObject {
+  Q_OBJECT
+
  public:
-  /// Screen, timers and log must outlive this object.
-  RunState(RunScreen& screen, Scheduler& timers, LogSink log);
-  RunState(const RunState&) = delete;
-  RunState& operator=(const RunState&) = delete;
-  ~RunState();
+  /// The timers must outlive this object.
+  RunState(Scheduler& timers, LogSink log);
+  ~RunState() override;
 
   /// The screen is built, or built anew with another photo: no run, nothing waiting, the controls
   /// as they are without a photo.
@@ -56,6 +40,8 @@ class RunState {
 
   /// A run starts. What an earlier run still had to put back is given up: the new run will.
   void denoisingProcessStarted();
+  /// The same for work that filters nothing.
+  void workStarted();
   /// Only the controls of a run, without one.
   void disableActionsInRunningMode();
   /// The run is over: the bar is walked to its end and hidden 0.3 s later, the controls come back
@@ -70,6 +56,8 @@ class RunState {
   void updateProgress();
   /// Walks the bar to its end at once.
   void showProgressBarCompleted();
+  /// Stops the bar and hides it.
+  void hideProgress();
 
   /// (Re)starts the 1.5 s until performDenoiseOperation and silences what must wait.
   void startTimerEvent();
@@ -78,8 +66,21 @@ class RunState {
   /// Forgets it, nothing else.
   void invalidateTimer();
 
+ Q_SIGNALS:
+  void controlsChanged(const ControlStates& states);
+  /// The bar is shown, with its value at 0.
+  void progressShown(double maximum);
+  /// May lie a little beyond the maximum.
+  void progressChanged(double value);
+  void progressHidden();
+  /// The controls are back: the result, if there is a valid one, is to be laid over the preview.
+  void defaultModeEntered();
+  /// After that, if a run has ended.
+  void runEnded();
+  /// Zoom or pan have settled: what performDenoiseOperation waits for.
+  void settled();
+
  private:
-  RunScreen& screen_;
   Scheduler& timers_;
   LogSink log_;
   ControlStates controls_ = controlsWithoutPhoto();

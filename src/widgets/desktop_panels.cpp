@@ -39,10 +39,12 @@ QString nameFilter(const OpenPanelOptions& options) {
                                        patterns.join(QLatin1Char(' ')));
 }
 
-QString startFolder(const QString& remembered) {
-  if (!remembered.isEmpty() && QDir(remembered).exists()) return remembered;
-  const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
-  return QDir(pictures).exists() ? pictures : QDir::homePath();
+// The first of the folders that is there.
+QString startFolder(const QStringList& folders) {
+  for (const QString& folder : folders) {
+    if (!folder.isEmpty() && QDir(folder).exists()) return folder;
+  }
+  return QDir::homePath();
 }
 
 }  // namespace
@@ -60,9 +62,10 @@ void DesktopPanels::beginOpenPanel(const OpenPanelOptions& options, OpenCompleti
                                                         : QFileDialog::ExistingFile);
     if (!options.allowedFileTypes.empty()) dialog->setNameFilter(nameFilter(options));
   }
-  dialog->setDirectory(startFolder(*folder_));
+  dialog->setDirectory(startFolder(
+      {*openFolder_, QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)}));
   QObject::connect(dialog, &QDialog::finished, dialog,
-                   [folder = folder_, dialog, completion = std::move(completion)](int result) {
+                   [folder = openFolder_, dialog, completion = std::move(completion)](int result) {
                      std::vector<std::string> paths;
                      if (result == QDialog::Accepted) {
                        *folder = dialog->directory().absolutePath();
@@ -79,9 +82,9 @@ std::shared_ptr<SavePanel> DesktopPanels::beginSavePanel(const SavePanelOptions&
                                                          SaveCompletion completion) {
   auto* dialog = new SaveDialog(options, mainWindow_);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setDirectory(startFolder(*folder_));
+  dialog->setDirectory(startFolder({*saveFolder_, QFile::decodeName(options.directory.c_str())}));
   QObject::connect(dialog, &QDialog::finished, dialog,
-                   [folder = folder_, dialog, completion = std::move(completion)](int result) {
+                   [folder = saveFolder_, dialog, completion = std::move(completion)](int result) {
                      std::string path;
                      if (result == QDialog::Accepted) {
                        *folder = dialog->directory().absolutePath();

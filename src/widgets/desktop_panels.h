@@ -10,8 +10,8 @@
 
 namespace velmara {
 
-/// Shows the toolkit's own file dialogs on the main window. They remember the folder they were last
-/// left in. A panel whose window is deleted is not answered any more.
+/// Shows the toolkit's own file dialogs on the main window. Opening and saving each remember the
+/// folder they were last left in. A panel whose window is deleted is not answered any more.
 class DesktopPanels final : public Panels {
  public:
   explicit DesktopPanels(QWidget* mainWindow = nullptr) : mainWindow_(mainWindow) {}
@@ -25,7 +25,8 @@ class DesktopPanels final : public Panels {
  private:
   QPointer<QWidget> mainWindow_;
   // Shared with the dialogs, which may outlive this object.
-  std::shared_ptr<QString> folder_ = std::make_shared<QString>();
+  std::shared_ptr<QString> openFolder_ = std::make_shared<QString>();
+  std::shared_ptr<QString> saveFolder_ = std::make_shared<QString>();
 };
 
 }  // namespace velmara

@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
+#include <QPushButton>
 
 #include <algorithm>
 
 #include "app/screen_fixture.h"
 #include "imaging/image_reader.h"
 #include "support/run_program.h"
+#include "widgets/action_button.h"
 
 namespace velmara {
 namespace {
@@ -26,12 +28,12 @@ TEST_F(ScreenTest, ASecondPhotoAsksAboutTheFirst) {
             "Do you want to save the changes made to the document \"first.png\" ?");
   QTest::keyClick(&sheet, Qt::Key_Escape);
   EXPECT_FALSE(sheet.isVisible());
-  EXPECT_EQ(photos.selectedImageFile->fileName, "first.png");
+  EXPECT_EQ(session().selectedImageFile()->fileName, "first.png");
 
   screen().photoDraggedWithPath(photo("second.png"));
   click("btnDontSaveChanges");
   EXPECT_FALSE(sheet.isVisible());
-  EXPECT_EQ(photos.selectedImageFile->fileName, "second.png");
+  EXPECT_EQ(session().selectedImageFile()->fileName, "second.png");
   ASSERT_TRUE(waitForResult());
 }
 
@@ -39,7 +41,8 @@ TEST_F(ScreenTest, SavesTheWholePhotoAndThenMayBeLeft) {
   ASSERT_TRUE(openAndWait(photo()));
   click("btnExport");
   ASSERT_EQ(panels.saveOptions.size(), 1U);
-  EXPECT_EQ(panels.saveOptions[0].nameFieldStringValue, "photo");
+  EXPECT_EQ(panels.saveOptions[0].nameFieldStringValue, "photo-denoised");
+  EXPECT_EQ(panels.saveOptions[0].directory, folder.path().string());
   EXPECT_THAT(panels.saveTypes, testing::ElementsAre("png", "jpeg", "tiff", "bmp", "gif"));
   alerts.answers = {1};
   panels.answerSave(folder.file("out.png"));
@@ -49,6 +52,11 @@ TEST_F(ScreenTest, SavesTheWholePhotoAndThenMayBeLeft) {
   const auto saved = readImage(folder.file("out.png"));
   ASSERT_TRUE(saved) << saved.error();
   EXPECT_EQ(saved->bitmap().width(), 256);
+  auto& notice = view<QPushButton>("btnSaved");
+  EXPECT_TRUE(notice.isVisible());
+  EXPECT_EQ(notice.text(), "Saved out.png");
+  notice.click();
+  EXPECT_EQ(workspace.opened.back().first, "file://" + folder.path().string());
   const int runs = engine.runs();
   EXPECT_TRUE(window().close());
   EXPECT_EQ(engine.runs(), runs);
@@ -67,14 +75,66 @@ TEST_F(ScreenTest, AFailedWriteIsToldAndTheWorkStaysUnsaved) {
   EXPECT_EQ(terminations, 1);
 }
 
-TEST_F(ScreenTest, AnExportNeedsNoRegionFile) {
+// A card is pulled after the photo was shown: its pixels are in memory.
+TEST_F(ScreenTest, APhotoWhoseFileHasGoneIsSaved) {
   ASSERT_TRUE(openAndWait(photo()));
-  ASSERT_TRUE(waitUntil(isGlobalQueueIdle));
-  std::filesystem::remove(photos.selectedImageFileToProccessing->filePath);
+  click("btnZoomIn");
+  ASSERT_TRUE(waitForResult());
+  std::filesystem::remove(photo());
+  alerts.answers = {1};
   click("btnExport");
   panels.answerSave(folder.file("out.png"));
   ASSERT_TRUE(waitUntil([this] { return std::filesystem::exists(folder.file("out.png")); }));
-  EXPECT_FALSE(screen().session().isExportingPhoto);
+  ASSERT_TRUE(waitUntil([this] { return !session().isRunningAlgorithm(); }));
+  EXPECT_EQ(readImage(folder.file("out.png"))->bitmap().width(), 256);
+  EXPECT_TRUE(view<ActionButton>("btnExport").isEnabled());
+}
+
+TEST_F(ScreenTest, NeitherPreviewNorExportNeedTheTemporaryFolder) {
+  std::filesystem::remove_all(temporary.path());
+  ASSERT_TRUE(openAndWait(photo()));
+  alerts.answers = {1};
+  click("btnExport");
+  panels.answerSave(folder.file("out.png"));
+  ASSERT_TRUE(waitUntil([this] { return std::filesystem::exists(folder.file("out.png")); }));
+}
+
+TEST_F(ScreenTest, AnotherPhotoDuringAnExportReplacesItWithoutAFile) {
+  ASSERT_TRUE(openAndWait(photo("first.png")));
+  engine.close();
+  click("btnExport");
+  panels.answerSave(folder.file("out.png"));
+  ASSERT_TRUE(waitUntil([this] { return engine.runs() == 2; }));
+  click("btnExport");
+  EXPECT_EQ(view<ActionButton>("btnExport").state(), 0) << "a click refused";
+  center.post(notifications::kOpenPhotoFromMenuTapped);
+  panels.answerOpen({photo("second.png")});
+  click("btnDontSaveChanges");
+  engine.open();
+  ASSERT_TRUE(waitForResult());
+  EXPECT_EQ(session().selectedImageFile()->fileName, "second.png");
+  EXPECT_TRUE(view<QLabel>("lblPath").text().endsWith("second.png"));
+  EXPECT_FALSE(std::filesystem::exists(folder.file("out.png")));
+  alerts.answers = {1};
+  click("btnExport");
+  panels.answerSave(folder.file("out.png"));
+  ASSERT_TRUE(waitUntil([this] { return std::filesystem::exists(folder.file("out.png")); }));
+}
+
+TEST_F(ScreenTest, SaveInTheQuestionDuringARunSavesThenOpens) {
+  ASSERT_TRUE(openAndWait(photo("first.png")));
+  engine.close();
+  screen().changeLevel(1);
+  screen().photoDraggedWithPath(photo("second.png"));
+  click("btnSaveChanges");
+  alerts.answers = {1};
+  panels.answerSave(folder.file("out.png"));
+  EXPECT_EQ(session().state(), EditState::kExportDue);
+  engine.open();
+  ASSERT_TRUE(
+      waitUntil([this] { return session().selectedImageFile()->fileName == "second.png"; }));
+  EXPECT_TRUE(std::filesystem::exists(folder.file("out.png")));
+  ASSERT_TRUE(waitForResult());
 }
 
 TEST_F(ScreenTest, AnEngineThatFailsDuringAnExportLeavesAWayOut) {
@@ -89,34 +149,54 @@ TEST_F(ScreenTest, AnEngineThatFailsDuringAnExportLeavesAWayOut) {
   EXPECT_EQ(terminations, 1);
 }
 
-TEST_F(ScreenTest, ARunUnderTheSavePanelIsWaitedFor) {
+TEST_F(ScreenTest, WhatIsSavedIsTheLevelOfTheRunUnderThePanel) {
   ASSERT_TRUE(openAndWait(photo()));
   click("btnExport");
   engine.close();
   QTest::keyClick(&window(), Qt::Key_PageUp);
-  ASSERT_TRUE(screen().session().runState().isRunningAlgorithm());
+  ASSERT_TRUE(session().isRunningAlgorithm());
   panels.answerSave(folder.file("out.png"));
-  EXPECT_FALSE(screen().session().isExportingPhoto);
+  EXPECT_FALSE(session().isExportingPhoto());
   engine.open();
   ASSERT_TRUE(waitUntil([this] { return std::filesystem::exists(folder.file("out.png")); }));
-  // What is saved is the level of the run that came in between.
-  EXPECT_EQ(readImage(folder.file("out.png"))->bitmap().width(), 256);
+  EXPECT_EQ(engine.last().templateWinSize, 1) << "level 2";
   EXPECT_TRUE(waitUntil([this] { return !alerts.shown.empty(); }));
 }
 
-TEST_F(ScreenTest, TheWindowWaitsForAFileBeingWritten) {
+TEST_F(ScreenTest, TheProgramEndsOnceTheFileOnItsWayIsThere) {
+  ASSERT_TRUE(openAndWait(photo()));
+  engine.close();
+  click("btnExport");
+  panels.answerSave(folder.file("out.png"));
+  ASSERT_TRUE(waitUntil([this] { return engine.runs() == 2; }));
+  QTest::keyClick(&window(), Qt::Key_Q, Qt::ControlModifier);
+  EXPECT_TRUE(view("windowSaveChanges").isVisible());
+  EXPECT_TRUE(session().isQuitFromMenu());
+  EXPECT_EQ(terminations, 0);
+  alerts.answers = {0};
+  engine.open();
+  ASSERT_TRUE(waitUntil([this] { return terminations == 1; }));
+  EXPECT_FALSE(view("windowSaveChanges").isVisible());
+  EXPECT_TRUE(std::filesystem::exists(folder.file("out.png")));
+  ASSERT_TRUE(waitUntil([this] { return !alerts.shown.empty(); }));
+  EXPECT_EQ(workspace.opened.back().first, "appstream://velmara") << "YES to the invitation";
+}
+
+TEST_F(ScreenTest, TheQualitySliderIsThereButWithoutEffect) {
   ASSERT_TRUE(openAndWait(photo()));
   click("btnExport");
-  panels.answerSave(folder.file("first.png"));
-  ASSERT_TRUE(waitUntil([this] { return !alerts.shown.empty(); }));
-  ASSERT_TRUE(waitUntil([this] { return !screen().session().runState().isRunningAlgorithm(); }));
-  click("btnExport");
-  panels.answerSave(folder.file("second.png"));
-  // Nothing is unsaved, but the second file is on its way.
-  const bool isWriting = !std::filesystem::exists(folder.file("second.png"));
-  EXPECT_EQ(window().close(), !isWriting);
-  ASSERT_TRUE(waitUntil([&] { return !isWriting || terminations == 1; }));
-  EXPECT_TRUE(std::filesystem::exists(folder.file("second.png")));
+  auto* options = qobject_cast<QWidget*>(panels.saveOptions.back().accessoryView);
+  ASSERT_NE(options, nullptr);
+  EXPECT_FALSE(options->findChild<QWidget*>("sliderExportQuality")->isEnabled());
+  EXPECT_NE(options->findChild<QLabel*>("lblQualityNote")->text(), "");
+  const auto isQualityShown = [&] {
+    return !options->findChild<QWidget*>("viewExportQuality")->isHidden();
+  };
+  EXPECT_FALSE(isQualityShown());
+  screen().selectFormat(1);
+  EXPECT_TRUE(isQualityShown());
+  EXPECT_THAT(panels.saveTypes, testing::ElementsAre("jpeg"));
+  panels.answerSave({});
 }
 
 }  // namespace

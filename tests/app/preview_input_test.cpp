@@ -63,7 +63,7 @@ TEST_F(PreviewInputTest, AWheelDuringARunChangesNothing) {
   ASSERT_TRUE(openAndWait(photo()));
   engine.close();
   QTest::keyClick(&window(), Qt::Key_PageUp);
-  ASSERT_TRUE(screen().session().runState().isRunningAlgorithm());
+  ASSERT_TRUE(session().isRunningAlgorithm());
   turnWheel({100, 100}, 120, Qt::ControlModifier);
   EXPECT_EQ(view<QLabel>("txtZoomLevel").text(), "100 %");
   engine.open();
@@ -97,7 +97,7 @@ TEST_F(PreviewInputTest, AResultOfAnotherZoomIsNotPutBack) {
   QTest::keyPress(focus, Qt::Key_Space);
   engine.close();
   click("btnZoomIn");
-  ASSERT_TRUE(waitUntil([this] { return screen().session().runState().isRunningAlgorithm(); }));
+  ASSERT_TRUE(waitUntil([this] { return session().isRunningAlgorithm(); }));
   QTest::keyRelease(focus, Qt::Key_Space);
   EXPECT_FALSE(screen().preview().isResultShown());
   engine.open();

@@ -59,7 +59,7 @@ TEST_F(PreviewTest, TheLineIsAliveAfterARunThatBeganInAResize) {
   engine.close();
   window().resize(1300, 800);
   screen().changeLevel(1);
-  ASSERT_TRUE(screen().session().runState().isRunningAlgorithm());
+  ASSERT_TRUE(session().isRunningAlgorithm());
   QTest::qWait(400);
   engine.open();
   ASSERT_TRUE(waitForResult());
@@ -110,7 +110,7 @@ TEST_F(PreviewTest, TenZoomStepsReachTwiceTheSizeAndTheEleventhDoesNothing) {
   EXPECT_EQ(view<PictureView>("imgPreviewPhoto").frame(), frame);
   // The next photo begins at 100 %, and so do the buttons.
   EXPECT_EQ(view<ActionButton>("btnZoomIn").state(), 1);
-  screen().updateSelectedImageToBeFilteredWithPath(photo());
+  session().updateSelectedImageToBeFilteredWithPath(photo());
   EXPECT_EQ(view<ActionButton>("btnZoomIn").state(), 0);
   EXPECT_EQ(view<QLabel>("txtZoomLevel").text(), "100 %");
   ASSERT_TRUE(waitForResult());
@@ -153,11 +153,11 @@ TEST_F(PreviewTest, OfThreeDroppedPhotosTheFirstIsOpenedAndTheLastWaits) {
   QDropEvent drop({300, 300}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(&target, &drop);
   ASSERT_TRUE(waitForResult());
-  EXPECT_EQ(photos.selectedImageFile->fileName, "1.png");
+  EXPECT_EQ(session().selectedImageFile()->fileName, "1.png");
   EXPECT_EQ(view<QLabel>("lblSaveChangeHeader").text(),
             "Do you want to save the changes made to the document \"1.png\" ?");
   click("btnDontSaveChanges");
-  EXPECT_EQ(photos.selectedImageFile->fileName, "3.png");
+  EXPECT_EQ(session().selectedImageFile()->fileName, "3.png");
   ASSERT_TRUE(waitForResult());
 }
 
@@ -166,11 +166,11 @@ TEST_F(PreviewTest, APreviewNeedsNoDisk) {
   const std::string path = temporary.file("photo.png");
   ASSERT_TRUE(openAndWait(photo()));
   ASSERT_TRUE(waitUntil(isGlobalQueueIdle));
-  EXPECT_EQ(photos.selectedImageFileToProccessing->filePath, path);
+  EXPECT_EQ(session().selectedImageFileToProccessing()->filePath, path);
   const auto region = readImage(path);
   ASSERT_TRUE(region);
-  EXPECT_EQ(region->bitmap().width(), photos.selectedImageFileToProccessing->width);
-  EXPECT_EQ(region->bitmap().height(), photos.selectedImageFileToProccessing->height);
+  EXPECT_EQ(region->bitmap().width(), session().selectedImageFileToProccessing()->width);
+  EXPECT_EQ(region->bitmap().height(), session().selectedImageFileToProccessing()->height);
 
   std::filesystem::create_symlink("/dev/full", path + ".part");
   click("btn100Percent");

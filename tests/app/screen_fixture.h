@@ -20,6 +20,7 @@
 #include "app/main_screen/main_screen_view_controller.h"
 #include "app/main_window_controller.h"
 #include "engine/denoise_algo_implementation.h"
+#include "imaging/image_reader.h"
 #include "imaging/recompress_jpeg.h"
 #include "platform/dispatch.h"
 #include "platform/user_defaults.h"
@@ -91,12 +92,25 @@ class GatedEngine final : public DenoiseEngine {
 class ScreenTest : public testing::Test {
  protected:
   void SetUp() override {
-    bundle_ = mainBundle();
-    controller_ = std::make_unique<MainWindowController>(ScreenServices{
-        photos, engine, mainQueue(), globalQueue(), eventLoopTimers(), center, alerts, panels,
-        workspace, defaults, bundle_, [this](const std::string& line) { note(line); },
-        temporary.path().string() + "/", [this] { ++terminations; }, [this] { ++shownInFront; },
-        [this] { ++feedbacks; }, [this] { ++helps; }});
+    const auto log = [this](const std::string& line) { note(line); };
+    session_ = std::make_unique<EditingSession>(
+        EditingServices{{engine, mainQueue(), globalQueue(), log, [] { return Image(); }},
+                        eventLoopTimers(),
+                        alerts,
+                        defaults,
+                        workspace,
+                        mainBundle(),
+                        "appstream://velmara",
+                        [this] { ++terminations; },
+                        [this] { ++shownInFront; }});
+    controller_ = std::make_unique<MainWindowController>(
+        ScreenServices{*session_, mainQueue(), globalQueue(), eventLoopTimers(), center, alerts,
+                       panels, workspace, mainBundle(), log, temporary.path().string() + "/",
+                       [this] { center.post(notifications::kOpenPhotoFromMenuTapped); },
+                       [this] { center.post(notifications::kClosePhotoFromMenuTapped); },
+                       [this] { center.post(notifications::kSavePhotoFromMenuTapped); },
+                       [this] { center.post(notifications::kSavePhotoFromMenuTapped); },
+                       [this] { ++feedbacks; }, [this] { ++helps; }});
     controller_->windowMain()->setGeometry(0, 0, 1220, 700);
     controller_->showWindow();
     QApplication::processEvents();
@@ -106,14 +120,13 @@ class ScreenTest : public testing::Test {
       for (const std::string& line : log()) std::fprintf(stderr, "log: %s\n", line.c_str());
     }
     engine.open();
-    // Without a result the screen stays in its running mode.
-    waitUntil([this] {
-      return engine.givesNothing || !screen().session().runState().isRunningAlgorithm();
-    });
+    EXPECT_TRUE(waitUntil([this] { return !session().isRunningAlgorithm(); }));
     controller_.reset();
+    session_.reset();
     EXPECT_TRUE(waitUntil(isGlobalQueueIdle));
   }
 
+  EditingSession& session() { return *session_; }
   MainScreenViewController& screen() { return *controller_->viewController(); }
   AppStoreWindow& window() { return *controller_->windowMain(); }
   template <typename View = QWidget>
@@ -139,11 +152,24 @@ class ScreenTest : public testing::Test {
   /// The same for what was done to an open one; the file of the visible region is there too.
   bool waitForResult() {
     return waitUntil([this] {
-      return isGlobalQueueIdle() && !screen().session().runState().isRunningAlgorithm() &&
+      return isGlobalQueueIdle() && !session().isRunningAlgorithm() &&
              screen().preview().isResultShown() &&
              (view("vwDenoisedPreview").isVisible() ||
               view("vwDenoisedPreviewForDual").isVisible());
     });
+  }
+  /// Waits for one more run than there were, and its result.
+  bool waitForRun(int runsBefore) {
+    return waitUntil([&] { return engine.runs() == runsBefore + 1; }) && waitForResult();
+  }
+  /// What is seen of the photo, from the file that is written beside the run.
+  Image regionSeen() {
+    EXPECT_TRUE(waitUntil(isGlobalQueueIdle));
+    QApplication::processEvents();
+    const auto& file = session().selectedImageFileToProccessing();
+    const auto image = file ? readImage(file->filePath) : Result<Image>(Error{"no region"});
+    EXPECT_TRUE(image.ok());
+    return image ? *image : Image();
   }
   /// What the engine makes of a picture with the last run's parameters.
   Image filtered(const Image& region) {
@@ -174,7 +200,6 @@ class ScreenTest : public testing::Test {
 
   ScratchFolder folder;
   ScratchFolder temporary;
-  PhotoSlots photos;
   GatedEngine engine;
   NotificationCenter center;
   ScriptedAlerts alerts;
@@ -187,7 +212,7 @@ class ScreenTest : public testing::Test {
   int helps = 0;
 
  private:
-  BundleFacts bundle_;
+  std::unique_ptr<EditingSession> session_;
   std::unique_ptr<MainWindowController> controller_;
   mutable std::mutex logMutex_;
   std::vector<std::string> log_;

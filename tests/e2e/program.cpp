@@ -170,12 +170,6 @@ bool Program::confirmSavePanel(const std::string& path, const std::string& forma
   return waitUntil([&] { return display_.activeTitle().find(panelTitle) == std::string::npos; });
 }
 
-bool Program::declineInvitation() const {
-  if (!display_.waitForActive("rate the app")) return false;
-  display_.key("Escape");
-  return waitForMainWindow();
-}
-
 bool Program::isMainWindowActive() const {
   return display_.activeWindow() == windowId_;
 }

@@ -67,8 +67,6 @@ class Program {
   /// Confirms the save panel that is shown.
   bool confirmSavePanel(const std::string& path, const std::string& format = {},
                         SavePanelAnswer answer = SavePanelAnswer::kSaves) const;
-  /// Says no to the invitation to rate the program, once it comes.
-  bool declineInvitation() const;
   /// Whether a sheet or an alert is shown: the keyboard is not the main window's.
   bool waitForSheet() const;
   bool waitForMainWindow() const;

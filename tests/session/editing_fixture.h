@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -12,9 +13,9 @@
 
 #include "imaging/utils.h"
 #include "session/editing_session.h"
-#include "session/recording_screen.h"
 #include "support/manual_time.h"
 #include "support/scratch_folder.h"
+#include "support/scripted_desktop.h"
 
 namespace velmara {
 
@@ -23,12 +24,15 @@ class HeldQueue final : public TaskQueue {
  public:
   void async(std::function<void()> task) override { tasks_.push_back(std::move(task)); }
   bool isCurrent() const override { return true; }
-  void runAll() {
+  /// Runs what waits; false if nothing did.
+  bool runAll() {
+    const bool hasTasks = !tasks_.empty();
     while (!tasks_.empty()) {
       const auto task = std::move(tasks_.front());
       tasks_.pop_front();
       task();
     }
+    return hasTasks;
   }
   std::size_t size() const { return tasks_.size(); }
 
@@ -61,48 +65,133 @@ class ScriptedEngine final : public DenoiseEngine {
   mutable std::vector<Size> sizes, measured;
 };
 
-/// A flat gray picture in a file.
-inline PhotoFile writtenPhoto(const std::string& path, int width, int height) {
+inline Bitmap grayPicture(int width, int height) {
   const std::vector<std::uint8_t> samples(
       static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3, 120);
-  Utils::sharedUtils().saveImageInSelectedFormat(4, path,
-                                                 Bitmap::copyOf(samples, width, height, 3));
-  return PhotoFile::initWithFileUrl(path);
+  return Bitmap::copyOf(samples, width, height, 3);
 }
 
+/// The session with a window that has no widgets: it writes down what it is told, and asks for the
+/// filtering of a region of each photo it shows, as the preview does.
 class EditingTest : public testing::Test {
  protected:
-  EditingTest() {
-    photos.selectedImageFile = writtenPhoto(folder.file("photo.png"), 200, 150);
-    photos.selectedImageFileToProccessing = writtenPhoto(folder.file("region.png"), 120, 100);
-    photos.arraySelectedImagesToProcess = {*photos.selectedImageFile};
-    session->setupAdjustParamView();
-    screen.takeEvents();
+  EditingTest() { makeSession("appstream://velmara"); }
+
+  void makeSession(const std::string& storePage) {
+    const auto write = [this](const std::string& line) { log.push_back(line); };
+    session = std::make_unique<EditingSession>(
+        EditingServices{{engine, mainQueue, globalQueue, write, [] { return Image(); }},
+                        time,
+                        alerts,
+                        defaults,
+                        workspace,
+                        mainBundle(),
+                        storePage,
+                        [this] { ++terminations; },
+                        [this] { told.emplace_back("in front"); }});
+    connectWindow();
   }
 
-  /// Lets the worker and everything on the main thread come to an end.
-  void finishRun() {
-    mainQueue.runAll();
-    globalQueue.runAll();
-    time.advance(1.0);
+  /// Writes a flat gray picture and returns its path.
+  std::string picture(const std::string& name, int width = 200, int height = 150) const {
+    Utils::sharedUtils().saveImageInSelectedFormat(4, folder.file(name),
+                                                   grayPicture(width, height));
+    return folder.file(name);
   }
-
-  bool logged(const std::string& text) const {
-    return std::ranges::find(screen.events, text) != screen.events.end();
+  /// Lets all work and everything on the main thread come to an end.
+  void finish() {
+    do {
+      while (globalQueue.runAll() || mainQueue.runAll()) {
+      }
+      time.advance(1.0);
+    } while (globalQueue.size() + mainQueue.size() > 0);
   }
+  /// Opens a photo and finishes its first run.
+  void open(const std::string& path) {
+    session->photoDraggedWithPath(path);
+    finish();
+    told.clear();
+  }
+  void requestPreview() {
+    session->setRegion(Image(region), zoom);
+    session->seletedPhotoToBeFilteredIsChanged();
+  }
+  /// Answers the save panel.
+  void savePanel(const std::string& name) {
+    isPanelShown = false;
+    session->savePanelAnswered(name.empty() ? name : folder.file(name));
+  }
+  /// Saves the photo, from the button to the file.
+  void save(const std::string& name) {
+    session->btnExportDenoisedImageTapped();
+    savePanel(name);
+    finish();
+  }
+  bool isWritten(const std::string& name) const {
+    return std::filesystem::exists(folder.file(name));
+  }
+  bool logged(const std::string& text) const { return std::ranges::find(log, text) != log.end(); }
+  std::vector<std::string> takeTold() { return std::exchange(told, {}); }
 
   testing_support::ScratchFolder folder;
   testing_support::ManualTime time;
   HeldQueue mainQueue;
   HeldQueue globalQueue;
   ScriptedEngine engine;
-  RecordingScreen screen;
-  PhotoSlots photos;
-  std::unique_ptr<EditingSession> session = std::make_unique<EditingSession>(
-      photos, screen,
-      EditingServices{engine, mainQueue, globalQueue, time,
-                      [this](const std::string& line) { screen.record(line); },
-                      [] { return Image(); }});
+  testing_support::ScriptedAlerts alerts;
+  testing_support::RecordingWorkspace workspace;
+  UserDefaults defaults{folder.file("settings.ini")};
+  std::vector<std::string> log;
+  int terminations = 0;
+
+  // The window.
+  Bitmap region = grayPicture(120, 100);
+  float zoom = 1.0F;
+  bool previews = true;
+  bool isSheetShown = false;
+  bool isPanelShown = false;
+  bool isBarShown = false;
+  std::vector<Image> results;
+  std::vector<std::string> told;
+
+  std::unique_ptr<EditingSession> session;
+
+ private:
+  void connectWindow() {
+    EditingSession* edit = session.get();
+    using Session = EditingSession;
+    const auto tell = [this, edit](auto signal, const char* words) {
+      QObject::connect(edit, signal, edit, [this, words] { told.emplace_back(words); });
+    };
+    tell(&Session::photoForgotten, "empty");
+    tell(&Session::photoOpened, "opened");
+    tell(&Session::previewResultDropped, "dropped");
+    tell(&Session::exportButtonReleased, "export off");
+    tell(&Session::closeButtonReleased, "close off");
+    QObject::connect(edit, &Session::photoLoaded, edit, [this] {
+      if (previews) mainQueue.async([this] { requestPreview(); });
+    });
+    QObject::connect(edit, &Session::photoSaved, edit,
+                     [this](const std::string& path) { told.push_back("saved " + path); });
+    QObject::connect(edit, &Session::previewFinished, edit, [this](const Image& result) {
+      told.emplace_back("result");
+      results.push_back(result);
+    });
+    QObject::connect(edit, &Session::saveChangesAsked, edit, [this](const std::string& header) {
+      told.push_back(header);
+      isSheetShown = true;
+    });
+    QObject::connect(edit, &Session::saveChangesAnswered, edit, [this] { isSheetShown = false; });
+    QObject::connect(edit, &Session::savePanelShown, edit, [this] { isPanelShown = true; });
+    QObject::connect(edit, &Session::savePanelClosed, edit, [this] {
+      if (isPanelShown) savePanel({});
+    });
+    const RunState* run = &edit->runState();
+    QObject::connect(run, &RunState::progressShown, edit, [this] { isBarShown = true; });
+    QObject::connect(run, &RunState::progressHidden, edit, [this] { isBarShown = false; });
+    QObject::connect(run, &RunState::defaultModeEntered, edit,
+                     [this] { told.emplace_back("default mode"); });
+  }
 };
 
 }  // namespace velmara

@@ -5,290 +5,322 @@
 #include <string>
 #include <vector>
 
+#include "imaging/image_reader.h"
 #include "session/editing_fixture.h"
+#include "support/run_program.h"
 
 namespace velmara {
 
 namespace {
 
-using Events = std::vector<std::string>;
+using Words = std::vector<std::string>;
 using Parameters = std::vector<FilterParameters>;
 
-TEST_F(EditingTest, StartsAutomaticAtLevelOneWithoutControls) {
-  EXPECT_TRUE(screen.autoMode);
-  EXPECT_EQ(screen.slider, 1.0);
-  EXPECT_EQ(screen.txtCustomDenoiseVal, "10 %");
-  EXPECT_EQ(screen.controls, controlsWithoutPhoto());
+class RunTest : public EditingTest {
+ protected:
+  void level(double value) {
+    session->sliderCustomDenoiseAction(value);
+    finish();
+  }
+};
+
+TEST_F(RunTest, StartsAutomaticAtLevelOneWithoutControls) {
+  EXPECT_TRUE(session->isAutoModeOn());
+  EXPECT_EQ(session->sliderCustomDenoise(), 1.0);
+  EXPECT_EQ(session->txtCustomDenoiseVal(), "10 %");
+  EXPECT_EQ(session->runState().controls(), controlsWithoutPhoto());
   EXPECT_EQ(session->manualMapping(), ManualMapping{});
 }
 
-TEST_F(EditingTest, APreviewRunGoesItsSteps) {
-  session->seletedPhotoToBeFilteredIsChanged();
-  EXPECT_EQ(screen.takeEvents(),
-            (Events{"seletedPhotoToBeFilteredIsChanged!!", "labels photo.png",
-                    "before denoiseImageWithSliderValue!!", "mode Auto", "Denoising Started",
-                    "size buttons", "after denoiseImageWithSliderValue!!"}));
-  EXPECT_TRUE(session->runState().isRunningAlgorithm());
-  mainQueue.runAll();
-  EXPECT_EQ(
-      screen.takeEvents(),
-      (Events{"Pixel Rate 400001 & Current Image Estimated Process Time 1.000000", "bar of 1"}));
+TEST_F(RunTest, APreviewRunGoesItsSteps) {
+  open(picture("photo.png"));
+  log.clear();
+  requestPreview();
+  EXPECT_EQ(log,
+            (Words{"seletedPhotoToBeFilteredIsChanged!!", "before denoiseImageWithSliderValue!!",
+                   "Denoising Started", "after denoiseImageWithSliderValue!!"}));
+  EXPECT_TRUE(session->isRunningAlgorithm());
+  EXPECT_EQ(session->state(), EditState::kRunning);
+  log.clear();
   globalQueue.runAll();
-  EXPECT_EQ(screen.takeEvents(),
-            (Events{"psnrOfInputImage 40.000000 sigma 6 templateWindow 3 searchWindow 7",
-                    "Denoising Done !!", "preview finished"}));
-  EXPECT_TRUE(session->runState().isRunningAlgorithm());
+  mainQueue.runAll();
+  EXPECT_EQ(log, (Words{"psnrOfInputImage 40.000000 sigma 6 templateWindow 3 searchWindow 7",
+                        "Pixel Rate 400001 & Current Image Estimated Process Time 1.000000",
+                        "Denoising Done !!"}));
+  EXPECT_TRUE(isBarShown);
+  EXPECT_TRUE(session->isRunningAlgorithm());
+  EXPECT_EQ(takeTold(), Words{"result"});
   time.advance(0.1);
-  EXPECT_FALSE(session->runState().isRunningAlgorithm());
-  EXPECT_EQ(screen.takeEvents(), Events{"set up preview"});
-  EXPECT_EQ(engine.sizes, (std::vector<Size>{{120, 100}})) << "the region is what is filtered";
+  EXPECT_FALSE(session->isRunningAlgorithm());
+  EXPECT_EQ(takeTold(), Words{"default mode"});
+  EXPECT_EQ(engine.sizes.back(), (Size{120, 100})) << "the region is what is filtered";
   EXPECT_EQ(engine.measured, (std::vector<Size>{{200, 150}})) << "the whole photo is measured";
-  EXPECT_EQ(screen.previews.at(0).size(), (Size{120, 100}));
+  EXPECT_EQ(results.back().size(), (Size{120, 100}));
+  EXPECT_EQ(session->txtDenoiseMode(), "Auto");
+  EXPECT_EQ(session->txtCustomDenoiseVal(), "Strength 4 of 10");
 }
 
-TEST_F(EditingTest, MeasuresEachPhotoOnce) {
-  for (int run = 0; run < 3; ++run) {
-    session->seletedPhotoToBeFilteredIsChanged();
-    finishRun();
+TEST_F(RunTest, MeasuresEachPhotoOnce) {
+  open(picture("photo.png"));
+  for (int run = 0; run < 2; ++run) {
+    requestPreview();
+    finish();
   }
   EXPECT_EQ(engine.measured.size(), 1U);
-  session->photoBecameCurrent();
-  EXPECT_EQ(session->psnrOfRealImage(), 0.0F);
+  save("out.png");
   engine.noise = 28.0;
-  session->seletedPhotoToBeFilteredIsChanged();
-  finishRun();
+  open(picture("other.png", 160, 140));
   EXPECT_EQ(engine.measured.size(), 2U);
   EXPECT_EQ(session->psnrOfRealImage(), 28.0F);
   EXPECT_EQ(engine.filtered.back(), (FilterParameters{8, 3, 8}));
 }
 
-TEST_F(EditingTest, APreviewIsMappedByItsZoomAnExportIsNot) {
-  screen.zoom = 0.5F;
-  session->seletedPhotoToBeFilteredIsChanged();
-  finishRun();
+TEST_F(RunTest, APreviewIsMappedByItsZoomAnExportIsNot) {
+  zoom = 0.5F;
+  open(picture("photo.png"));
   EXPECT_EQ(engine.filtered.back(), (FilterParameters{5, 3, 7})) << "36 dB";
-  session->isExportingPhoto = true;
-  session->seletedPhotoToBeFilteredIsChanged();
-  finishRun();
+  save("out.png");
   EXPECT_EQ(engine.filtered.back(), (FilterParameters{9, 3, 8})) << "40 dB and stronger";
+  EXPECT_EQ(session->txtCustomDenoiseVal(), "Strength 3 of 10") << "what is seen";
 }
 
-TEST_F(EditingTest, TheSpeedIsMeasuredOnceForPreviewsAndBeforeEachExport) {
-  session->denoiseImageWithSliderValue(1, 1, true);
-  finishRun();
-  session->denoiseImageWithSliderValue(2, 9, false);
-  finishRun();
+TEST_F(RunTest, TheSpeedIsMeasuredOnceForPreviewsAndBeforeEachExport) {
+  open(picture("photo.png"));
+  level(9.0);
   EXPECT_EQ(engine.calibrated, Parameters{kFirstCalibration});
-
-  session->isExportingPhoto = true;
-  session->denoiseImageWithSliderValue(1, 1, true);
-  finishRun();
-  session->isExportingPhoto = true;
-  session->denoiseImageWithSliderValue(2, 9, false);
-  finishRun();
-  EXPECT_EQ(engine.calibrated, (Parameters{kFirstCalibration, {9, 3, 8}, {10, 4, 10}}));
-  EXPECT_EQ(photos.pixelsProcessRate, 400'003);
+  save("out.png");
+  EXPECT_EQ(engine.calibrated, (Parameters{kFirstCalibration, {10, 4, 10}}));
+  EXPECT_EQ(session->pixelsProcessRate(), 400'002);
 }
 
-// An export before anything was measured takes the first measurement's values.
-TEST_F(EditingTest, AnExportWithUnknownSpeedIsCalibratedLikeTheFirstRun) {
-  session->isExportingPhoto = true;
-  session->denoiseImageWithSliderValue(1, 1, true);
-  EXPECT_EQ(engine.calibrated, Parameters{kFirstCalibration});
+TEST_F(RunTest, AnExportWritesTheWholePhotoAndKeepsItsResult) {
+  open(picture("photo.png"));
+  log.clear();
+  save("first.png");
+  EXPECT_TRUE(logged("Pixel Rate 400002 & Current Image Estimated Process Time 3.000000"));
+  EXPECT_EQ(engine.sizes.back(), (Size{200, 150}));
+  EXPECT_EQ(session->state(), EditState::kSaved);
+  const std::size_t runs = engine.filtered.size();
+  save("second.png");
+  EXPECT_TRUE(isWritten("first.png") && isWritten("second.png"));
+  EXPECT_EQ(engine.filtered.size(), runs) << "filtered once, written twice";
+  requestPreview();
+  EXPECT_FALSE(session->lastExportedImage().isValid()) << "any run makes the result unsaved";
 }
 
-TEST_F(EditingTest, AnExportFiltersTheWholePhotoAndKeepsItsResult) {
-  session->isExportingPhoto = true;
-  session->seletedPhotoToBeFilteredIsChanged();
-  mainQueue.runAll();
-  EXPECT_TRUE(logged("Pixel Rate 400001 & Current Image Estimated Process Time 3.000000"));
-  finishRun();
-  EXPECT_FALSE(session->isExportingPhoto);
-  EXPECT_TRUE(logged("export finished photo.png"));
-  EXPECT_EQ(screen.exports.at(0).size(), (Size{200, 150}));
-  EXPECT_TRUE(session->lastExportedImage.isValid());
-  EXPECT_TRUE(screen.previews.empty());
-
-  session->seletedPhotoToBeFilteredIsChanged();
-  EXPECT_FALSE(session->lastExportedImage.isValid()) << "any run makes the result unsaved";
+TEST_F(RunTest, AFailedWriteKeepsTheResultForTheNext) {
+  makeSession({});
+  open(picture("photo.png"));
+  save("no folder/out.png");
+  EXPECT_EQ(session->state(), EditState::kUnsaved);
+  ASSERT_EQ(alerts.shown.size(), 1U);
+  EXPECT_EQ(alerts.shown[0].messageText, "“out.png” was not saved.");
+  const std::size_t runs = engine.filtered.size();
+  save("out.png");
+  EXPECT_TRUE(isWritten("out.png"));
+  EXPECT_EQ(engine.filtered.size(), runs);
 }
 
-TEST_F(EditingTest, RefusesEverythingDuringARun) {
-  session->seletedPhotoToBeFilteredIsChanged();
-  const std::size_t dispatched = globalQueue.size();
-  screen.takeEvents();
-  screen.autoMode = false;  // as the button's own click leaves it
-  session->btnAutoModeTapped();
-  EXPECT_TRUE(screen.autoMode);
-  screen.slider = 7.0;
-  session->sliderCustomDenoiseAction();
-  session->btnHardModeAction();
-  session->denoiseImageWithSliderValue(2, 5, false);
-  EXPECT_EQ(screen.takeEvents(), Events{});
-  EXPECT_TRUE(screen.autoMode);
-  EXPECT_EQ(globalQueue.size(), dispatched);
-}
-
-TEST_F(EditingTest, WithoutAPhotoNothingRuns) {
-  photos = {};
-  screen.autoMode = false;
-  session->btnAutoModeTapped();
-  EXPECT_TRUE(screen.autoMode);
-  session->sliderCustomDenoiseAction();
-  EXPECT_TRUE(screen.autoMode);
-  session->seletedPhotoToBeFilteredIsChanged();
-  EXPECT_EQ(screen.takeEvents(), Events{});
-}
-
-TEST_F(EditingTest, AutomaticModeIsLeftByTheSliderOnly) {
-  screen.autoMode = false;
-  session->btnAutoModeTapped();
-  EXPECT_TRUE(screen.autoMode);
-  EXPECT_FALSE(session->runState().isRunningAlgorithm()) << "a click that would switch it off";
-
-  screen.slider = 9.5;
-  session->sliderCustomDenoiseAction();
-  EXPECT_FALSE(screen.autoMode);
-  EXPECT_EQ(screen.txtCustomDenoiseVal, "100 %");
-  EXPECT_TRUE(logged("mode Manual"));
-  finishRun();
+TEST_F(RunTest, AutomaticModeIsLeftByTheSliderOnly) {
+  open(picture("photo.png"));
+  session->btnAutoModeTapped(false);
+  EXPECT_TRUE(session->isAutoModeOn());
+  EXPECT_FALSE(session->isRunningAlgorithm()) << "a click that would switch it off";
+  level(9.5);
+  EXPECT_FALSE(session->isAutoModeOn());
+  EXPECT_EQ(session->txtCustomDenoiseVal(), "100 %");
+  EXPECT_EQ(session->txtDenoiseMode(), "Manual");
   EXPECT_EQ(engine.filtered.back(), (FilterParameters{8, 4, 10}));
+  requestPreview();
+  finish();
+  EXPECT_EQ(engine.filtered.back(), (FilterParameters{8, 4, 10})) << "another region, same mode";
 
-  screen.autoMode = true;  // clicked on
-  session->btnAutoModeTapped();
-  EXPECT_EQ(screen.slider, 1.0);
-  finishRun();
+  session->btnAutoModeTapped(true);
+  EXPECT_EQ(session->sliderCustomDenoise(), 1.0);
+  EXPECT_EQ(session->txtCustomDenoiseVal(), "") << "no level that has gone stale";
+  finish();
   EXPECT_EQ(engine.filtered.back(), (FilterParameters{6, 3, 7}));
+  EXPECT_EQ(session->txtCustomDenoiseVal(), "Strength 4 of 10");
 }
 
-TEST_F(EditingTest, SoftAndHardGiveTheSameParameters) {
-  screen.slider = 3.0;
+TEST_F(RunTest, SoftAndHardGiveTheSameParameters) {
+  open(picture("photo.png"));
+  level(3.0);
   session->btnHardModeAction();
-  EXPECT_EQ(session->flagDenoiseModeSelected, 1U);
-  finishRun();
+  EXPECT_EQ(session->flagDenoiseModeSelected(), 1U);
+  finish();
+  const FilterParameters hard = engine.filtered.back();
   session->btnSoftModeAction();
-  EXPECT_EQ(session->flagDenoiseModeSelected, 0U);
-  finishRun();
-  EXPECT_EQ(engine.filtered.at(0), engine.filtered.at(1));
+  EXPECT_EQ(session->flagDenoiseModeSelected(), 0U);
+  finish();
+  EXPECT_EQ(engine.filtered.back(), hard);
 }
 
-TEST_F(EditingTest, ARegionChangeKeepsTheMode) {
-  screen.autoMode = false;
-  screen.slider = 10.0;
-  session->seletedPhotoToBeFilteredIsChanged();
-  finishRun();
-  EXPECT_FALSE(screen.autoMode);
-  EXPECT_EQ(engine.filtered.back(), (FilterParameters{8, 4, 10}));
-}
-
-TEST_F(EditingTest, ManualRunsLeaveTheirMapping) {
-  session->denoiseImageWithSliderValue(2, 10, false);
-  EXPECT_EQ(session->manualMapping(), ManualMapping{}) << "the worker's choice comes back with it";
-  finishRun();
+TEST_F(RunTest, ManualRunsLeaveTheirMapping) {
+  open(picture("photo.png"));
+  level(10.0);
   EXPECT_EQ(session->manualMapping(), (ManualMapping{3.0F, 0.5F, 2.0F, 0.8F}));
   EXPECT_EQ(session->getSigmaTresholdParamDictForPSNR(30.0, false, 2, 10), (SigmaThreshold{8, 7}));
   session->setupAdjustParamView();
   EXPECT_EQ(session->manualMapping(), ManualMapping{});
 }
 
-TEST_F(EditingTest, SmallPhotosPassThroughUnfiltered) {
-  photos.selectedImageFileToProccessing = writtenPhoto(folder.file("small.png"), 100, 99);
-  session->seletedPhotoToBeFilteredIsChanged();
-  EXPECT_EQ(globalQueue.size(), 0U);
-  EXPECT_EQ(screen.previews.at(0).size(), (Size{100, 99})) << "handed over at once";
-  finishRun();
-  EXPECT_FALSE(session->runState().isRunningAlgorithm());
-
-  photos.selectedImageFileToProccessing = writtenPhoto(folder.file("larger.png"), 100, 100);
-  session->seletedPhotoToBeFilteredIsChanged();
-  finishRun();
-  EXPECT_EQ(engine.filtered.size(), 1U);
-
-  photos.selectedImageFile = writtenPhoto(folder.file("small-photo.png"), 20, 30);
-  session->isExportingPhoto = true;
-  session->seletedPhotoToBeFilteredIsChanged();
-  EXPECT_EQ(screen.exports.at(0).size(), (Size{20, 30}));
-  EXPECT_FALSE(session->isExportingPhoto);
-}
-
-TEST_F(EditingTest, AFileThatCannotBeReadStartsNoRun) {
-  const std::string path = folder.file("broken.png");
-  testing_support::writeFile(path, "no picture");
-  photos.selectedImageFileToProccessing->filePath = path;
-  session->seletedPhotoToBeFilteredIsChanged();
-  EXPECT_EQ(screen.takeEvents(), Events{});
-  // Through the front door the run starts and stays: nothing completes it.
-  session->denoiseImageWithSliderValue(1, 1, true);
-  finishRun();
-  EXPECT_TRUE(session->runState().isRunningAlgorithm());
+TEST_F(RunTest, SmallPhotosPassThroughUnfiltered) {
+  region = grayPicture(100, 99);
+  open(picture("small.png", 100, 99));
+  EXPECT_EQ(results.size(), 1U);
+  save("out.png");
+  EXPECT_TRUE(isWritten("out.png"));
   EXPECT_TRUE(engine.filtered.empty());
+  region = grayPicture(100, 100);
+  requestPreview();
+  finish();
+  EXPECT_EQ(engine.filtered.size(), 1U);
 }
 
-TEST_F(EditingTest, NoResultLeavesTheRunningMode) {
-  engine.gives = false;
-  session->seletedPhotoToBeFilteredIsChanged();
-  finishRun();
-  time.advance(60.0);
-  EXPECT_TRUE(session->runState().isRunningAlgorithm());
-  EXPECT_FALSE(logged("Denoising Done !!"));
-  EXPECT_TRUE(screen.previews.empty());
-
-  session->setupAdjustParamView();
-  engine.gives = false;
-  session->isExportingPhoto = true;
-  session->seletedPhotoToBeFilteredIsChanged();
-  finishRun();
-  EXPECT_FALSE(session->isExportingPhoto);
-  EXPECT_TRUE(screen.exports.empty());
+TEST_F(RunTest, WhatIsChosenDuringARunIsTheNextRuns) {
+  open(picture("photo.png"));
+  requestPreview();
+  const std::size_t waiting = globalQueue.size();
+  session->btnAutoModeTapped(false);
+  EXPECT_TRUE(session->isAutoModeOn());
+  session->sliderCustomDenoiseAction(4.0);
+  session->sliderCustomDenoiseAction(9.5);
+  requestPreview();
+  EXPECT_EQ(globalQueue.size(), waiting) << "one run at a time";
+  EXPECT_EQ(session->txtCustomDenoiseVal(), "100 %");
+  finish();
+  EXPECT_EQ(engine.filtered.back(), (FilterParameters{8, 4, 10}));
+  EXPECT_EQ(engine.filtered.size(), 3U)
+      << "the first photo's, the interrupted, and the last chosen";
+  EXPECT_FALSE(session->isAutoModeOn());
 }
 
-TEST_F(EditingTest, AResultThatNoLongerBelongsToTheScreenIsDropped) {
-  const auto dropsWhen = [&](void (EditingSession::*change)()) {
-    session->seletedPhotoToBeFilteredIsChanged();
-    (session.get()->*change)();
-    screen.takeEvents();
-    finishRun();
-    EXPECT_TRUE(logged("preview dropped"));
-    EXPECT_FALSE(session->runState().isRunningAlgorithm()) << "the controls come back";
-  };
-  dropsWhen(&EditingSession::dropResultInFlight);
+TEST_F(RunTest, WithoutAPhotoNothingRuns) {
+  session->btnAutoModeTapped(false);
+  EXPECT_TRUE(session->isAutoModeOn());
+  session->sliderCustomDenoiseAction(5.0);
+  EXPECT_TRUE(session->isAutoModeOn());
+  requestPreview();
+  EXPECT_FALSE(session->isRunningAlgorithm());
+}
+
+TEST_F(RunTest, ARunThatFailsEndsInTheDefaultModeAndIsToldOnce) {
+  open(picture("photo.png"));
+  level(3.0);
+  engine.gives = false;
+  for (const double value : {5.0, 6.0}) {
+    level(value);
+    EXPECT_FALSE(session->isRunningAlgorithm());
+    EXPECT_EQ(session->runState().controls().disabled, ControlSet{});
+    EXPECT_EQ(session->txtCustomDenoiseVal(), "30 %") << "that of the result that is seen";
+  }
+  ASSERT_EQ(alerts.shown.size(), 1U);
+  EXPECT_EQ(alerts.shown[0].messageText, "The photo could not be denoised.");
+  EXPECT_NE(alerts.shown[0].informativeText, "");
+  engine.gives = true;
+  level(5.0);
+  EXPECT_EQ(session->txtCustomDenoiseVal(), "50 %");
+}
+
+TEST_F(RunTest, CancellingLeavesWhatWasShown) {
+  open(picture("photo.png"));
+  level(3.0);
+  told.clear();
+  session->sliderCustomDenoiseAction(8.0);
+  session->sliderCustomDenoiseAction(9.0);
+  session->cancelRun();
+  finish();
+  EXPECT_EQ(takeTold(), Words{"default mode"});
+  EXPECT_EQ(session->txtCustomDenoiseVal(), "30 %");
+  EXPECT_EQ(session->sliderCustomDenoise(), 3.0);
+  EXPECT_TRUE(alerts.shown.empty());
+
+  session->btnExportDenoisedImageTapped();
+  savePanel("out.png");
+  session->cancelRun();
+  finish();
+  EXPECT_FALSE(isWritten("out.png"));
+  EXPECT_EQ(session->state(), EditState::kUnsaved);
+  EXPECT_FALSE(session->isRunningAlgorithm());
+  EXPECT_TRUE(alerts.shown.empty());
+  save("out.png");
+  EXPECT_TRUE(isWritten("out.png"));
+}
+
+TEST_F(RunTest, AResultThatNoLongerBelongsToTheScreenIsDropped) {
+  open(picture("photo.png"));
+  requestPreview();
+  session->dropResultInFlight();
+  finish();
+  EXPECT_EQ(takeTold(), (Words{"dropped", "default mode"}));
   EXPECT_EQ(session->psnrOfRealImage(), 40.0F) << "the photo is still the one that was measured";
-  dropsWhen(&EditingSession::photoBecameCurrent);
-  EXPECT_EQ(session->psnrOfRealImage(), 0.0F) << "that was another photo's noise";
-  EXPECT_TRUE(screen.previews.empty());
 }
 
-// The photo is exchanged while its export runs: the file is still written, but the next export must
-// not take this picture for the new photo's.
-TEST_F(EditingTest, AnExportOutlivesItsPhotoButIsNotKeptForTheNext) {
-  session->isExportingPhoto = true;
-  session->seletedPhotoToBeFilteredIsChanged();
-  photos.selectedImageFile = writtenPhoto(folder.file("next.png"), 180, 160);
-  session->photoBecameCurrent();
-  finishRun();
-  EXPECT_TRUE(logged("export finished photo.png"));
-  EXPECT_EQ(screen.exports.at(0).size(), (Size{200, 150}));
-  EXPECT_FALSE(session->lastExportedImage.isValid());
+// The pulled card: what was decoded is in memory, whatever becomes of the file.
+TEST_F(RunTest, APhotoWhoseFileHasGoneIsSavedFromMemory) {
+  makeSession({});
+  open(picture("photo.png"));
+  requestPreview();
+  finish();
+  std::filesystem::remove(folder.file("photo.png"));
+  save("out.png");
+  EXPECT_TRUE(alerts.shown.empty());
+  EXPECT_EQ(session->state(), EditState::kSaved);
+  EXPECT_EQ(readImage(folder.file("out.png"))->bitmap().width(), 200);
+  EXPECT_FALSE(session->isRunningAlgorithm());
 }
 
-// A screen that is built anew ends its run; the worker of the old run comes late.
-TEST_F(EditingTest, ALateWorkerDoesNotEndTheNextRun) {
-  session->seletedPhotoToBeFilteredIsChanged();
-  session->setupAdjustParamView();
-  session->seletedPhotoToBeFilteredIsChanged();
-  mainQueue.runAll();
-  globalQueue.runAll();
-  EXPECT_EQ(engine.filtered.size(), 2U);
-  EXPECT_EQ(screen.previews.size(), 1U);
+TEST_F(RunTest, AReplacedOriginalIsNotTurnedAgain) {
+  const std::string path = folder.file("side.jpg");
+  testing_support::runProgram({"convert", "-size", "200x120", "plasma:", path});
+  testing_support::runProgram({"exiv2", "-Mset Exif.Image.Orientation Short 6", path});
+  open(path);
+  alerts.answers = {1, 0};
+  save("side.jpg");
+  EXPECT_EQ(session->state(), EditState::kUnsaved) << "the question was answered with Cancel";
+  save("side.jpg");
+  EXPECT_EQ(alerts.shown.at(1).messageText, "Replace the original “side.jpg”?");
+  EXPECT_EQ(session->selectedImageFile()->width, 120);
+  save("again.png");
+  EXPECT_EQ(readImage(folder.file("again.png"))->bitmap().width(), 120);
 }
 
-TEST_F(EditingTest, AWorkerMayOutliveTheSession) {
-  session->seletedPhotoToBeFilteredIsChanged();
+TEST_F(RunTest, AWorkerMayOutliveTheSession) {
+  open(picture("photo.png"));
+  requestPreview();
   session.reset();
-  screen.takeEvents();
-  finishRun();
-  EXPECT_TRUE(screen.previews.empty());
-  EXPECT_FALSE(logged("bar of 1"));
+  finish();
+  EXPECT_EQ(results.size(), 1U);
+}
+
+TEST_F(RunTest, AcceptingTheInvitationOpensTheStoreAndEndsIt) {
+  open(picture("photo.png"));
+  save("out.png");
+  ASSERT_EQ(alerts.shown.size(), 1U);
+  EXPECT_EQ(alerts.shown[0].messageText, "Would you like to rate the app on the Mac App Store?");
+  EXPECT_EQ(workspace.opened.at(0).first, "appstream://velmara");
+  EXPECT_EQ(defaults.value("appVersion").toString().toStdString(), mainBundle().CFBundleVersion);
+  save("second.png");
+  EXPECT_EQ(alerts.shown.size(), 1U);
+}
+
+TEST_F(RunTest, WithoutAStoreNobodyIsAskedToRate) {
+  makeSession({});
+  open(picture("photo.png"));
+  save("out.png");
+  EXPECT_EQ(session->state(), EditState::kSaved);
+  EXPECT_TRUE(alerts.shown.empty());
+}
+
+TEST_F(RunTest, ASavedPhotoIsProposedBesideItsOriginal) {
+  open(picture("my photo.png"));
+  session->btnExportDenoisedImageTapped();
+  const SavePanelOptions options = session->savePanelOptions();
+  EXPECT_EQ(options.title, "Save Image");
+  EXPECT_EQ(options.nameFieldStringValue, "my photo-denoised");
+  EXPECT_EQ(options.directory, folder.path().string());
+  EXPECT_EQ(options.allowedFileTypes.front(), "png");
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "platform/log.h"
-#include "session/photo_labels.h"
+#include "session/labels.h"
 #include "session/whole_photo.h"
 #include "support/run_program.h"
 #include "support/scratch_folder.h"
@@ -93,7 +93,10 @@ TEST(PhotoLabelsTest, SizesAreDecimal) {
                         {"999499", "Size: 999 KB"},   {"999999", "Size: 1000 KB"},
                         {"1000000", "Size: 1.00 MB"}, {"5368709120", "Size: 5368.71 MB"}};
   for (const Case& c : cases) EXPECT_EQ(sizeLabel(c.bytes), c.label);
-  EXPECT_EQ(dimensionsLabel(6000, 4000), "6000 x 4000 px");
+  PhotoFile photo;
+  photo.width = 6000;
+  photo.height = 4000;
+  EXPECT_EQ(dimensionsLabel(photo), "6000 x 4000 px");
   EXPECT_EQ(pathLabel("/a/b c.jpg"), "Path : /a/b c.jpg");
 }
 

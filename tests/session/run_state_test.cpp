@@ -4,8 +4,9 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
-#include "session/recording_screen.h"
 #include "support/manual_time.h"
 
 namespace velmara {
@@ -15,22 +16,45 @@ using Events = std::vector<std::string>;
 
 class RunStateTest : public testing::Test {
  protected:
-  RunStateTest() { state.reset(); }
+  RunStateTest() {
+    connectTo(state);
+    state.reset();
+  }
+
+  void connectTo(RunState& run) {
+    QObject::connect(&run, &RunState::controlsChanged, &run,
+                     [this](const ControlStates& states) { controls = states; });
+    QObject::connect(&run, &RunState::progressShown, &run, [this](double maximum) {
+      record("bar of " + std::to_string(static_cast<int>(maximum)));
+      isBarShown = true;
+      barValues.clear();
+    });
+    QObject::connect(&run, &RunState::progressChanged, &run,
+                     [this](double value) { barValues.push_back(value); });
+    QObject::connect(&run, &RunState::progressHidden, &run, [this] { isBarShown = false; });
+    QObject::connect(&run, &RunState::defaultModeEntered, &run, [this] { record("default mode"); });
+    QObject::connect(&run, &RunState::runEnded, &run, [this] { record("run ended"); });
+    QObject::connect(&run, &RunState::settled, &run, [this] { record("settled"); });
+  }
+  void record(const std::string& event) { events.push_back(event); }
+  Events takeEvents() { return std::exchange(events, {}); }
 
   // A letter a control: alive, inert (looks alive), disabled.
   std::string letters() const {
     std::string text;
     for (unsigned i = 0; i < kControlCount; ++i) {
       const auto control = static_cast<Control>(i);
-      const ControlStates& states = screen.controls;
-      text += states.isAlive(control) ? 'a' : states.disabled.contains(control) ? 'd' : 'i';
+      text += controls.isAlive(control) ? 'a' : controls.disabled.contains(control) ? 'd' : 'i';
     }
     return text;
   }
 
-  RecordingScreen screen;
+  ControlStates controls;
+  bool isBarShown = false;
+  std::vector<double> barValues;
+  Events events;
   testing_support::ManualTime time;
-  RunState state{screen, time, [this](const std::string& line) { screen.record(line); }};
+  RunState state{time, [this](const std::string& line) { record(line); }};
 };
 
 // In the order of Control: add, export, fit, 100, 200, close, minimise, zoom window, zoom in, zoom
@@ -41,12 +65,12 @@ TEST_F(RunStateTest, EachStateTakesItsControls) {
   EXPECT_EQ(letters(), "aaaaaaaadaaaaaa") << "zoom in waits for the first result";
   state.denoisingProcessStarted();
   EXPECT_EQ(letters(), "iiiiiiiidiiiiid") << "running";
-  EXPECT_TRUE(screen.controls.isDropAreaHidden);
-  EXPECT_FALSE(screen.controls.isWindowResizable);
+  EXPECT_TRUE(controls.isDropAreaHidden);
+  EXPECT_FALSE(controls.isWindowResizable);
   state.enableActionsInDeafultMode();
   EXPECT_EQ(letters(), "aaaaaaaaaaaaaaa") << "done";
-  EXPECT_FALSE(screen.controls.isDropAreaHidden);
-  EXPECT_TRUE(screen.controls.isWindowResizable);
+  EXPECT_FALSE(controls.isDropAreaHidden);
+  EXPECT_TRUE(controls.isWindowResizable);
   state.startTimerEvent();
   EXPECT_EQ(letters(), "aaaaaaaaiiaaaid") << "settling";
   state.stopTimerEvent();
@@ -77,27 +101,26 @@ TEST_F(RunStateTest, ARunGoesThroughItsPhases) {
   EXPECT_EQ(state.phase(), RunPhase::kFinishingTheBar);
   time.advance(0.3);
   EXPECT_EQ(state.phase(), RunPhase::kIdle);
-  EXPECT_EQ(screen.takeEvents(),
-            (Events{"settled", "Denoising Started", "bar of 2", "set up preview",
-                    "Progress Completed", "Progress Completed"}));
-  EXPECT_FALSE(screen.isBarShown);
+  EXPECT_EQ(takeEvents(), (Events{"settled", "Denoising Started", "bar of 2", "default mode",
+                                  "run ended", "Progress Completed", "Progress Completed"}));
+  EXPECT_FALSE(isBarShown);
 }
 
 TEST_F(RunStateTest, TheBarTakesFiftyStepsAndWaitsBeforeTheEnd) {
   state.denoisingProcessStarted();
   state.startProgress(2.0);
   time.advance(0.04);
-  EXPECT_EQ(screen.barValues.size(), 1U);
+  EXPECT_EQ(barValues.size(), 1U);
   time.advance(0.96);
-  EXPECT_EQ(screen.barValues.size(), 25U);
-  EXPECT_NEAR(screen.barValues.back(), 1.0, 1e-9);
+  EXPECT_EQ(barValues.size(), 25U);
+  EXPECT_NEAR(barValues.back(), 1.0, 1e-9);
   time.advance(5.0);
-  EXPECT_DOUBLE_EQ(screen.barValues.back(), 2.0 - 2.0 / 30.0);
-  EXPECT_TRUE(screen.isBarShown);
+  EXPECT_DOUBLE_EQ(barValues.back(), 2.0 - 2.0 / 30.0);
+  EXPECT_TRUE(isBarShown);
   state.enableActionsInDeafultMode();
-  EXPECT_GE(screen.barValues.back(), 2.0);
+  EXPECT_GE(barValues.back(), 2.0);
   EXPECT_EQ(state.progressTimeCounter(), 2.0);
-  EXPECT_TRUE(std::ranges::is_sorted(screen.barValues.end() - 2, screen.barValues.end()));
+  EXPECT_TRUE(std::ranges::is_sorted(barValues.end() - 2, barValues.end()));
 }
 
 TEST_F(RunStateTest, ASecondEstimateStartsTheBarAnew) {
@@ -106,7 +129,7 @@ TEST_F(RunStateTest, ASecondEstimateStartsTheBarAnew) {
   time.advance(1.0);
   state.startProgress(10.0);
   time.advance(1.0);
-  EXPECT_EQ(screen.barValues.size(), 5U) << "one timer, of the second run's step";
+  EXPECT_EQ(barValues.size(), 5U) << "one timer, of the second run's step";
 }
 
 TEST_F(RunStateTest, OnlyTheLastOfSeveralZoomsSettles) {
@@ -114,20 +137,20 @@ TEST_F(RunStateTest, OnlyTheLastOfSeveralZoomsSettles) {
   time.advance(1.0);
   state.startTimerEvent();
   time.advance(1.4);
-  EXPECT_EQ(screen.takeEvents(), Events{});
+  EXPECT_EQ(takeEvents(), Events{});
   time.advance(0.2);
-  EXPECT_EQ(screen.takeEvents(), Events{"settled"});
+  EXPECT_EQ(takeEvents(), Events{"settled"});
   time.advance(5.0);
-  EXPECT_EQ(screen.takeEvents(), Events{});
+  EXPECT_EQ(takeEvents(), Events{});
 }
 
 TEST_F(RunStateTest, StoppingTheTimerReturnsToTheDefaultMode) {
   state.startTimerEvent();
   state.stopTimerEvent();
-  EXPECT_EQ(screen.takeEvents(), Events{"set up preview"});
+  EXPECT_EQ(takeEvents(), Events{"default mode"});
   time.advance(5.0);
   EXPECT_EQ(state.phase(), RunPhase::kIdle);
-  EXPECT_EQ(screen.takeEvents(), Events{"Progress Completed"});
+  EXPECT_EQ(takeEvents(), Events{"Progress Completed"});
 }
 
 // The end of a run whose result led to the next one at once must not end that one.
@@ -142,12 +165,12 @@ TEST_F(RunStateTest, ANewRunOutlivesThePutBackOfTheOldOne) {
 
 TEST_F(RunStateTest, NothingFiresAfterItIsGone) {
   {
-    RunState other(screen, time, [](const std::string&) {});
+    RunState other(time, [](const std::string&) {});
     other.startProgress(1.0);
     other.startTimerEvent();
     other.enableActionsInDeafultModeAfterDelay();
     other.enableActionsInDeafultMode();
-    screen.takeEvents();
+    takeEvents();
   }
   EXPECT_EQ(time.pending(), 0U);
 }

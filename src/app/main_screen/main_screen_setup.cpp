@@ -6,9 +6,7 @@
 #include <utility>
 
 #include "app/main_screen/main_screen_view_controller.h"
-#include "app/sheets/tips_sheet.h"
 #include "preview/window_geometry.h"
-#include "session/percent_label.h"
 #include "ui_MainScreenViewController.h"
 #include "widgets/app_store_window.h"
 
@@ -40,7 +38,7 @@ void MainScreenViewController::loadView() {
   initialSetupView();
   setupAdjustParamView();
   services_.timers.after(this, "loadLastWorkedImageFromDefaults", kRestoreDelay,
-                         [this] { loadLastWorkedImageFromDefaults(); });
+                         [this] { session().loadLastWorkedImageFromDefaults(); });
   registerObservers();
 }
 
@@ -51,8 +49,10 @@ void MainScreenViewController::registerObservers() {
   };
   observe(notifications::kSpliviewPositionMoved, [this] { preview_->splitViewPositionChanged(); });
   observe(notifications::kOpenPhotoFromMenuTapped, [this] { btnAddPhotoTapped(); });
-  observe(notifications::kClosePhotoFromMenuTapped, [this] { btncloseFileFromMenuTapped(); });
-  observe(notifications::kSavePhotoFromMenuTapped, [this] { btnExportDenoisedImageTapped(); });
+  observe(notifications::kClosePhotoFromMenuTapped,
+          [this] { session().btncloseFileFromMenuTapped(); });
+  observe(notifications::kSavePhotoFromMenuTapped,
+          [this] { session().btnExportDenoisedImageTapped(); });
   services_.center.addObserver(
       *this, notifications::kSetupHeader,
       [this](const Notification& header) { setupTitleBarViewForWindow(header); });
@@ -71,8 +71,10 @@ void MainScreenViewController::initialSetupView() {
   ui_->vwAfter->setImageName(QStringLiteral("after_noise_bg"));
   ui_->vwAfterFull->setImageName(QStringLiteral("after_noise_bg"));
   preview_->resetState();
-  for (ActionButton* button : {ui_->btnZoomIn, ui_->btnZoomOut}) button->setState(0);
+  ui_->btnZoomIn->setState(0);
+  ui_->btnZoomOut->setState(0);
   ui_->progressBar->hide();
+  hideSaved();
   ui_->vwDragging->setGeometry(ui_->vwMainContainer->rect());
   ui_->vwDragging->raise();
   ui_->vwDragging->show();
@@ -91,19 +93,11 @@ void MainScreenViewController::setupHelpPopUp() {
   ui_->btnHelp->setToggles(false);
 }
 
-void MainScreenViewController::showTipsScreen() {
-  if (windowTips_ == nullptr) windowTips_ = new TipsSheet(window());
-  windowTips_->showTipsScreen();
-}
-
 void MainScreenViewController::setupAdjustParamView() {
-  session_.setupAdjustParamView();
   ui_->vwPreviewContainer->hide();
-  ui_->txtDenoiseMode->clear();
-  for (QWidget* view : {static_cast<QWidget*>(ui_->lblDimensions),
-                        static_cast<QWidget*>(ui_->lblSize), static_cast<QWidget*>(ui_->lblPath)}) {
-    view->hide();
-  }
+  ui_->vwBottom->hide();
+  showParameters();
+  showControls(session().runState().controls());
 }
 
 void MainScreenViewController::setupToolbarImages() {
@@ -170,6 +164,7 @@ void MainScreenViewController::setupToolTips() {
       {ui_->btnCloseWindow, tr("Close"), "Ctrl+W"},
       {ui_->btnMinimizeWindow, tr("Minimize"), {}},
       {ui_->btnZoomWindow, tr("Zoom"), {}},
+      {ui_->btnCancelRun, tr("Stop"), tr("Esc")},
   };
   for (const ToolTip& tip : tips) {
     tip.control->setToolTip(tip.shortcut.isEmpty() ? tip.text
@@ -189,11 +184,16 @@ void MainScreenViewController::setupActions() {
   };
   using Screen = MainScreenViewController;
   connectPlain(ui_->btnAddPhoto, &Screen::btnAddPhotoTapped);
-  connectPlain(ui_->btnExport, &Screen::btnExportDenoisedImageTapped);
-  connectPlain(ui_->btnCloseWindow, &Screen::btnCloseWindowTapped);
   connectPlain(ui_->btnMinimizeWindow, &Screen::btnMinimizeWindowTapped);
   connectPlain(ui_->btnZoomWindow, &Screen::btnZoomWindowTapped);
-  connectPlain(ui_->btnAutoMode, &Screen::btnAutoModeTapped);
+  EditingSession* edit = &session();
+  connect(ui_->btnExport, &ActionButton::actionSent, edit,
+          &EditingSession::btnExportDenoisedImageTapped);
+  connect(ui_->btnCloseWindow, &ActionButton::actionSent, edit,
+          &EditingSession::btnCloseWindowTapped);
+  connect(ui_->btnAutoMode, &ActionButton::actionSent, edit,
+          [this, edit] { edit->btnAutoModeTapped(ui_->btnAutoMode->state() != 0); });
+  connect(ui_->btnCancelRun, &QAbstractButton::clicked, edit, &EditingSession::cancelRun);
   for (ActionButton* button : {ui_->btnSingleMode, ui_->btnSplitMode, ui_->btnDualMode}) {
     connectAction(button, &Screen::btnSingleSplitDualModeTapped);
   }
@@ -221,11 +221,7 @@ void MainScreenViewController::setupActions() {
   controls_.setButton(Control::btnDualMode, ui_->btnDualMode);
   controls_.setButton(Control::btnAutoMode, ui_->btnAutoMode);
   controls_.setSlider(ui_->sliderCustomDenoise);
-}
-
-void MainScreenViewController::changeLevel(int levels) {
-  QSlider* slider = ui_->sliderCustomDenoise;
-  if (slider->isEnabled()) slider->setValue(slider->value() + levels * slider->pageStep());
+  controls_.setFocusRefuge(ui_->vwPreviewContainer);
 }
 
 void MainScreenViewController::setupTitleBarViewForWindow(const Notification& notification) {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QPointer>
+#include <QWidget>
+
 #include <array>
 
 #include "session/controls.h"
 
 class QSlider;
-class QWidget;
 
 namespace velmara {
 
@@ -15,7 +17,9 @@ class ActionButton;
 class ScreenControls {
  public:
   void setButton(Control control, ActionButton* button);
-  void setSlider(QSlider* slider) { slider_ = slider; }
+  void setSlider(QSlider* slider);
+  /// Where the focus stays while a run has disabled the control that had it.
+  void setFocusRefuge(QWidget* refuge) { refuge_ = refuge; }
 
   ActionButton* button(Control control) const { return buttons_[static_cast<unsigned>(control)]; }
 
@@ -26,9 +30,16 @@ class ScreenControls {
   /// Does what a click on the button does, if it would do anything: for shortcuts and menus.
   void click(Control control) const;
 
+  /// The focus that was taken away does not come back any more.
+  void forgetFocus() { lostFocus_.clear(); }
+
  private:
+  bool isDisabledBy(const ControlStates& states, const QWidget* control) const;
+
   std::array<ActionButton*, kControlCount> buttons_{};
   QSlider* slider_ = nullptr;
+  QWidget* refuge_ = nullptr;
+  QPointer<QWidget> lostFocus_;
   ControlStates states_;
 };
 

@@ -9,9 +9,7 @@
 #include "platform/notification_names.h"
 #include "platform/panels.h"
 #include "platform/timer.h"
-#include "platform/user_defaults.h"
 #include "platform/workspace.h"
-#include "session/denoise_engine.h"
 #include "session/editing_session.h"
 
 namespace velmara {
@@ -19,8 +17,7 @@ namespace velmara {
 /// What the main screen works with. All of it outlives the screen and its work on the queues; tests
 /// give it counterparts of their own.
 struct ScreenServices {
-  PhotoSlots& photos;
-  const DenoiseEngine& engine;
+  EditingSession& session;
   TaskQueue& mainQueue;
   TaskQueue& globalQueue;
   Scheduler& timers;
@@ -28,13 +25,14 @@ struct ScreenServices {
   AlertPresenter& alerts;
   Panels& panels;
   Workspace& workspace;
-  UserDefaults& defaults;
   const BundleFacts& bundle;
   LogSink log;
   /// Ends in "/".
   std::string temporaryDirectory;
-  std::function<void()> terminateApp;
-  std::function<void()> showAppInFront;
+  std::function<void()> openTapped;
+  std::function<void()> closeTapped;
+  std::function<void()> saveTapped;
+  std::function<void()> saveAsTapped;
   std::function<void()> showFeedback;
   std::function<void()> showVMPHelp;
 };

@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QCheckBox>
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QMenu>
+#include <QMenuBar>
 #include <QTimer>
 
 #include <set>
@@ -43,7 +46,7 @@ TEST_F(LaunchTest, StartsInItsOrder) {
         EXPECT_NE(delegate().internetReachability, nullptr);
         EXPECT_GE(logged("Internet Available : "), 0);
         EXPECT_EQ(delegate().baseTrackURL, "http://clicks.test/base");
-        EXPECT_TRUE(delegate().photos.arraySelectedImagesToProcess.empty());
+        EXPECT_TRUE(delegate().session().arraySelectedImagesToProcess().empty());
         EXPECT_TRUE(delegate().mutArrAppsList.empty());
       });
   launch();
@@ -123,7 +126,7 @@ TEST_F(LaunchTest, ASilentServiceHoldsUpNeitherTheStartNorTheEnd) {
   EXPECT_TRUE(waitUntil(isGlobalQueueIdle));
 }
 
-TEST_F(LaunchTest, MenuCommandsPostTheirNotifications) {
+TEST_F(LaunchTest, TheMenusCommandsAreTheDelegates) {
   launch();
   std::vector<std::string> posted;
   std::vector<NotificationCenter::Token> tokens;
@@ -135,14 +138,24 @@ TEST_F(LaunchTest, MenuCommandsPostTheirNotifications) {
       EXPECT_FALSE(note.object.has_value());
     }));
   }
+  const std::vector<std::string> expected{
+      "notificationOpenPhotoFromMenuTapped", "notificationSavePhotoFromMenuTapped",
+      "notificationSavePhotoFromMenuTapped", "notificationClosePhotoFromMenuTapped"};
   delegate().openTapped();
   delegate().saveTapped();
   delegate().saveAsTapped();
-  EXPECT_THAT(posted, ElementsAre("notificationOpenPhotoFromMenuTapped",
-                                  "notificationSavePhotoFromMenuTapped",
-                                  "notificationSavePhotoFromMenuTapped"));
+  EXPECT_EQ(posted, std::vector(expected.begin(), expected.end() - 1));
   panels.answerOpen({});
+  posted.clear();
+  const QMenu& file =
+      *delegate().windowMain()->findChild<QMenuBar*>()->actions().constFirst()->menu();
+  for (const int row : {0, 3, 4, 1}) file.actions()[row]->trigger();
+  EXPECT_EQ(posted, expected);
+  panels.answerOpen({});
+}
 
+TEST_F(LaunchTest, ReachesWhatLiesOutside) {
+  launch();
   delegate().showVMPHelp();
   EXPECT_TRUE(delegate().openURL("https://elsewhere.test/", true));
   workspace.accepts = false;
@@ -152,6 +165,18 @@ TEST_F(LaunchTest, MenuCommandsPostTheirNotifications) {
   delegate().showAppInFront();
   EXPECT_THAT(workspace.shownInFront, ElementsAre(delegate().windowMain()));
   EXPECT_GE(logged("showAppInFront"), 0);
+}
+
+TEST_F(LaunchTest, TheWindowsControllerIsAnnouncedWithItsScreen) {
+  launch();
+  MainWindowController& controller = *delegate().myWindowController();
+  int announced = 0;
+  QObject::connect(&controller, &MainWindowController::viewControllerChanged, &controller,
+                   [&] { ++announced; });
+  controller.changeViewController(0);
+  EXPECT_EQ(announced, 1);
+  EXPECT_EQ(controller.property("viewController").value<QObject*>(), controller.viewController());
+  EXPECT_EQ(controller.viewController()->representedObject, 3) << "title bar, content, bottom bar";
 }
 
 // Runs the application's loop: the exit code, or kGoesOn if nothing ended it.
@@ -236,6 +261,35 @@ TEST_F(LaunchTest, EndsWithItsWindowUnlessSavingFails) {
     std::filesystem::remove_all(home.file("share"));
   }
   EXPECT_GE(logged("closing Window Class velmara::AppStoreWindow"), 0);
+}
+
+// A delegate that tells what it was to send.
+class TellingDelegate : public AppDelegate {
+ public:
+  using AppDelegate::AppDelegate;
+  void openURLAsync(const std::string& url, const std::string& json) override {
+    sent.emplace_back(url, json);
+  }
+  std::vector<std::pair<std::string, std::string>> sent;
+};
+
+TEST_F(LaunchTest, ThePromotionWindowEndsTheProgramAndItsBoxIsRemembered) {
+  for (const bool isTicked : {false, true}) {
+    TellingDelegate delegate(environment);
+    delegate.baseTrackURL = "http://clicks.test/base";
+    delegate.fireTweakTuneupHit("Buy", "frames", "2", "1");
+    ASSERT_EQ(delegate.sent.size(), 1U);
+    EXPECT_EQ(delegate.sent[0].first, "http://clicks.test/base/CrossTracking");
+    EXPECT_EQ(delegate.sent[0].second,
+              R"({"from":"vlpro","to":"frames","mac":"SER1","btn":"Buy","fromid":"1","toid":"2"})");
+    QDialog promotion;
+    QCheckBox box(&promotion);
+    box.setChecked(isTicked);
+    delegate.windowSubscription = &promotion;
+    delegate.btnCheckDontShow = &box;
+    EXPECT_EQ(runApplicationLoop([&] { delegate.handleWindowClose(&promotion); }), 0);
+    EXPECT_EQ(defaults.value(defaults_keys::kNotShowPromotionWindow).toBool(), isTicked);
+  }
 }
 
 TEST_F(LaunchTest, TellsWhyThereIsNoStore) {
