@@ -12,7 +12,7 @@
 #include "engine/thread_queue.h"
 #include "imaging/recompress_jpeg.h"
 #include "platform/atomic_file.h"
-#include "session/whole_photo.h"
+#include "session/loaded_photo.h"
 #include "support/scratch_folder.h"
 
 namespace velmara {
@@ -87,20 +87,22 @@ void exportPhoto(benchmark::State& state) {
   FilterParameters parameters;
   for (auto _ : state) {
     watch.start();
-    const PhotoFile photo = PhotoFile::initWithFileUrl(input);
-    const auto loaded = loadWholePhoto(photo);
-    if (!loaded) break;
+    auto opened = openPhoto(input);
+    if (!opened) break;
+    const auto photo = loadPixels(std::move(opened).value());
+    if (!photo) break;
     watch.lap(kDecode);
-    const double psnr = engine.getPSNRofImage(loaded.value());
+    const double psnr = engine.getPSNRofImage(atOwnSize(photo->image));
     watch.lap(kNoise);
     parameters = exportParameters(psnr, DenoiseMode::automatic());
     const Image filtered = engine.denoiseImageUsingCustomFastNLMeans(
-        loaded.value(), parameters.templateWinSize, parameters.searchWinSize, parameters.sigmaVal);
+        wholePhotoToFilter(*photo), parameters.templateWinSize, parameters.searchWinSize,
+        parameters.sigmaVal);
     watch.lap(kFilter);
-    const auto upright = uprightAtFullSize(photo, filtered);
+    const auto upright = uprightAtFullSize(*photo, filtered);
     if (!upright) break;
     watch.lap(kTurn);
-    const auto bytes = encodeExport(photo, upright.value(), FileFormat::jpeg);
+    const auto bytes = encodeExport(photo->record, upright.value(), FileFormat::jpeg);
     if (!bytes) break;
     watch.lap(kEncode);
     if (!replaceFile(output, bytes.value())) break;

@@ -79,6 +79,9 @@ FilterParameters calibrationParameters(const SigmaThreshold& parameters, const D
 /// The speed measurement of a session's first run.
 inline constexpr FilterParameters kFirstCalibration{10, 5, 14};
 
+/// The slider's lowest position, where it stands in automatic mode.
+inline constexpr double kLowestLevel = 1.0;
+
 /// The level that a slider position of 1.0 to 10.0 stands for: the nearest whole number, halves
 /// upwards; anything else, also below 1, is 10.
 int denoiseLevelForSliderValue(double value);

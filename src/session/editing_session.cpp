@@ -14,7 +14,6 @@
 namespace velmara {
 namespace {
 
-constexpr double kLowestLevel = 1.0;
 // What an export needs beside the photo: its result, the engine's channels, the file's bytes.
 constexpr std::uint64_t kExportPhotos = 3;
 

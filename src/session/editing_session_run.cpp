@@ -7,12 +7,6 @@
 #include "session/questions.h"
 
 namespace velmara {
-namespace {
-
-constexpr double kLowestLevel = 1.0;
-
-}  // namespace
-
 double EditingSession::sliderCustomDenoise() const {
   return nextLevel_.value_or(parameters_.sliderCustomDenoise);
 }

@@ -9,7 +9,7 @@
 
 #include "platform/log.h"
 #include "session/labels.h"
-#include "session/whole_photo.h"
+#include "session/loaded_photo.h"
 #include "support/run_program.h"
 #include "support/scratch_folder.h"
 
@@ -56,11 +56,13 @@ TEST(PhotoFileTest, TheLastPictureInAFileCounts) {
   EXPECT_EQ(photo.width, 16);
   EXPECT_EQ(photo.height, 12);
   // What is exported is the largest all the same.
-  const auto whole = loadWholePhoto(photo);
-  ASSERT_TRUE(whole) << whole.error();
-  EXPECT_EQ(whole->bitmap().width(), 64);
-  EXPECT_EQ(whole->bitmap().samplesPerPixel(), 4);
-  EXPECT_EQ(whole->bitmap().pixel(10, 10)[1], 128);
+  const auto loaded = loadPixels(openPhoto(path).value());
+  ASSERT_TRUE(loaded) << loaded.error();
+  EXPECT_EQ(loaded->fullSize, (Size{64, 48}));
+  const Bitmap whole = wholePhotoToFilter(*loaded).bitmap();
+  EXPECT_EQ(whole.width(), 64);
+  EXPECT_EQ(whole.samplesPerPixel(), 4);
+  EXPECT_EQ(whole.pixel(10, 10)[1], 128);
 }
 
 TEST(PhotoFileTest, MakesARecordOfAnything) {
@@ -79,8 +81,8 @@ TEST(PhotoFileTest, MakesARecordOfAnything) {
   EXPECT_EQ(missing.fileSize, "0");
   EXPECT_EQ(missing.fileExtension, "");
   EXPECT_FALSE(missing.fileCreationDate);
-  EXPECT_FALSE(loadWholePhoto(text));
-  EXPECT_FALSE(loadWholePhoto(missing));
+  EXPECT_FALSE(openPhoto(text.filePath));
+  EXPECT_FALSE(openPhoto(missing.filePath));
 }
 
 TEST(PhotoLabelsTest, SizesAreDecimal) {
@@ -125,10 +127,9 @@ TEST(WholePhotoTest, EveryOrientationComesOutUpright) {
     convert(words);
     runProgram(
         {"exiv2", "-Mset Exif.Image.Orientation Short " + std::to_string(orientation), path});
-    const PhotoFile photo = PhotoFile::initWithFileUrl(path);
-    const auto whole = loadWholePhoto(photo);
-    ASSERT_TRUE(whole) << whole.error();
-    const auto turned = uprightAtFullSize(photo, *whole);
+    const auto photo = loadPixels(openPhoto(path).value());
+    ASSERT_TRUE(photo) << photo.error();
+    const auto turned = uprightAtFullSize(*photo, wholePhotoToFilter(*photo));
     ASSERT_TRUE(turned) << turned.error();
     const Bitmap& picture = turned->bitmap();
     ASSERT_EQ(picture.width(), 40) << orientation;
