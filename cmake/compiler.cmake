@@ -64,9 +64,7 @@ function(velmara_test name)
   add_executable(${name}_test ${arg_SOURCES})
   target_link_libraries(${name}_test PRIVATE velmara_options ${arg_LINKS} GTest::gtest
                                              GTest::gmock)
-  if(NOT name MATCHES "^(preview|services_network)$")
-    velmara_unity(${name}_test)
-  endif()
+  velmara_unity(${name}_test)
   target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   gtest_discover_tests(${name}_test DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${name} TIMEOUT 300
                        ENVIRONMENT "QT_QPA_PLATFORM=offscreen" ${arg_PROPERTIES})

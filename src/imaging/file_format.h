@@ -44,9 +44,9 @@ struct FormatFacts {
   std::string_view name;
   /// The word for it in the save panel and behind --format; empty for a format exports do not
   /// offer.
-  std::string_view word;
+  std::string_view word = {};
   /// Its title in the save panel.
-  std::string_view title;
+  std::string_view title = {};
   /// File name extensions in lower case without the dot, the usual one first, the rest empty.
   std::array<std::string_view, 4> extensions;
   /// Whether a file that begins with these bytes is of this format.
@@ -57,7 +57,7 @@ struct FormatFacts {
   /// wants the whole file in memory. `tolerant`: what the decoder only warns of is no fault.
   int (*load)(VipsSource* source, int page, bool tolerant, VipsImage** image);
   /// Encodes a picture, with a quality of 1 to 100 where there is one. Null if it is only read.
-  int (*save)(VipsImage* image, int quality, VipsTarget* target);
+  int (*save)(VipsImage* image, int quality, VipsTarget* target) = nullptr;
   MetadataPlace metadata = MetadataPlace::nowhere;
   /// What else a written file can hold.
   bool carriesProfile = false;

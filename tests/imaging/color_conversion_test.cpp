@@ -143,7 +143,9 @@ TEST(ColorConversionTest, PressColoursBecomeRgb) {
     ASSERT_TRUE(convert({"-size", "61x47", "-seed", "7", "plasma:red-blue", "-colorspace", "CMYK",
                          "-depth", "8", "-quality", "98", "-sampling-factor", "1x1"},
                         file));
-    if (name.starts_with("profiled")) ASSERT_TRUE(putProfile(profile, file));
+    if (name.starts_with("profiled")) {
+      ASSERT_TRUE(putProfile(profile, file));
+    }
     const auto image = readImage(file);
     ASSERT_TRUE(image) << image.error();
     EXPECT_EQ(image->bitmap().samplesPerPixel(), 3) << name;

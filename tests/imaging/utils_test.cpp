@@ -173,8 +173,12 @@ TEST_F(UtilsTest, EveryIndexWritesItsFormatAndNoOtherWritesAny) {
     utils.saveImageInSelectedFormat(index, file, picture);
     EXPECT_EQ(runTool({"identify", "-format", "%m %w %h", file}).text,
               std::string(formats[index]) + " 16 12");
-    if (index == 0) EXPECT_EQ(runTool({"identify", "-format", "%Q", file}).text, "70");
-    if (index == 1) EXPECT_EQ(runTool({"identify", "-format", "%C", file}).text, "LZW");
+    if (index == 0) {
+      EXPECT_EQ(runTool({"identify", "-format", "%Q", file}).text, "70");
+    }
+    if (index == 1) {
+      EXPECT_EQ(runTool({"identify", "-format", "%C", file}).text, "LZW");
+    }
   }
   EXPECT_THAT(folder.names(), ElementsAre("picture"));
   for (const unsigned index : {6U, 7U, ~0U}) {

@@ -18,6 +18,7 @@ namespace velmara {
 namespace {
 
 using testing_support::answering;
+using testing_support::kOk;
 using testing_support::LogCapture;
 using testing_support::ManualTime;
 using testing_support::RecordingServer;
@@ -26,7 +27,6 @@ using testing_support::ScratchFolder;
 using End = HttpAnswer::End;
 
 constexpr std::string_view kEnvelopeEnd = "</soap:Envelope>";
-constexpr const char* kOk = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok";
 
 class FeedbackUploadsTest : public testing::Test {
  protected:

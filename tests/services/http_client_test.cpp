@@ -10,11 +10,11 @@ namespace velmara {
 namespace {
 
 using testing_support::answering;
+using testing_support::kOk;
 using testing_support::Peer;
 using testing_support::RecordingServer;
 using End = HttpAnswer::End;
 
-const std::string kOk = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok";
 // The body of the requests ends in this, so that a server knows when it has all of it.
 constexpr std::string_view kBodyEnd = "</end>";
 

@@ -7,13 +7,13 @@ namespace {
 
 using namespace StringEscaping;  // NOLINT(google-build-using-namespace)
 
-struct Case {
+struct EscapedText {
   std::string_view text;
   std::string_view expected;
 };
 
 template <typename Operation>
-void expectAll(Operation operation, std::initializer_list<Case> cases) {
+void expectAll(Operation operation, std::initializer_list<EscapedText> cases) {
   for (const auto& [text, expected] : cases) {
     EXPECT_EQ(operation(std::string(text)), expected) << text;
   }

@@ -10,6 +10,9 @@
 
 namespace velmara::testing_support {
 
+/// The shortest answer that all is well.
+inline const std::string kOk = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok";
+
 /// The server's side of one connection. Calls end early when the other side or the test ends.
 class Peer {
  public:
