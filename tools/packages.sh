@@ -29,6 +29,7 @@ PACKAGES_TEST="
   libbenchmark-dev
   libgmock-dev
   libgtest-dev
+  libheif-examples
   libimage-exiftool-perl
   libtiff-tools
   libvips-tools

@@ -1,11 +1,9 @@
 #include "engine/band_run.h"
 
-#include <algorithm>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <semaphore>
-#include <thread>
 #include <vector>
 
 #include "engine/tile_queue.h"
@@ -20,11 +18,6 @@ std::vector<RowRange> bandsOf(int height) {
   return bands;
 }
 
-// More tile filters than processors would only crowd out whoever encodes the rows meanwhile.
-int processors() {
-  return std::max(1, static_cast<int>(std::thread::hardware_concurrency()));
-}
-
 // What the eight tasks, the checks and the waiting thread share. Tasks that come late find no tile
 // left and touch neither kernel nor buffers, which the waiting thread may have given up by then.
 class Run : public std::enable_shared_from_this<Run> {
@@ -37,7 +30,7 @@ class Run : public std::enable_shared_from_this<Run> {
         buffers_(buffers),
         geometry_(geometry),
         tiles_(kernel, geometry.widthSrc, bandsOf(geometry.heightSrc)),
-        filtersLeft_(std::min(kernel.mostTileFilters(), processors())) {}
+        filtersLeft_(kernel.mostTileFilters()) {}
 
   void start(TaskQueue& workers) {
     for (std::size_t i = 0; i < kBands; ++i) {

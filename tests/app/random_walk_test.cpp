@@ -47,7 +47,9 @@ class RandomWalk : public ScreenTest, public testing::WithParamInterface<int> {
   void expectSense() {
     const auto& current = session().selectedImageFile();
     EXPECT_EQ(session().hasPhoto(), current.has_value());
-    EXPECT_EQ(view("vwDragging").isVisible(), !current.has_value());
+    if (!current) {
+      EXPECT_TRUE(view("vwDragging").isVisible()) << "the invitation to drop a photo";
+    }
     if (session().isRunningAlgorithm()) {
       EXPECT_TRUE(current.has_value());
       EXPECT_FALSE(view("sliderCustomDenoise").isEnabled());
@@ -121,7 +123,11 @@ class RandomWalk : public ScreenTest, public testing::WithParamInterface<int> {
                                                "btnCancelChanges"};
     if (isAsking()) click(kAnswers[upTo(std::size(kAnswers))]);
   }
-  void close() { window().close(); }
+  // Where nothing would be lost the program would end here; the walk goes on.
+  void close() {
+    window().close();
+    window().show();
+  }
   void dragThePicture() {
     QWidget& area = view("vwPreviewContainer");
     const QPoint from(static_cast<int>(upTo(400)), static_cast<int>(upTo(300)));

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <new>
 #include <optional>
+#include <thread>
 #include <utility>
 
 #include "engine/fast/fast_tile.h"
@@ -39,7 +40,10 @@ class FastKernel final : public FilterKernel {
   int tileHeight() const override { return plan_->tileHeight; }
   int mostTileFilters() const override {
     constexpr std::size_t kMostBytes = 28U << 20U;
-    return static_cast<int>(std::max<std::size_t>(kMostBytes / FastScratch::bytesFor(*plan_), 1));
+    // More than there are processors would only crowd out whoever encodes the rows meanwhile.
+    const std::size_t most = std::min<std::size_t>(kMostBytes / FastScratch::bytesFor(*plan_),
+                                                   std::thread::hardware_concurrency());
+    return static_cast<int>(std::max<std::size_t>(most, 1));
   }
   std::unique_ptr<TileFilter> makeTileFilter() const override try {
     auto scratch = FastScratch::allocate(*plan_);
