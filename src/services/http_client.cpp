@@ -64,7 +64,8 @@ class Transfer {
     const std::array fixed = {"Connection: close", "Accept:", "Expect:"};
     if (request != nullptr) {
       for (const auto& [name, value] : request->fields) {
-        if (!holdsLineEnd(name) && !holdsLineEnd(value)) addField(name + ": " + value);
+        if (!holdsLineEnd(name) && !holdsLineEnd(value))
+          addField(std::string(name).append(": ").append(value));
       }
       set(CURLOPT_POST, 1L);
       set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request->bodySize));

@@ -18,6 +18,7 @@ constexpr int kDays = 16;
 
 std::vector<std::string> recentDays(std::chrono::system_clock::time_point now) {
   std::vector<std::string> days;
+  days.reserve(kDays);
   for (int day = 0; day < kDays; ++day) {
     days.push_back(getDateStrInYYYYMMDDFormat(now - day * std::chrono::seconds(86400)));
   }

@@ -20,7 +20,7 @@ void checkJson(const std::string& json) {
 }  // namespace
 
 std::shared_ptr<Tracker> Tracker::initWithApp(const std::string& app, TrackerSetup setup) {
-  const std::shared_ptr<Tracker> tracker(new Tracker(std::move(setup)));
+  std::shared_ptr<Tracker> tracker(new Tracker(std::move(setup)));
   tracker->frmApp = app;
   tracker->baseTrackURL = tracker->setup_.addresses.trackingService;
   tracker->appStoreTrackURL = tracker->baseTrackURL + "/registerAppInstalls";

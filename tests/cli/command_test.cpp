@@ -38,7 +38,7 @@ ProgramResult velmara(std::vector<std::string> words, const ScratchFolder& folde
 
 /// A small noisy photo, stored on its side.
 std::string photoIn(const ScratchFolder& folder, const std::string& name, int orientation = 1) {
-  const std::string path = folder.file(name);
+  std::string path = folder.file(name);
   const auto made =
       runProgram({"convert", kTestPicture, "-crop", "160x120+40+40", "+repage", path});
   EXPECT_EQ(made.exitCode, 0) << made.errors;

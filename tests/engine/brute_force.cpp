@@ -36,6 +36,7 @@ double weight(double d, double sigma, int channels) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(readability-function-size): nested as its definition is.
 Bytes bruteForce(const Bitmap& picture, int t, int s, double sigma) {
   const int channels = picture.samplesPerPixel();
   const bool oblique = channels == 1;

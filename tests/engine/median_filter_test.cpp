@@ -56,7 +56,7 @@ TEST(MedianFilterTest, FiltersOnlyTheRowsThatAreAskedFor) {
   const Bytes all = bytesOf(medianFiltered(picture, 100));
   EXPECT_EQ(all.size(), 20U * 12U * 3U);
   const Bytes top = bytesOf(medianFiltered(picture, 5));
-  EXPECT_EQ(top, Bytes(all.begin(), all.begin() + 20 * 5 * 3));
+  EXPECT_EQ(top, Bytes(all.begin(), all.begin() + std::ptrdiff_t{20} * 5 * 3));
   EXPECT_FALSE(medianFiltered(picture, 0).isValid());
   EXPECT_FALSE(medianFiltered(Bitmap(), 5).isValid());
 }

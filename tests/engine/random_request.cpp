@@ -45,7 +45,8 @@ KernelRequest randomRequest(std::mt19937_64& random) {
   r.width = oneOf(random, kWidths);
   r.height = oneOf(random, kHeights);
   const std::int64_t cost = std::int64_t{r.s} * r.s * (std::int64_t{r.t} * r.t + 1) * r.channels;
-  while (r.width * r.height * cost > kMostOperations && (r.height > 1 || r.width > 1)) {
+  while (std::int64_t{r.width} * r.height * cost > kMostOperations &&
+         (r.height > 1 || r.width > 1)) {
     (r.height > 1 ? r.height : r.width) /= 2;
   }
   return r;

@@ -203,7 +203,7 @@ TEST_F(PhotoJobTest, AnOpenPhotoMayVanish) {
 TEST_F(PhotoJobTest, APreviewFiltersItsRegionByTheWholePhotosNoise) {
   PhotoJobRequest request;
   request.photo = loaded(photoIn(folder, "photo.png"));
-  const std::vector<std::uint8_t> gray(120 * 100 * 3, 90);
+  const std::vector<std::uint8_t> gray(std::size_t{120} * 100 * 3, 90);
   request.region = Image(Bitmap::copyOf(gray, 120, 100, 3));
   request.currentZooomFactor = 0.5F;
   const auto result = run(request);
@@ -217,7 +217,8 @@ TEST_F(PhotoJobTest, APreviewFiltersItsRegionByTheWholePhotosNoise) {
   run(request);
   EXPECT_EQ(engine.measured.size(), 1U);
 
-  request.region = Image(Bitmap::copyOf(std::span(gray).first(99 * 100 * 3), 99, 100, 3));
+  request.region =
+      Image(Bitmap::copyOf(std::span(gray).first(std::size_t{99} * 100 * 3), 99, 100, 3));
   const auto small = run(request);
   EXPECT_EQ(small.end, End::finished);
   EXPECT_EQ(small.parameters, std::nullopt);

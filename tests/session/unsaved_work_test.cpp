@@ -251,7 +251,8 @@ TEST_F(UnsavedWorkTest, NothingIsLostInAnyOrder) {
     auto event = events().begin();
     std::advance(event, choice(random));
     if (percent(random) < 30) event = events().find("finish");
-    story = (story + event->first + ", ").substr(story.size() > 400 ? story.size() - 400 : 0);
+    story.append(event->first).append(", ");
+    if (story.size() > 400) story.erase(0, story.size() - 400);
     const bool wasUnsaved = session->isUnsaved();
     const bool mayLose = isSheetShown && event->first == "Don't Save";
     const std::string before = photo();
@@ -288,7 +289,7 @@ TEST_F(UnsavedWorkTest, NothingIsLostInAnyOrder) {
       ASSERT_FALSE(isBarShown);
       if (session->hasPhoto()) {
         ASSERT_TRUE(session->runState().controls().isAlive(Control::btnAddPhoto) ||
-                    alerts.shown.size() > 0);
+                    !alerts.shown.empty());
       }
     }
     if (session->isRunningAlgorithm()) {

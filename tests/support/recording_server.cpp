@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <netinet/in.h>
 #include <poll.h>
+#include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
 #include <utility>
@@ -61,7 +62,9 @@ RecordingServer::RecordingServer(Script script)
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socklen_t length = sizeof(address);
-  ::bind(listener_, reinterpret_cast<const sockaddr*>(&address), length);
+  if (::bind(listener_, reinterpret_cast<const sockaddr*>(&address), length) != 0) {
+    throw std::runtime_error("no port is free");
+  }
   ::listen(listener_, 16);
   ::getsockname(listener_, reinterpret_cast<sockaddr*>(&address), &length);
   port_ = ntohs(address.sin_port);

@@ -90,7 +90,7 @@ SampleTables sampleTables(const DeepNoise& noise, float strength) {
     for (std::size_t i = 0; i < tables[c].size(); ++i) {
       const double seen = static_cast<double>(i) / OpponentPlanes::kOne;
       const double sample = noise.isWhite ? clipped.seenAs(seen).level : seen;
-      tables[c][i] = static_cast<std::uint8_t>(std::clamp(sample, 0.0, 255.0) + 0.5);
+      tables[c][i] = static_cast<std::uint8_t>(std::lround(std::clamp(sample, 0.0, 255.0)));
     }
   }
   return tables;

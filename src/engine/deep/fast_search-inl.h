@@ -39,8 +39,9 @@ class BlockSearch {
       found_[i][0] = -1;
       places_[i][0] =
           std::ptrdiff_t{y} * width + std::ptrdiff_t{DeepPass::kStep} * (columnBegin + i);
-      worst_[2 * i] = kNone;
-      worst_[2 * i + 1] = kNever;
+      std::int32_t* worst = worst_ + std::ptrdiff_t{2} * i;
+      worst[0] = kNone;
+      worst[1] = kNever;
     }
     for (int i = 0; i < kShifts; ++i) {
       const int dy = searchOrder(i);
@@ -83,7 +84,7 @@ class BlockSearch {
     sumPairs(pass.compared.data() + places_[first][0], shiftOf(order, width), width, 2 * count + 2);
     const hn::CappedTag<std::int32_t, 8> d;
     const int lanes = static_cast<int>(hn::Lanes(d));
-    const std::int32_t* worst = worst_ + 2 * first;
+    const std::int32_t* worst = worst_ + std::ptrdiff_t{2} * first;
     for (int i = 0; i < 2 * count; i += lanes) {
       const std::int32_t* pairs = pairs_ + i;
       const auto sum = hn::Add(hn::Add(hn::LoadU(d, pairs), hn::LoadU(d, pairs + 1)),
@@ -140,7 +141,7 @@ class BlockSearch {
     int at = DeepPass::kGroup - 1;
     for (; found[at - 1] > key; --at) found[at] = found[at - 1];
     found[at] = key;
-    worst_[2 * i] =
+    worst_[std::ptrdiff_t{2} * i] =
         static_cast<std::int32_t>(std::min<std::int64_t>(found[DeepPass::kGroup - 1] >> 16, kNone));
   }
 

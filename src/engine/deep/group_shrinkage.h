@@ -21,6 +21,8 @@ class GroupLimits {
       float mean = 0.0F;
       for (std::size_t k = 0; k < 3; ++k) mean += kOpponent[k][c] * sumsOfMeans[k];
       const float level = std::min(std::max(mean * kScale, 0.0F), 255.0F);
+      // The level is not negative, and the vector kernel rounds in the same way.
+      // NOLINTNEXTLINE(bugprone-incorrect-roundings)
       variances[c] = pass.noise.variance[c][static_cast<std::size_t>(level + 0.5F)];
     }
     for (std::size_t k = 0; k < 3; ++k) {

@@ -112,7 +112,8 @@ TEST(DenoisedDeeply, LosesStrongNoiseThatHasNoColour) {
 }
 
 TEST(DenoisedDeeply, KeepsItsMeanWhereNoiseWasClipped) {
-  const Bitmap dark = Bitmap::copyOf(std::vector<std::uint8_t>(200 * 160 * 3, 12), 200, 160, 3);
+  const Bitmap dark =
+      Bitmap::copyOf(std::vector<std::uint8_t>(std::size_t{200} * 160 * 3, 12), 200, 160, 3);
   JobControl control;
   const auto result = denoiseDeeply(withWhiteNoise(dark, 30.0), whiteNoise(30.0F), {}, control);
   ASSERT_TRUE(result);

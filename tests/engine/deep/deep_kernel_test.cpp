@@ -85,14 +85,14 @@ TEST(DeepKernel, GivesAPartThePixelsOfTheWhole) {
     const int width = c.width - kX - 36;
     std::vector<std::uint8_t> cut;
     for (int y = 0; y < c.height; ++y) {
-      cut.insert(cut.end(), noisy.pixel(kX, y), noisy.pixel(kX, y) + 3 * width);
+      cut.insert(cut.end(), noisy.pixel(kX, y), noisy.pixel(kX, y) + std::ptrdiff_t{3} * width);
     }
     const auto whole = denoised(noisy, c.noise, {});
     const auto part = denoised(Bitmap::copyOf(cut, width, c.height, 3), c.noise, {});
     for (int y = 0; y < c.height; ++y) {
-      const auto* a = part.data() + 3 * (y * width + c.margin);
-      const auto* b = whole.data() + 3 * (y * c.width + c.margin + kX);
-      ASSERT_TRUE(std::equal(a, a + 3 * (width - 2 * c.margin), b)) << "row " << y;
+      const auto* a = part.data() + std::ptrdiff_t{3} * (y * width + c.margin);
+      const auto* b = whole.data() + std::ptrdiff_t{3} * (y * c.width + c.margin + kX);
+      ASSERT_TRUE(std::equal(a, a + std::ptrdiff_t{3} * (width - 2 * c.margin), b)) << "row " << y;
     }
   }
 }

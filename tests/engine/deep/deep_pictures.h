@@ -55,6 +55,7 @@ inline Bitmap withWhiteNoise(const Bitmap& clean, double deviation, unsigned see
 
 /// The same with noise as a camera's JPEG has it: smooth over some 2 pixels, twice as smooth in
 /// colour.
+// NOLINTNEXTLINE(readability-function-size): the loops of a filter are nested as deep as these.
 inline Bitmap withSmoothNoise(const Bitmap& clean, double deviation, unsigned seed = 1) {
   const int width = clean.width();
   const int height = clean.height();
@@ -75,7 +76,8 @@ inline Bitmap withSmoothNoise(const Bitmap& clean, double deviation, unsigned se
             squares += weight * weight;
           }
         }
-        plane[static_cast<std::size_t>(y * width + x)] = sum / std::sqrt(squares);
+        plane[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+              static_cast<std::size_t>(x)] = sum / std::sqrt(squares);
       }
     }
     return plane;
