@@ -9,9 +9,9 @@ namespace {
 
 constexpr qlonglong kExportsBetweenInvitations = 7;
 
-std::string translated(const char* source) {
-  return QCoreApplication::translate("Rating", source).toStdString();
-}
+struct RatingText {
+  Q_DECLARE_TR_FUNCTIONS(Rating)
+};
 
 }  // namespace
 
@@ -31,9 +31,9 @@ bool showAlertForRateApp(UserDefaults& defaults) {
 }
 
 Alert rateInvitation() {
-  return {translated("Would you like to rate the app on the Mac App Store?"),
+  return {RatingText::tr("Would you like to rate the app on the Mac App Store?").toStdString(),
           {},
-          {translated("YES"), translated("NO")}};
+          {RatingText::tr("YES").toStdString(), RatingText::tr("NO").toStdString()}};
 }
 
 void invitationAccepted(UserDefaults& defaults, const std::string& CFBundleVersion) {

@@ -15,9 +15,9 @@ constexpr const char* kDomain = "YOUR_ERROR_DOMAIN";
 constexpr int kCode = 9999;
 
 // The texts are their own keys.
-std::string text(const char* key) {
-  return QCoreApplication::translate("DataStore", key).toStdString();
-}
+struct DataStoreText {
+  Q_DECLARE_TR_FUNCTIONS(DataStore)
+};
 
 }  // namespace
 
@@ -76,11 +76,12 @@ void DataStore::presentFailure(const Failure& failure) {
 }
 
 bool DataStore::presentSaveError(const std::string& reason) {
-  return setup_.presentError({.domain = kDomain,
-                              .code = kCode,
-                              .description = text("The application's data could not be saved."),
-                              .failureReason = reason,
-                              .underlyingError = {}});
+  return setup_.presentError(
+      {.domain = kDomain,
+       .code = kCode,
+       .description = DataStoreText::tr("The application's data could not be saved.").toStdString(),
+       .failureReason = reason,
+       .underlyingError = {}});
 }
 
 ManagedObjectContext* DataStore::managedObjectContext() {
@@ -113,9 +114,12 @@ TerminateReply DataStore::applicationShouldTerminate() {
   if (saved) return TerminateReply::kNow;
   if (presentSaveError(saved.error())) return TerminateReply::kCancel;
   const int answer = setup_.alerts->runModal(
-      {text("Could not save changes while quitting. Quit anyway?"),
-       text("Quitting now will lose any changes you have made since the last successful save"),
-       {text("Quit anyway"), text("Cancel")}});
+      {DataStoreText::tr("Could not save changes while quitting. Quit anyway?").toStdString(),
+       DataStoreText::tr(
+           "Quitting now will lose any changes you have made since the last successful save")
+           .toStdString(),
+       {DataStoreText::tr("Quit anyway").toStdString(),
+        DataStoreText::tr("Cancel").toStdString()}});
   return answer == 0 ? TerminateReply::kCancel : TerminateReply::kNow;
 }
 
