@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include "engine/denoise_algo_implementation.h"
 #include "engine/noisy_photo.h"
 #include "engine/thread_queue.h"
 #include "imaging/recompress_jpeg.h"

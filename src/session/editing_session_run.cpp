@@ -62,7 +62,8 @@ void EditingSession::setSelectedImageFileToProccessing(const PhotoFile& region) 
 
 void EditingSession::seletedPhotoToBeFilteredIsChanged() {
   // A region may have been cut when an export began: it must not give the run's controls back.
-  if (isRunningAlgorithm() || (!isExportingPhoto() && !region_.isValid())) return;
+  if (isRunningAlgorithm() || !selectedImageFile_) return;
+  if (!isExportingPhoto() && !region_.isValid()) return;
   services_.jobs.log("seletedPhotoToBeFilteredIsChanged!!");
   runState_.changeControls(controlsWithPhoto);
   Q_EMIT photoShown(*selectedImageFile_);
