@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <mutex>
 #include <new>
 #include <string>
 #include <vector>
@@ -293,16 +294,21 @@ TEST_F(PhotoJobTest, FailuresSayWhichStepAndWhyAndLeaveNothing) {
 TEST_F(PhotoJobTest, EndsInOneCallOnTheMainThreadWhateverHappens) {
   const std::string photo = photoIn(folder, "upright.jpg", 1);
   std::shared_ptr<PhotoJob> job;
+  std::mutex isStarted;
+  const auto cancel = [&] {
+    const std::scoped_lock lock(isStarted);
+    job->cancel();
+  };
   const struct {
     std::function<void()> duringFilter;
     End end;
-  } rows[] = {{{}, End::finished},
-              {[&] { job->cancel(); }, End::cancelled},
-              {[] { throw std::bad_alloc(); }, End::failed}};
+  } rows[] = {
+      {{}, End::finished}, {cancel, End::cancelled}, {[] { throw std::bad_alloc(); }, End::failed}};
   for (const auto& row : rows) {
     engine.before = row.duringFilter;
     QEventLoop loop;
     int calls = 0;
+    std::unique_lock lock(isStarted);
     job = PhotoJob::start(exportOf(photo, FileFormat::jpeg, folder.file("out.jpg")), services,
                           {{}, [&](const PhotoJobResult& result) {
                              EXPECT_EQ(QThread::currentThread(),
@@ -312,6 +318,7 @@ TEST_F(PhotoJobTest, EndsInOneCallOnTheMainThreadWhateverHappens) {
                              ++calls;
                              loop.quit();
                            }});
+    lock.unlock();
     EXPECT_EQ(calls, 0);
     QTimer::singleShot(20'000, &loop, &QEventLoop::quit);
     loop.exec();
