@@ -2,29 +2,23 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <dlfcn.h>
-#include <type_traits>
+
+#include "platform/late_library.h"
 
 namespace velmara {
 namespace {
 
 VipsApi load() {
   VipsApi api;
-  // Its symbols stay its own; it is never unloaded, as GLib's types cannot be.
-  void* library = ::dlopen(VELMARA_VIPS_LIBRARY, RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
-  if (library == nullptr) return api;
-  api.isLoaded = true;
-  const auto find = [&](auto& operation, const char* symbol) {
-    operation =
-        reinterpret_cast<std::remove_reference_t<decltype(operation)>>(::dlsym(library, symbol));
-    api.isLoaded = api.isLoaded && operation != nullptr;
-  };
-#define X(name) find(api.name, "vips_" #name);
+  // Never unloaded also because GLib's types cannot be.
+  LateLibrary library(VELMARA_VIPS_LIBRARY);
+#define X(name) library.find(api.name, "vips_" #name);
   VELMARA_VIPS_OPERATIONS(X)
 #undef X
-#define X(name) find(api.name, "g_" #name);
+#define X(name) library.find(api.name, "g_" #name);
   VELMARA_GOBJECT_OPERATIONS(X)
 #undef X
+  api.isLoaded = library.isComplete();
   return api;
 }
 
