@@ -14,7 +14,7 @@
 #include "imaging/image_reader.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
-#include "platform/temporary_directory.h"
+#include "platform/temporary_files.h"
 #include "platform/timer.h"
 #include "widgets/app_store_window.h"
 

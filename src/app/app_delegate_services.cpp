@@ -5,7 +5,7 @@
 #include "app/sheets/feedback_window_controller.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
-#include "platform/notification_names.h"
+#include "platform/notification_center.h"
 #include "widgets/app_store_window.h"
 
 namespace velmara {

@@ -5,9 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/alerts.h"
 #include "platform/bundle.h"
-#include "platform/log_file.h"
+#include "platform/log.h"
 #include "platform/panels.h"
 #include "platform/user_defaults.h"
 #include "platform/workspace.h"

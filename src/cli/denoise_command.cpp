@@ -18,7 +18,7 @@
 #include "platform/atomic_file.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
-#include "platform/unfinished_file.h"
+#include "platform/temporary_files.h"
 #include "session/photo_job.h"
 
 namespace velmara::cli {

@@ -14,7 +14,7 @@
 #include "imaging/tiling.h"
 #include "platform/atomic_file.h"
 #include "platform/log.h"
-#include "platform/temporary_directory.h"
+#include "platform/temporary_files.h"
 
 namespace velmara {
 namespace {

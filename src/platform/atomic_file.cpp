@@ -10,7 +10,7 @@
 #include <unistd.h>
 #include <utility>
 
-#include "platform/unfinished_file.h"
+#include "platform/temporary_files.h"
 
 namespace velmara {
 namespace {

@@ -7,8 +7,8 @@
 #include <QThreadPool>
 
 #include <deque>
+#include <memory>
 #include <mutex>
-#include <semaphore>
 #include <utility>
 
 namespace velmara {
@@ -42,7 +42,12 @@ class WaitingTasks {
 
 class MainQueue final : public TaskQueue {
  public:
-  void async(std::function<void()> task) override;
+  void async(std::function<void()> task) override {
+    tasks_.push(std::move(task), [this] {
+      QMetaObject::invokeMethod(
+          QCoreApplication::instance(), [this] { tasks_.runNext(); }, Qt::QueuedConnection);
+    });
+  }
   bool isCurrent() const override {
     const QCoreApplication* application = QCoreApplication::instance();
     return application != nullptr && application->thread() == QThread::currentThread();
@@ -52,50 +57,28 @@ class MainQueue final : public TaskQueue {
   WaitingTasks tasks_;
 };
 
-// Neither queue is ever destroyed: at the end of the process a task may still wait for the main
-// thread, which would wait for it in turn.
-MainQueue& theMainQueue() {
-  static auto* const queue = new MainQueue;
-  return *queue;
-}
-
-void MainQueue::async(std::function<void()> task) {
-  tasks_.push(std::move(task), [] {
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [] { theMainQueue().tasks_.runNext(); },
-        Qt::QueuedConnection);
-  });
-}
-
 class GlobalQueue final : public TaskQueue {
  public:
   GlobalQueue() {
     constexpr int kThreadsThatMayWait = 12;
     pool_.setMaxThreadCount(QThread::idealThreadCount() + kThreadsThatMayWait);
-    runner_.setAutoDelete(false);
+    runner_->setAutoDelete(false);
   }
   void async(std::function<void()> task) override {
-    tasks_.push(std::move(task), [this] { pool_.start(&runner_); });
+    tasks_.push(std::move(task), [this] { pool_.start(runner_.get()); });
   }
   bool isCurrent() const override { return pool_.contains(QThread::currentThread()); }
   bool isIdle() const { return pool_.activeThreadCount() == 0; }
 
  private:
-  // One for all tasks: each start of it runs the next.
-  class Runner final : public QRunnable {
-   public:
-    explicit Runner(WaitingTasks& tasks) : tasks_(tasks) {}
-    void run() override { tasks_.runNext(); }
-
-   private:
-    WaitingTasks& tasks_;
-  };
-
   WaitingTasks tasks_;
-  Runner runner_{tasks_};
+  // One for all tasks: each start of it runs the next.
+  const std::unique_ptr<QRunnable> runner_{QRunnable::create([this] { tasks_.runNext(); })};
   QThreadPool pool_;
 };
 
+// Neither queue is ever destroyed: at the end of the process a task may still wait for the main
+// thread, which would wait for it in turn.
 GlobalQueue& theGlobalQueue() {
   static auto* const queue = new GlobalQueue;
   return *queue;
@@ -104,7 +87,8 @@ GlobalQueue& theGlobalQueue() {
 }  // namespace
 
 TaskQueue& mainQueue() {
-  return theMainQueue();
+  static auto* const queue = new MainQueue;
+  return *queue;
 }
 
 TaskQueue& globalQueue() {
@@ -113,19 +97,6 @@ TaskQueue& globalQueue() {
 
 bool isGlobalQueueIdle() {
   return theGlobalQueue().isIdle();
-}
-
-void dispatchSync(TaskQueue& queue, const std::function<void()>& task) {
-  if (queue.isCurrent()) {
-    task();
-    return;
-  }
-  std::binary_semaphore done(0);
-  queue.async([&] {
-    task();
-    done.release();
-  });
-  done.acquire();
 }
 
 }  // namespace velmara

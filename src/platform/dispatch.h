@@ -1,7 +1,5 @@
 #pragma once
 
-#include <functional>
-
 #include "base/task_queue.h"
 
 namespace velmara {
@@ -16,9 +14,5 @@ TaskQueue& globalQueue();
 
 /// Whether no task of the global queue runs or waits at the moment.
 bool isGlobalQueueIdle();
-
-/// Runs a task on a queue and waits for its end. On a serial queue's own thread the task runs at
-/// once, since waiting there would be for ever.
-void dispatchSync(TaskQueue& queue, const std::function<void()>& task);
 
 }  // namespace velmara

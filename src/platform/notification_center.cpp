@@ -1,59 +1,53 @@
 #include "platform/notification_center.h"
 
-#include <algorithm>
-#include <cstdint>
+#include <atomic>
 #include <mutex>
 #include <utility>
 #include <vector>
 
 namespace velmara {
 
-struct NotificationCenter::Registry {
+struct NotificationCenter::Registry : std::enable_shared_from_this<Registry> {
   struct Observer {
-    std::uint64_t id;
     const QObject* owner;
     std::string name;
-    std::shared_ptr<const Handler> handler;
+    Handler handler;
+    std::atomic<bool> isRegistered = true;
   };
+  using Observers = std::vector<std::shared_ptr<Observer>>;
 
-  std::uint64_t add(const QObject* owner, std::string_view name, Handler handler) {
+  // Registers an observer, and returns what ends that.
+  std::function<void()> add(const QObject* owner, std::string_view name, Handler handler) {
+    const std::shared_ptr<Observer> added(
+        new Observer{owner, std::string(name), std::move(handler)});
     const std::scoped_lock lock(mutex);
-    observers.push_back(
-        {++lastId, owner, std::string(name), std::make_shared<const Handler>(std::move(handler))});
-    return lastId;
+    observers.push_back(added);
+    return [center = weak_from_this(), observer = std::weak_ptr(added)] {
+      const auto registry = center.lock();
+      const auto ended = observer.lock();
+      if (registry) registry->removeIf([&](const auto& other) { return other == ended; });
+    };
   }
 
   template <typename Predicate>
   void removeIf(Predicate predicate) {
-    std::vector<Observer> removed;  // Handlers die outside the lock: their captures may call back.
+    Observers removed;  // Handlers die outside the lock: their captures may call back.
     const std::scoped_lock lock(mutex);
-    const auto end =
-        std::stable_partition(observers.begin(), observers.end(),
-                              [&](const Observer& observer) { return !predicate(observer); });
-    std::move(end, observers.end(), std::back_inserter(removed));
-    observers.erase(end, observers.end());
+    std::erase_if(observers, [&](const auto& observer) {
+      if (!predicate(observer)) return false;
+      observer->isRegistered = false;
+      removed.push_back(observer);
+      return true;
+    });
   }
 
-  std::vector<std::uint64_t> idsFor(std::string_view name) {
+  Observers current() {
     const std::scoped_lock lock(mutex);
-    std::vector<std::uint64_t> ids;
-    for (const Observer& observer : observers) {
-      if (observer.name == name) ids.push_back(observer.id);
-    }
-    return ids;
-  }
-
-  std::shared_ptr<const Handler> handlerOf(std::uint64_t id) {
-    const std::scoped_lock lock(mutex);
-    for (const Observer& observer : observers) {
-      if (observer.id == id) return observer.handler;
-    }
-    return nullptr;
+    return observers;
   }
 
   std::mutex mutex;
-  std::uint64_t lastId = 0;
-  std::vector<Observer> observers;
+  Observers observers;
 };
 
 NotificationCenter::NotificationCenter() : registry_(std::make_shared<Registry>()) {}
@@ -62,37 +56,23 @@ NotificationCenter::~NotificationCenter() = default;
 
 void NotificationCenter::post(std::string_view name, std::any object, UserInfo userInfo) {
   const Notification notification{std::string(name), std::move(object), std::move(userInfo)};
-  const std::shared_ptr<Registry> registry = registry_;
-  for (const std::uint64_t id : registry->idsFor(name)) {
-    if (const auto handler = registry->handlerOf(id)) (*handler)(notification);
+  for (const auto& observer : registry_->current()) {
+    if (observer->name == name && observer->isRegistered) observer->handler(notification);
   }
 }
 
 void NotificationCenter::addObserver(const QObject& owner, std::string_view name, Handler handler) {
-  const std::uint64_t id = registry_->add(&owner, name, std::move(handler));
-  const std::weak_ptr<Registry> weak = registry_;
-  QObject::connect(&owner, &QObject::destroyed, [weak, id] {
-    if (const auto registry = weak.lock()) {
-      registry->removeIf([id](const Registry::Observer& observer) { return observer.id == id; });
-    }
-  });
+  QObject::connect(&owner, &QObject::destroyed, registry_->add(&owner, name, std::move(handler)));
 }
 
 NotificationCenter::Token NotificationCenter::addObserver(std::string_view name, Handler handler) {
-  const std::uint64_t id = registry_->add(nullptr, name, std::move(handler));
-  const std::weak_ptr<Registry> weak = registry_;
   // The token's value is of no interest, only its end is.
-  return {static_cast<const void*>(registry_.get()), [weak, id](const void*) {
-            if (const auto registry = weak.lock()) {
-              registry->removeIf(
-                  [id](const Registry::Observer& observer) { return observer.id == id; });
-            }
-          }};
+  return {static_cast<const void*>(registry_.get()),
+          [end = registry_->add(nullptr, name, std::move(handler))](const void*) { end(); }};
 }
 
 void NotificationCenter::removeObserver(const QObject& owner) {
-  registry_->removeIf(
-      [&owner](const Registry::Observer& observer) { return observer.owner == &owner; });
+  registry_->removeIf([&](const auto& observer) { return observer->owner == &owner; });
 }
 
 NotificationCenter& defaultCenter() {

@@ -9,13 +9,6 @@
 #include "platform/log.h"
 
 namespace velmara {
-namespace {
-
-QString toQString(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-}  // namespace
 
 std::string userDefaultsPath() {
   const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
@@ -33,7 +26,7 @@ UserDefaults::UserDefaults(const std::string& path)
 }
 
 QVariant UserDefaults::value(std::string_view key) const {
-  return settings_.value(toQString(key));
+  return settings_.value(QUtf8StringView(key));
 }
 
 QList<QVariantMap> UserDefaults::dictionaries(std::string_view key) const {
@@ -48,11 +41,11 @@ QList<QVariantMap> UserDefaults::dictionaries(std::string_view key) const {
 }
 
 void UserDefaults::set(std::string_view key, const QVariant& value) {
-  settings_.setValue(toQString(key), value);
+  settings_.setValue(QUtf8StringView(key), value);
 }
 
 void UserDefaults::remove(std::string_view key) {
-  settings_.remove(toQString(key));
+  settings_.remove(QUtf8StringView(key));
 }
 
 bool UserDefaults::synchronize() {

@@ -3,8 +3,14 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMimeDatabase>
+#include <QStandardPaths>
+#include <QStorageInfo>
 
+#include <algorithm>
+#include <cctype>
 #include <fcntl.h>
+#include <filesystem>
+#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -27,6 +33,18 @@ std::string typeOfUndecodableFile(const std::string& path, const QString& name) 
   return QMimeDatabase().mimeTypeForFileNameAndData(name, &file).name().toStdString();
 }
 
+// The user of the process, and not of the terminal, whom getlogin() would give.
+std::string loginName() {
+  const passwd* entry = ::getpwuid(::getuid());
+  return entry != nullptr ? entry->pw_name : "";
+}
+
+bool liesIn(const std::filesystem::path& path, const std::filesystem::path& folder) {
+  const std::filesystem::path relative =
+      path.lexically_normal().lexically_relative(folder.lexically_normal());
+  return !relative.empty() && relative != "." && *relative.begin() != "..";
+}
+
 }  // namespace
 
 std::string typeOfFile(const std::string& path) {
@@ -41,6 +59,27 @@ std::string typeOfFile(const std::string& path) {
 bool typeConformsToImage(std::string_view mimeType) {
   constexpr std::string_view kImage = "image/";
   return mimeType.size() > kImage.size() && mimeType.starts_with(kImage);
+}
+
+TrashPlaces trashPlacesFor(const std::string& path) {
+  const QString name = QFile::decodeName(path.c_str());
+  const QString root = QStorageInfo(QFileInfo(name).absolutePath()).rootPath();
+  const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+  return {.loginUser = loginName(),
+          .userId = static_cast<unsigned>(::getuid()),
+          .dataHome = QFile::encodeName(data).toStdString(),
+          .volumeRoot = QFile::encodeName(root).toStdString()};
+}
+
+bool isInTrash(const std::string& path, const TrashPlaces& places) {
+  std::string lowered = path;
+  std::transform(lowered.begin(), lowered.end(), lowered.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  const std::filesystem::path root(places.volumeRoot);
+  const std::string user = std::to_string(places.userId);
+  return lowered.starts_with("/users/" + places.loginUser + "/.trash/") ||
+         liesIn(path, std::filesystem::path(places.dataHome) / "Trash") ||
+         liesIn(path, root / (".Trash-" + user)) || liesIn(path, root / ".Trash" / user);
 }
 
 }  // namespace velmara

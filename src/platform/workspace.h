@@ -28,4 +28,23 @@ std::string typeOfFile(const std::string& path);
 /// Whether a MIME type is one of an image. Any thread.
 bool typeConformsToImage(std::string_view mimeType);
 
+/// What the trash test needs to know about the user and the place of a file.
+struct TrashPlaces {
+  std::string loginUser;
+  unsigned userId = 0;
+  /// $XDG_DATA_HOME, by default ~/.local/share.
+  std::string dataHome;
+  /// Where the volume that holds the file is mounted, "/" or "/media/card".
+  std::string volumeRoot;
+};
+
+/// The facts for a path, asked of the system.
+TrashPlaces trashPlacesFor(const std::string& path);
+
+/// Whether the absolute path lies in a trash folder of the desktop (freedesktop.org trash standard
+/// 1.0: Trash in the data home, .Trash-UID or .Trash/UID at the top of the file's volume) or, in
+/// lower case, in "/users/USER/.trash/". The user's name is not lowered, so only lower-case names
+/// match. The folder itself lies not in it.
+bool isInTrash(const std::string& path, const TrashPlaces& places);
+
 }  // namespace velmara

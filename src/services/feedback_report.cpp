@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/log_file.h"
+#include "platform/log.h"
 #include "services/local_date.h"
 #include "services/string_escaping.h"
 #include "services/usage_report.h"

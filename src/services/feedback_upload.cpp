@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "platform/log.h"
-#include "platform/notification_names.h"
+#include "platform/notification_center.h"
 
 namespace velmara {
 namespace {

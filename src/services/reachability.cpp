@@ -7,7 +7,7 @@
 
 #include "platform/dispatch.h"
 #include "platform/log.h"
-#include "platform/notification_names.h"
+#include "platform/notification_center.h"
 
 namespace velmara {
 namespace {

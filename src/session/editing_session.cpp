@@ -6,7 +6,7 @@
 #include "imaging/file_format.h"
 #include "imaging/memory_budget.h"
 #include "imaging/utils.h"
-#include "platform/trash.h"
+#include "platform/workspace.h"
 #include "session/bookmarks.h"
 #include "session/labels.h"
 #include "session/questions.h"

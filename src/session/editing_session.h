@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/alerts.h"
 #include "platform/bundle.h"
 #include "platform/panels.h"
 #include "platform/user_defaults.h"

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/alerts.h"
+#include "platform/panels.h"
 #include "session/photo_file.h"
 
 namespace velmara {

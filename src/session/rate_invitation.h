@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/alerts.h"
+#include "platform/panels.h"
 #include "platform/user_defaults.h"
 
 namespace velmara {

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "platform/notification_names.h"
+#include "platform/notification_center.h"
 #include "widgets/style.h"
 
 namespace velmara {

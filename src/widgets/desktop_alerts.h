@@ -6,7 +6,7 @@
 #include <QString>
 #include <QWidget>
 
-#include "platform/alerts.h"
+#include "platform/panels.h"
 
 namespace velmara {
 

@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 
 #include "platform/bundle.h"
-#include "platform/log_file.h"
+#include "platform/log.h"
 
 namespace velmara::e2e {
 namespace {

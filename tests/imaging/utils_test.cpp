@@ -12,7 +12,7 @@
 #include "imaging/picture_files.h"
 #include "imaging/pictures.h"
 #include "imaging/rotate_with_exif.h"
-#include "platform/temporary_directory.h"
+#include "platform/temporary_files.h"
 #include "support/recorded_log.h"
 
 namespace velmara {

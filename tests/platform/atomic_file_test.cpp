@@ -11,7 +11,7 @@
 #include <unistd.h>
 #include <vector>
 
-#include "platform/temporary_directory.h"
+#include "platform/temporary_files.h"
 #include "support/run_program.h"
 #include "support/scratch_folder.h"
 

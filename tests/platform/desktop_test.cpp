@@ -10,9 +10,7 @@
 
 #include "platform/bundle.h"
 #include "platform/log.h"
-#include "platform/log_file.h"
 #include "platform/panels.h"
-#include "platform/trash.h"
 #include "platform/workspace.h"
 #include "support/scratch_folder.h"
 
@@ -26,10 +24,10 @@ using testing_support::ScratchFolder;
 using testing_support::writeFile;
 
 TEST(TrashTest, KnowsTheTextsPrefixAndTheDesktopsFolders) {
-  const TrashPlaces places{.loginUser = "ada",
-                           .userId = 1000,
-                           .dataHome = "/home/ada/.local/share",
-                           .volumeRoot = "/media/card"};
+  TrashPlaces places{.loginUser = "ada",
+                     .userId = 1000,
+                     .dataHome = "/home/ada/.local/share",
+                     .volumeRoot = "/media/card"};
   const struct {
     const char* path;
     bool trashed;
@@ -56,12 +54,9 @@ TEST(TrashTest, KnowsTheTextsPrefixAndTheDesktopsFolders) {
       {"", false},
   };
   for (const auto& row : rows) EXPECT_EQ(isInTrash(row.path, places), row.trashed) << row.path;
-}
-
-// The user's name is not lowered, so one with capitals never matches.
-TEST(TrashTest, MatchesOnlyLowerCaseUserNames) {
-  EXPECT_FALSE(hasUserTrashPrefix("/Users/Ada/.Trash/a.jpg", "Ada"));
-  EXPECT_TRUE(hasUserTrashPrefix("/Users/Ada/.Trash/a.jpg", "ada"));
+  // The user's name is not lowered, so one with capitals never matches.
+  places.loginUser = "Ada";
+  EXPECT_FALSE(isInTrash("/Users/Ada/.Trash/a.jpg", places));
 }
 
 TEST(TrashTest, UsesTheSystemsOwnFacts) {

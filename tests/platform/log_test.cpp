@@ -8,7 +8,6 @@
 #include <unistd.h>
 #include <vector>
 
-#include "platform/log_file.h"
 #include "support/scratch_folder.h"
 
 namespace velmara {

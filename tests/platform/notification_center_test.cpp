@@ -9,8 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/notification_names.h"
-
 namespace velmara {
 namespace {
 

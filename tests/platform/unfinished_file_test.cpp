@@ -1,5 +1,3 @@
-#include "platform/unfinished_file.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/temporary_files.h"
 #include "support/scratch_folder.h"
 
 namespace velmara {

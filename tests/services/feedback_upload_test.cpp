@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "platform/dispatch.h"
-#include "platform/notification_names.h"
+#include "platform/notification_center.h"
 #include "services/event_loop.h"
 #include "services/local_date.h"
 #include "support/log_capture.h"

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <netinet/in.h>
 
-#include "platform/notification_names.h"
+#include "platform/notification_center.h"
 #include "services/event_loop.h"
 #include "support/log_capture.h"
 #include "support/network_namespace.h"

@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/alerts.h"
 #include "platform/panels.h"
 #include "platform/workspace.h"
 

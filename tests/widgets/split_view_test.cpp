@@ -8,7 +8,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/notification_names.h"
+#include "platform/notification_center.h"
 #include "support/manual_time.h"
 #include "support/painted_images.h"
 #include "widgets/customized_split_view.h"

@@ -6,8 +6,8 @@
 #include <string>
 
 #include "app/data_store/object_store.h"
-#include "platform/alerts.h"
 #include "platform/bundle.h"
+#include "platform/panels.h"
 
 namespace velmara {
 

@@ -10,7 +10,7 @@
 #include "app/sheets/save_changes_sheet.h"
 #include "app/sheets/tips_sheet.h"
 #include "imaging/file_format.h"
-#include "platform/trash.h"
+#include "platform/workspace.h"
 #include "session/questions.h"
 #include "ui_MainScreenViewController.h"
 

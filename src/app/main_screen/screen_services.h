@@ -3,10 +3,8 @@
 #include <functional>
 
 #include "base/task_queue.h"
-#include "platform/alerts.h"
 #include "platform/bundle.h"
 #include "platform/notification_center.h"
-#include "platform/notification_names.h"
 #include "platform/panels.h"
 #include "platform/timer.h"
 #include "platform/workspace.h"

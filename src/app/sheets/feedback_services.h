@@ -3,7 +3,6 @@
 #include <functional>
 #include <string>
 
-#include "platform/alerts.h"
 #include "platform/panels.h"
 #include "services/feedback_report.h"
 

@@ -1,17 +1,16 @@
 #pragma once
 
 #include <string>
-#include <string_view>
-#include <sys/types.h>
 
 namespace velmara {
 
-/// What begins the names of the files and folders a process of ours makes for itself: its number
-/// stands in them, so that a later one knows what has been left behind.
-std::string ownNamePrefix(std::string_view prefix);
+/// The process's own temporary directory, ending in "/": made on first use with mode 0700 inside
+/// the system's temporary directory, removed at the end of the process. What processes of ours that
+/// are gone left there is removed when it is made. Empty if it cannot be made. Any thread.
+const std::string& temporaryDirectory();
 
-/// Whether a name was made with that prefix by a process that is gone.
-bool isLeftBehind(std::string_view name, std::string_view prefix);
+/// Removes it now, for a process that ends without its usual clean-up.
+void removeTemporaryDirectory();
 
 /// A file under a hidden name that only stands until its bytes are complete. Should the process be
 /// killed meanwhile, a later one finds it by a note, a symbolic link to it in a folder of ours.

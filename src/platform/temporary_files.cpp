@@ -1,0 +1,141 @@
+#include "platform/temporary_files.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+#include <QString>
+
+#include <cerrno>
+#include <charconv>
+#include <cstdlib>
+#include <filesystem>
+#include <random>
+#include <signal.h>
+#include <string_view>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <system_error>
+#include <unistd.h>
+
+#include "platform/log.h"
+
+namespace velmara {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kDirectoryPrefix = "velmara-";
+constexpr std::string_view kUnfinishedPrefix = ".velmara-";
+
+// The number of the process stands in the names it makes up, so that a later one knows what has
+// been left behind.
+std::string ownName(std::string_view prefix, std::string_view rest) {
+  return std::string(prefix).append(std::to_string(::getpid())).append("-").append(rest);
+}
+
+// Whether a name was made with that prefix by a process that is gone.
+bool isLeftBehind(std::string_view name, std::string_view prefix) {
+  if (!name.starts_with(prefix)) return false;
+  name.remove_prefix(prefix.size());
+  pid_t owner = 0;
+  const auto [end, failure] = std::from_chars(name.data(), name.data() + name.size(), owner);
+  const bool wellFormed = failure == std::errc() && end != name.data() + name.size() && *end == '-';
+  return wellFormed && owner > 0 && ::kill(owner, 0) != 0 && errno == ESRCH;
+}
+
+bool isOurs(const fs::path& folder) {
+  struct stat status {};
+  return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+         status.st_uid == ::geteuid();
+}
+
+void removeLeftovers(const fs::path& base) {
+  std::error_code failure;
+  for (const auto& entry : fs::directory_iterator(base, failure)) {
+    const fs::path& path = entry.path();
+    if (!isLeftBehind(path.filename().native(), kDirectoryPrefix) || !isOurs(path)) continue;
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+  }
+}
+
+class OwnDirectory {
+ public:
+  OwnDirectory() {
+    const std::string base = QFile::encodeName(QDir::tempPath()).toStdString();
+    removeLeftovers(base);
+    std::string name = base + "/" + ownName(kDirectoryPrefix, "XXXXXX");
+    if (::mkdtemp(name.data()) == nullptr) {
+      logLine("cannot make a temporary directory in " + base);
+      return;
+    }
+    path_ = name + "/";
+  }
+  OwnDirectory(const OwnDirectory&) = delete;
+  OwnDirectory& operator=(const OwnDirectory&) = delete;
+  ~OwnDirectory() { remove(); }
+
+  void remove() const {
+    std::error_code ignored;
+    if (!path_.empty()) fs::remove_all(path_, ignored);
+  }
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+const OwnDirectory& ownDirectory() {
+  static const OwnDirectory directory;
+  return directory;
+}
+
+fs::path notesFolder() {
+  const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+  return fs::path(QFile::encodeName(data).toStdString()) / "velmara" / "unfinished";
+}
+
+std::string madeUpName() {
+  std::random_device random;
+  return ownName(kUnfinishedPrefix, QString::asprintf("%08x.tmp", random()).toStdString());
+}
+
+}  // namespace
+
+const std::string& temporaryDirectory() {
+  return ownDirectory().path();
+}
+
+void removeTemporaryDirectory() {
+  ownDirectory().remove();
+}
+
+UnfinishedFile::UnfinishedFile(const std::string& folder) {
+  const std::string name = madeUpName();
+  path_ = folder + "/" + name;
+  const fs::path notes = notesFolder();
+  std::error_code failure;
+  fs::create_directories(notes, failure);
+  const fs::path file = fs::absolute(path_, failure);
+  const std::string note = (notes / name).string();
+  // Without a note the file can be written all the same.
+  if (!failure && ::symlink(file.c_str(), note.c_str()) == 0) note_ = note;
+}
+
+UnfinishedFile::~UnfinishedFile() {
+  if (!note_.empty()) ::unlink(note_.c_str());
+}
+
+void removeUnfinishedFiles() {
+  std::error_code failure;
+  for (const auto& note : fs::directory_iterator(notesFolder(), failure)) {
+    std::error_code unreadable;
+    const fs::path file = fs::read_symlink(note.path(), unreadable);
+    const std::string name = note.path().filename().string();
+    if (unreadable || file.filename() != name || !isLeftBehind(name, kUnfinishedPrefix)) continue;
+    if (!fs::is_directory(file.parent_path(), unreadable)) continue;
+    if (::unlink(file.c_str()) == 0 || errno == ENOENT) ::unlink(note.path().c_str());
+  }
+}
+
+}  // namespace velmara
