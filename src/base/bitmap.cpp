@@ -24,13 +24,6 @@ std::shared_ptr<std::uint8_t[]> samplesFor(std::size_t count) {
 
 }  // namespace
 
-Bitmap::Bitmap(std::shared_ptr<const std::uint8_t[]> samples, int width, int height,
-               int samplesPerPixel)
-    : samples_(std::move(samples)),
-      width_(width),
-      height_(height),
-      samplesPerPixel_(samplesPerPixel) {}
-
 Bitmap Bitmap::copyOf(std::span<const std::uint8_t> bytes, int width, int height,
                       int samplesPerPixel) {
   auto builder = BitmapBuilder::allocate(width, height, samplesPerPixel);
@@ -50,22 +43,14 @@ std::optional<BitmapBuilder> BitmapBuilder::allocate(std::int64_t width, std::in
   const auto count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
                      static_cast<std::size_t>(samplesPerPixel);
   try {
-    return BitmapBuilder(samplesFor(count), static_cast<int>(width), static_cast<int>(height),
-                         samplesPerPixel);
+    auto samples = samplesFor(count);
+    std::uint8_t* const first = samples.get();
+    return BitmapBuilder(
+        {std::move(samples), static_cast<int>(width), static_cast<int>(height), samplesPerPixel},
+        first);
   } catch (const std::bad_alloc&) {
     return std::nullopt;
   }
-}
-
-BitmapBuilder::BitmapBuilder(std::shared_ptr<std::uint8_t[]> samples, int width, int height,
-                             int samplesPerPixel)
-    : samples_(std::move(samples)),
-      width_(width),
-      height_(height),
-      samplesPerPixel_(samplesPerPixel) {}
-
-Bitmap BitmapBuilder::finish() && {
-  return {std::move(samples_), width_, height_, samplesPerPixel_};
 }
 
 bool isOpaque(const Bitmap& bitmap) {

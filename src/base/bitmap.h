@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <utility>
 
 namespace velmara {
 
@@ -23,7 +24,11 @@ class Bitmap {
 
   Bitmap() = default;
   /// Wraps samples that hold width * height * samplesPerPixel bytes.
-  Bitmap(std::shared_ptr<const std::uint8_t[]> samples, int width, int height, int samplesPerPixel);
+  Bitmap(std::shared_ptr<const std::uint8_t[]> samples, int width, int height, int samplesPerPixel)
+      : samples_(std::move(samples)),
+        width_(width),
+        height_(height),
+        samplesPerPixel_(samplesPerPixel) {}
 
   /// A copy of `bytes`; not valid if the sizes are not positive, beyond kMaxPixels or do not match
   /// the number of bytes.
@@ -74,28 +79,22 @@ class BitmapBuilder {
   static std::optional<BitmapBuilder> allocate(std::int64_t width, std::int64_t height,
                                                int samplesPerPixel);
 
-  int width() const { return width_; }
-  int height() const { return height_; }
-  int samplesPerPixel() const { return samplesPerPixel_; }
-  std::size_t rowBytes() const {
-    return static_cast<std::size_t>(width_) * static_cast<std::size_t>(samplesPerPixel_);
-  }
-  std::span<std::uint8_t> bytes() {
-    return {samples_.get(), rowBytes() * static_cast<std::size_t>(height_)};
-  }
-  std::uint8_t* row(int y) { return samples_.get() + static_cast<std::size_t>(y) * rowBytes(); }
+  int width() const { return bitmap_.width(); }
+  int height() const { return bitmap_.height(); }
+  int samplesPerPixel() const { return bitmap_.samplesPerPixel(); }
+  std::size_t rowBytes() const { return bitmap_.rowBytes(); }
+  std::span<std::uint8_t> bytes() { return {samples_, bitmap_.byteCount()}; }
+  std::uint8_t* row(int y) { return samples_ + static_cast<std::size_t>(y) * rowBytes(); }
 
   /// Turns the samples into a bitmap without a copy; the builder is used up.
-  Bitmap finish() &&;
+  Bitmap finish() && { return std::move(bitmap_); }
 
  private:
-  BitmapBuilder(std::shared_ptr<std::uint8_t[]> samples, int width, int height,
-                int samplesPerPixel);
+  BitmapBuilder(Bitmap bitmap, std::uint8_t* samples)
+      : bitmap_(std::move(bitmap)), samples_(samples) {}
 
-  std::shared_ptr<std::uint8_t[]> samples_;
-  int width_ = 0;
-  int height_ = 0;
-  int samplesPerPixel_ = 0;
+  Bitmap bitmap_;
+  std::uint8_t* samples_;  ///< of the bitmap, which nobody else has yet
 };
 
 }  // namespace velmara

@@ -33,11 +33,6 @@ PictureRows rowsOf(const Bitmap& bitmap) {
       [bitmap](int y, std::uint8_t* out) { std::memcpy(out, bitmap.row(y), bitmap.rowBytes()); }};
 }
 
-Bitmap withMirroredBorder(const Bitmap& bitmap, int border) {
-  if (!bitmap.isValid()) return {};
-  return addBorder(rowsOf(bitmap), border, {});
-}
-
 Bitmap addBorder(const PictureRows& picture, int border, const LogSink& log) {
   const auto& [width, height, samples, writeRow] = picture;
   if (log) {

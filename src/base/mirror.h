@@ -12,11 +12,6 @@ namespace velmara {
 /// at both ends again and again, the end samples repeated: -1 shows 0, count shows count - 1.
 std::int64_t mirroredIndex(std::int64_t index, std::int64_t count);
 
-/// The bitmap inside a mirrored frame `border` pixels wide on each side, its corners mirrored both
-/// ways, with the same samples per pixel. Not valid if the input is not, the border is negative or
-/// the memory is not to be had.
-Bitmap withMirroredBorder(const Bitmap& bitmap, int border);
-
 /// A picture of which only the rows are known: `writeRow(y, out)` writes width * samples bytes.
 struct PictureRows {
   int width = 0, height = 0, samples = 0;
@@ -24,8 +19,10 @@ struct PictureRows {
 };
 PictureRows rowsOf(const Bitmap& bitmap);
 
-/// The toolkit's border, with its lines in the log: withMirroredBorder of a picture of which each
-/// row is asked for once.
+/// The toolkit's border, with its lines in the log: the picture, of which each row is asked for
+/// once, inside a mirrored frame `border` pixels wide on each side, its corners mirrored both ways,
+/// with the same samples per pixel. Not valid if the input is not, the border is negative or the
+/// memory is not to be had.
 Bitmap addBorder(const PictureRows& picture, int border, const LogSink& log);
 
 }  // namespace velmara
