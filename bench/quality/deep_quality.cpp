@@ -2,7 +2,9 @@
 //   deep_quality white DEVIATION PICTURE...        noise is added, 8 bits
 //   deep_quality pairs NOISY MEAN NOISY MEAN ...   photos and what they should look like
 //   deep_quality self PICTURE...                   clean pictures, which should stay as they are
-//   deep_quality time WIDTH HEIGHT THREADS [DEVIATION]   DEVIATION 0 stands for a camera's noise
+//   deep_quality time WIDTH HEIGHT THREADS [DEVIATION [PARTWIDTH PARTHEIGHT]]
+//                                               DEVIATION 0 stands for a camera's noise; the part
+//                                               is in the middle
 // With VELMARA_DEEP_OUT=FOLDER the results are written there as PPM.
 #include <chrono>
 #include <cmath>
@@ -93,7 +95,7 @@ void compare(const std::string& name, const Bitmap& noisy, const Bitmap& clean, 
   ++table.count;
 }
 
-void timeOne(int width, int height, int threads, double deviation) {
+void timeOne(int width, int height, int threads, double deviation, int partWidth, int partHeight) {
   std::vector<std::uint8_t> samples(static_cast<std::size_t>(width) *
                                     static_cast<std::size_t>(height) * 3);
   for (int y = 0; y < height; ++y) {
@@ -114,12 +116,14 @@ void timeOne(int width, int height, int threads, double deviation) {
   const auto measured = std::chrono::steady_clock::now();
   if (deviation == 0.0) noise.isWhite = false;
   const std::clock_t processor = std::clock();
-  const auto result = denoiseDeeply(noisy, noise, {1.0F, &workers, threads, false}, control);
+  DeepRequest request{1.0F, &workers, threads, false};
+  request.part = {(width - partWidth) / 2, (height - partHeight) / 2, partWidth, partHeight};
+  const auto result = denoiseDeeply(noisy, noise, request, control);
   const auto end = std::chrono::steady_clock::now();
   const double used = static_cast<double>(std::clock() - processor) / CLOCKS_PER_SEC;
   const std::chrono::duration<double> measuring = measured - begin;
   const std::chrono::duration<double> took = end - measured;
-  const double megapixels = width * 1e-6 * height;
+  const double megapixels = partWidth * 1e-6 * partHeight;
   std::printf(
       "%.2f MP, %d threads: measuring %.2f s, filtering %.2f s (%.2f s of a processor a "
       "megapixel)\n",
@@ -144,8 +148,11 @@ int run(const std::vector<std::string>& words) {
       compare(nameOf(words[i]), picture, picture, table);
     }
   } else if (words.size() >= 4 && words[0] == "time") {
-    timeOne(std::stoi(words[1]), std::stoi(words[2]), std::stoi(words[3]),
-            words.size() > 4 ? std::stod(words[4]) : 25.0);
+    const int width = std::stoi(words[1]);
+    const int height = std::stoi(words[2]);
+    const bool isPart = words.size() > 6;
+    timeOne(width, height, std::stoi(words[3]), words.size() > 4 ? std::stod(words[4]) : 25.0,
+            isPart ? std::stoi(words[5]) : width, isPart ? std::stoi(words[6]) : height);
     return 0;
   } else {
     std::fprintf(stderr, "see the beginning of deep_quality.cpp\n");

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "base/bitmap.h"
+#include "base/geometry.h"
 #include "base/job_control.h"
 #include "base/task_queue.h"
 #include "engine/deep/deep_noise.h"
@@ -19,18 +20,24 @@ struct DeepRequest {
   int threads = 1;
   /// Whether the readable reference works in place of the fast kernel: both give the same bits.
   bool plainly = false;
+  /// What is wanted of the picture; all of it if there is nothing here.
+  std::optional<PixelRect> part = std::nullopt;
+  /// How large the picture is against the one whose noise was measured, at most 1.
+  float scale = 1.0F;
 };
 
-/// The noise of a picture (noise_measure.h); none if the memory is not to be had.
-DeepNoise measureNoise(const Bitmap& bitmap);
+/// The noise of a picture (noise_measure.h); none if the memory is not to be had, and what is of no
+/// use if `control` was cancelled.
+DeepNoise measureNoise(const Bitmap& bitmap, JobControl* control = nullptr);
 
 /// A picture without its noise, of the same size and samples per pixel; alpha stays. Collaborative
 /// filtering (deep_pass.h): white noise at full size, with what clipping did undone; a camera's
 /// also at smaller sizes first, whose result takes the place of the lower frequencies.
 ///
-/// The result depends on the picture, the noise and the strength alone. Of a part of a picture it
-/// is the same, to the bit, 96 pixels or more from the part's edges if the part begins at multiples
-/// of 8; for a camera's noise 640 pixels and multiples of 32.
+/// The result depends on the picture, the noise, the strength and the scale alone. A part of it, as
+/// large as `part` is inside the picture, is the same to the bit, and only the picture around it is
+/// filtered that it depends on: some 80 pixels each way, for a camera's noise also 160 at half and
+/// 320 at a quarter of its size.
 /// Calls from any thread, waits for its helpers, sets `control`'s progress. Nothing if it was
 /// cancelled, the picture is not valid or the memory is not to be had (40 bytes a pixel).
 std::optional<Bitmap> denoiseDeeply(const Bitmap& bitmap, const DeepNoise& noise,

@@ -55,7 +55,7 @@ DeepNoise whiteNoise(float deviation) {
   return noise;
 }
 
-BlockNoise blockNoise(const DeepNoise& noise, float strength, int level, bool isFused) {
+BlockNoise blockNoise(const DeepNoise& noise, float strength, float scale, bool isFused) {
   constexpr float kUnit = OpponentPlanes::kOne * OpponentPlanes::kOne;
   BlockNoise result;
   for (std::size_t c = 0; c < 3; ++c) {
@@ -68,13 +68,12 @@ BlockNoise blockNoise(const DeepNoise& noise, float strength, int level, bool is
       result.variance[c][i] = kUnit * std::max(static_cast<float>(variance), kLeastVariance);
     }
   }
-  const float shrunk = 1.0F / static_cast<float>(1 << level);
   for (std::size_t k = 0; k < 3; ++k) {
     const float factor = noise.isWhite ? 1.0F : (k == 0 ? kPhotoBrightness : kPhotoColor);
     for (std::size_t i = 0; i < 64; ++i) {
       const std::size_t frequency = frequencyOf(i);
       const float amplitude =
-          shrunk * amplitudeAt(noise.amplitude[k], static_cast<float>(frequency) * shrunk);
+          scale * amplitudeAt(noise.amplitude[k], static_cast<float>(frequency) * scale);
       float energy = factor * amplitude * amplitude;
       if (isFused && frequency < 3) energy *= kFused[frequency];
       result.spectrum[k][i] = std::max(energy, 1e-5F);

@@ -29,10 +29,10 @@ struct DeepNoise {
 /// White noise of one deviation in all channels.
 DeepNoise whiteNoise(float deviation);
 
-/// The noise, `strength` times as strong, of a picture that was halved `level` times, as
-/// BlockNoise. If `isFused` the picture's lower frequencies have been replaced by those of a
-/// filtered smaller one.
-BlockNoise blockNoise(const DeepNoise& noise, float strength, int level, bool isFused);
+/// The noise, `strength` times as strong, of a picture that is seen at `scale` times its size, at
+/// most 1, as BlockNoise. If `isFused` the picture's lower frequencies have been replaced by those
+/// of a filtered smaller one.
+BlockNoise blockNoise(const DeepNoise& noise, float strength, float scale, bool isFused);
 
 /// For each value the sample that it stands for. Clipping moves the mean of white noise away from
 /// both ends; this moves it back.

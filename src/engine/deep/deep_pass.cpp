@@ -5,10 +5,13 @@
 
 namespace velmara {
 
-bool BlockSums::allocate(std::size_t pixels) {
+bool BlockSums::allocate(std::size_t pixels, const JobControl& control) {
   try {
-    for (auto& plane : samples) plane.assign(pixels, 0);
-    weights.assign(pixels, 0);
+    // Filling so much memory takes its time.
+    for (auto* plane : {&samples[0], &samples[1], &samples[2], &weights}) {
+      if (control.isCancelled()) return false;
+      plane->assign(pixels, 0);
+    }
   } catch (const std::bad_alloc&) {
     return false;
   }
@@ -27,7 +30,8 @@ void takeMeans(BlockSums& sums, OpponentPlanes& planes, std::size_t begin, std::
     std::int32_t* in = sums.samples[k].data();
     std::int16_t* out = planes.planes[k].data();
     for (std::size_t i = begin; i < end; ++i) {
-      const float mean = static_cast<float>(in[i]) / static_cast<float>(sums.weights[i]);
+      const float mean =
+          static_cast<float>(in[i]) / static_cast<float>(std::max(sums.weights[i], 1));
       out[i] = static_cast<std::int16_t>((mean + kRounder) - kRounder);
       in[i] = 0;
     }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "base/job_control.h"
 #include "engine/deep/opponent_planes.h"
 
 namespace velmara {
@@ -38,6 +39,9 @@ struct DeepPass {
   static constexpr int kGroup = 16;
   static constexpr int kRadius = 15;
   static constexpr int kStep = OpponentPlanes::kStep;
+  /// How far from a pixel its result is made of others: the block that covers it, the stack that
+  /// block is in and what that stack was found in.
+  static constexpr int kReach = 2 * kRadius + 7;
   /// What a coefficient has to exceed, in standard deviations of its noise.
   static constexpr float kThreshold[3] = {2.5F, 3.2F, 3.2F};
   /// The largest weight, and the largest sample: sums of every block that can reach a pixel stay
@@ -64,8 +68,8 @@ struct BlockSums {
   std::array<std::vector<std::int32_t>, 3> samples;
   std::vector<std::int32_t> weights;
 
-  /// Zeros for so many pixels; false if the memory is not to be had.
-  bool allocate(std::size_t pixels);
+  /// Zeros for so many pixels; false if the memory is not to be had or the control was cancelled.
+  bool allocate(std::size_t pixels, const JobControl& control);
 };
 
 /// The brightness of planes as blocks are compared by it, in halves of a level.
@@ -78,7 +82,8 @@ void addBlocksPlainly(const DeepPass& pass, int row, int columnBegin, int column
 /// The same bits with the vectors of the chosen instruction set (engine/fast/instruction_sets.h).
 void addBlocks(const DeepPass& pass, int row, int columnBegin, int columnEnd, BlockSums& sums);
 
-/// The weighted means of pixels [begin, end) that the sums stand for; the sums become 0.
+/// The weighted means of pixels [begin, end) that the sums stand for, 0 where no block has added
+/// any; the sums become 0.
 void takeMeans(BlockSums& sums, OpponentPlanes& planes, std::size_t begin, std::size_t end);
 
 }  // namespace velmara

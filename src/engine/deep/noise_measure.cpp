@@ -101,17 +101,21 @@ DeepNoise photoNoiseOf(const PhotoNoise& measured) {
 
 }  // namespace
 
-DeepNoise measureNoise(const OpponentPlanes& planes) {
-  const BlockStatistics blocks(planes);
+DeepNoise measureNoise(const OpponentPlanes& planes, JobControl& control) {
+  const BlockStatistics blocks(planes, control);
+  control.setProgress(0.5);
+  if (control.isCancelled()) return {};
   if (blocks.whiteness() >= kWhiteness) return whiteNoiseOf(blocks);
   std::array<BrightnessEnergies, 3> levels;
-  levels[0] = BrightnessEnergies(planes, 4);
+  levels[0] = BrightnessEnergies(planes, 4, control);
   std::optional<OpponentPlanes> half = halved(planes);
-  for (std::size_t i = 1; i < levels.size() && half; ++i) {
-    levels[i] = BrightnessEnergies(*half, 2);
+  for (std::size_t i = 1; i < levels.size() && half && !control.isCancelled(); ++i) {
+    levels[i] = BrightnessEnergies(*half, 2, control);
     half = halved(*half);
   }
-  return photoNoiseOf(PhotoNoise(planes, levels));
+  control.setProgress(0.8);
+  if (control.isCancelled()) return {};
+  return photoNoiseOf(PhotoNoise(planes, levels, control));
 }
 
 }  // namespace velmara

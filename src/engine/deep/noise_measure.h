@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/job_control.h"
 #include "engine/deep/deep_noise.h"
 
 namespace velmara {
@@ -12,6 +13,8 @@ namespace velmara {
 /// frequencies of brightness, where texture is too: it counts where the flatter blocks of a
 /// brightness agree with each other, and with the same picture at half and a quarter of its size,
 /// which texture does not. A picture without either has no noise.
-DeepNoise measureNoise(const OpponentPlanes& planes);
+///
+/// Of no use if the control was cancelled, which ends it early.
+DeepNoise measureNoise(const OpponentPlanes& planes, JobControl& control);
 
 }  // namespace velmara

@@ -49,10 +49,10 @@ float quantileOf(const Entries& entries, double part, Value value) {
 
 }  // namespace
 
-BlockStatistics::BlockStatistics(const OpponentPlanes& planes) {
+BlockStatistics::BlockStatistics(const OpponentPlanes& planes, const JobControl& control) {
   const int step = stepFor(planes, 4);
   float colour = 0.0F;
-  for (int y = 0; y + 8 <= planes.height; y += step) {
+  for (int y = 0; y + 8 <= planes.height && !control.isCancelled(); y += step) {
     for (int x = 0; x + 8 <= planes.width; x += step) {
       const std::ptrdiff_t place = std::ptrdiff_t{y} * planes.width + x;
       std::array<Block, 3> blocks;
@@ -149,9 +149,10 @@ std::vector<NoisePoint> BlockStatistics::whitePoints(std::size_t channel) const 
   return points;
 }
 
-BrightnessEnergies::BrightnessEnergies(const OpponentPlanes& planes, int step) {
+BrightnessEnergies::BrightnessEnergies(const OpponentPlanes& planes, int step,
+                                       const JobControl& control) {
   step = stepFor(planes, step);
-  for (int y = 0; y + 8 <= planes.height; y += step) {
+  for (int y = 0; y + 8 <= planes.height && !control.isCancelled(); y += step) {
     for (int x = 0; x + 8 <= planes.width; x += step) {
       const std::ptrdiff_t place = std::ptrdiff_t{y} * planes.width + x;
       const Block block = cosinesOf(planes.planes[0].data() + place, planes.width);
@@ -162,7 +163,7 @@ BrightnessEnergies::BrightnessEnergies(const OpponentPlanes& planes, int step) {
 }
 
 PhotoNoise::PhotoNoise(const OpponentPlanes& planes,
-                       const std::array<BrightnessEnergies, 3>& levels) {
+                       const std::array<BrightnessEnergies, 3>& levels, const JobControl& control) {
   // Energies of noise at a fifth and at the half of all blocks differ by the chance in them alone,
   // and a picture of half the size has half its amplitude, or little more: noise is smooth. Edges
   // and texture differ more from block to block, and are coarser.
@@ -205,7 +206,7 @@ PhotoNoise::PhotoNoise(const OpponentPlanes& planes,
                     fifths[2] <= kMostAtQuarter * fifth &&
                     (range.amplitude < kMostAmplitude || upper >= kLeastUpper * fifth * fifth);
   }
-  measureUpper(planes, levels[0], edges);
+  measureUpper(planes, levels[0], edges, control);
 
   // Where it could not be told from texture, noise is taken to be what it is at the nearest
   // brightness where it could, but never more than there is of both.
@@ -223,11 +224,12 @@ PhotoNoise::PhotoNoise(const OpponentPlanes& planes,
 }
 
 void PhotoNoise::measureUpper(const OpponentPlanes& planes, const BrightnessEnergies& energies,
-                              const std::array<float, kBrightnessRanges + 1>& edges) {
+                              const std::array<float, kBrightnessRanges + 1>& edges,
+                              const JobControl& control) {
   std::array<std::array<double, 15>, 3> sums = {};
   std::array<double, 15> counts = {};
   for (std::size_t range = 0; range < ranges_.size(); ++range) {
-    if (!ranges_[range].isNoise) continue;
+    if (!ranges_[range].isNoise || control.isCancelled()) continue;
     const float amplitude = std::max(ranges_[range].amplitude, 0.1F);
     for (const auto& entry : energies.entries) {
       // The flatter half, about.

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/job_control.h"
 #include "engine/deep/block_transform.h"
 #include "engine/deep/opponent_planes.h"
 
@@ -18,10 +19,11 @@ struct NoisePoint {
   double variance = 0.0;
 };
 
-/// What blocks all over a picture say of white noise.
+/// What blocks all over a picture say of white noise. Of no use, like all of this, if the control
+/// was cancelled while it was made, which ends that early.
 class BlockStatistics {
  public:
-  explicit BlockStatistics(const OpponentPlanes& planes);
+  BlockStatistics(const OpponentPlanes& planes, const JobControl& control);
 
   /// The energy of the higher frequencies of colour against that of the middle ones, of brightness
   /// if there is no colour; 0 if there is neither.
@@ -57,14 +59,15 @@ struct BrightnessEnergies {
 
   BrightnessEnergies() = default;
   /// Of blocks at least `step` apart.
-  BrightnessEnergies(const OpponentPlanes& planes, int step);
+  BrightnessEnergies(const OpponentPlanes& planes, int step, const JobControl& control);
 };
 
 /// What is left of noise in a camera's JPEG.
 class PhotoNoise {
  public:
   /// `levels` are those of the picture, of its half and of its quarter.
-  PhotoNoise(const OpponentPlanes& planes, const std::array<BrightnessEnergies, 3>& levels);
+  PhotoNoise(const OpponentPlanes& planes, const std::array<BrightnessEnergies, 3>& levels,
+             const JobControl& control);
 
   /// The amplitude of the middle frequencies at a brightness, 0 if no noise was found.
   float amplitudeAt(float brightness) const;
@@ -78,7 +81,8 @@ class PhotoNoise {
     bool isNoise = false;
   };
   void measureUpper(const OpponentPlanes& planes, const BrightnessEnergies& energies,
-                    const std::array<float, kBrightnessRanges + 1>& edges);
+                    const std::array<float, kBrightnessRanges + 1>& edges,
+                    const JobControl& control);
 
   std::array<Range, kBrightnessRanges> ranges_;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace velmara {
 namespace {
@@ -82,9 +83,23 @@ void fromOpponent(const OpponentPlanes& planes, const SampleTables& tables, cons
   }
 }
 
+bool cropTo(OpponentPlanes& planes, const PixelRect& rect) {
+  if (rect == PixelRect{0, 0, planes.width, planes.height}) return true;
+  auto cropped = OpponentPlanes::allocate(rect.width, rect.height);
+  if (!cropped) return false;
+  for (std::size_t k = 0; k < 3; ++k) {
+    for (int y = 0; y < rect.height; ++y) {
+      const std::int16_t* row =
+          planes.planes[k].data() + std::ptrdiff_t{rect.y + y} * planes.width + rect.x;
+      std::copy(row, row + rect.width, cropped->planes[k].begin() + std::ptrdiff_t{y} * rect.width);
+    }
+  }
+  planes = std::move(*cropped);
+  return true;
+}
+
 std::optional<OpponentPlanes> halved(const OpponentPlanes& planes) {
-  const auto half = [](int side) { return std::max(side / 2 / 4 * 4, OpponentPlanes::kLeastSide); };
-  auto made = OpponentPlanes::allocate(half(planes.width), half(planes.height));
+  auto made = OpponentPlanes::allocate(halvedSide(planes.width), halvedSide(planes.height));
   if (!made) return std::nullopt;
   for (std::size_t k = 0; k < 3; ++k) {
     std::int16_t* out = made->planes[k].data();
@@ -103,7 +118,7 @@ std::optional<OpponentPlanes> halved(const OpponentPlanes& planes) {
 }
 
 void addEnlargedDifference(const OpponentPlanes& filtered, const OpponentPlanes& plain,
-                           OpponentPlanes& planes) {
+                           OpponentPlanes& planes, int rowBegin, int rowEnd) {
   // A pixel lies a quarter of a coarse pixel from the centre of the nearest one.
   const auto near = [](int at, int size) { return std::min(at / 2, size - 1); };
   const auto far = [](int at, int size) {
@@ -113,8 +128,8 @@ void addEnlargedDifference(const OpponentPlanes& filtered, const OpponentPlanes&
   for (std::size_t k = 0; k < 3; ++k) {
     const std::int16_t* f = filtered.planes[k].data();
     const std::int16_t* p = plain.planes[k].data();
-    std::int16_t* out = planes.planes[k].data();
-    for (int y = 0; y < planes.height; ++y) {
+    std::int16_t* out = planes.planes[k].data() + std::ptrdiff_t{rowBegin} * planes.width;
+    for (int y = rowBegin; y < rowEnd; ++y) {
       const std::ptrdiff_t nearRow = std::ptrdiff_t{near(y, plain.height)} * width;
       const std::ptrdiff_t farRow = std::ptrdiff_t{far(y, plain.height)} * width;
       for (int x = 0; x < planes.width; ++x, ++out) {

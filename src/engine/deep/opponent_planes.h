@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/bitmap.h"
+#include "base/geometry.h"
 
 namespace velmara {
 
@@ -59,11 +60,22 @@ using SampleTables = std::array<std::array<std::uint8_t, 255 * OpponentPlanes::k
 void fromOpponent(const OpponentPlanes& planes, const SampleTables& tables, const Bitmap& original,
                   std::uint8_t* samples, int rowBegin, int rowEnd);
 
-/// Half the width and height, rounded down to what OpponentPlanes allows: means of 2 x 2.
+/// Leaves what is inside a rectangle, which lies in the planes; false if the memory is not to be
+/// had.
+bool cropTo(OpponentPlanes& planes, const PixelRect& rect);
+
+/// Half a side, rounded down to what OpponentPlanes allows.
+constexpr int halvedSide(int side) {
+  const int half = side / 2 / OpponentPlanes::kStep * OpponentPlanes::kStep;
+  return half < OpponentPlanes::kLeastSide ? OpponentPlanes::kLeastSide : half;
+}
+
+/// Half the width and height: means of 2 x 2.
 std::optional<OpponentPlanes> halved(const OpponentPlanes& planes);
 
-/// Adds (filtered - plain), both of half the size, to `planes`, enlarged linearly.
+/// Adds (filtered - plain), both of half the size, to rows [rowBegin, rowEnd) of `planes`, enlarged
+/// linearly.
 void addEnlargedDifference(const OpponentPlanes& filtered, const OpponentPlanes& plain,
-                           OpponentPlanes& planes);
+                           OpponentPlanes& planes, int rowBegin, int rowEnd);
 
 }  // namespace velmara

@@ -129,6 +129,10 @@ TEST(DenoisedDeeply, FollowsItsStrength) {
   const double measured = psnrBetween(denoised(noisy, 1.0F), noisy);
   EXPECT_GT(weak, measured + 3.0);
   EXPECT_GT(measured, psnrBetween(denoised(noisy, 2.0F), noisy));
+  // Of a picture that was made smaller a part of the noise is left.
+  JobControl control;
+  const auto small = denoiseDeeply(noisy, measureNoise(noisy), {.scale = 0.2F}, control);
+  EXPECT_NEAR(psnrBetween(*small, noisy), weak, 3.0);
 }
 
 TEST(DenoisedDeeply, KeepsGrayGrayAndAlphaAsItIs) {
@@ -146,6 +150,7 @@ TEST(DenoisedDeeply, StopsWhenCancelledAndTellsHowFarItIs) {
   JobControl control;
   control.cancel();
   EXPECT_FALSE(denoiseDeeply(noisy, whiteNoise(25.0F), {}, control));
+  EXPECT_TRUE(measureNoise(noisy, &control).isNone());
 
   JobControl running;
   std::optional<Bitmap> result = Bitmap();

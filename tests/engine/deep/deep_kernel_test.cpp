@@ -74,25 +74,30 @@ TEST(DeepKernel, GivesTheSameBitsOnAnyNumberOfThreads) {
 }
 
 TEST(DeepKernel, GivesAPartThePixelsOfTheWhole) {
+  const Bitmap wide = withWhiteNoise(scene(1500, 133), 20.0);
+  const Bitmap noisy = withWhiteNoise(scene(701, 590, 4), 20.0);
   struct Case {
-    int width, height, margin;
+    const Bitmap& picture;
     DeepNoise noise;
+    PixelRect part;
   };
-  for (const Case& c :
-       {Case{400, 60, 96, whiteNoise(20.0F)}, {1500, 132, 640, smoothNoise(8.0F)}}) {
-    const Bitmap noisy = withWhiteNoise(scene(c.width, c.height), 20.0);
-    constexpr int kX = 64;
-    const int width = c.width - kX - 36;
-    std::vector<std::uint8_t> cut;
-    for (int y = 0; y < c.height; ++y) {
-      cut.insert(cut.end(), noisy.pixel(kX, y), noisy.pixel(kX, y) + std::ptrdiff_t{3} * width);
-    }
-    const auto whole = denoised(noisy, c.noise, {});
-    const auto part = denoised(Bitmap::copyOf(cut, width, c.height, 3), c.noise, {});
-    for (int y = 0; y < c.height; ++y) {
-      const auto* a = part.data() + std::ptrdiff_t{3} * (y * width + c.margin);
-      const auto* b = whole.data() + std::ptrdiff_t{3} * (y * c.width + c.margin + kX);
-      ASSERT_TRUE(std::equal(a, a + std::ptrdiff_t{3} * (width - 2 * c.margin), b)) << "row " << y;
+  for (const Case& c : {Case{wide, smoothNoise(8.0F), {733, 10, 41, 80}},
+                        Case{wide, whiteNoise(20.0F), {1400, -5, 200, 50}},
+                        Case{noisy, whiteNoise(20.0F), {233, 307, 1, 1}},
+                        Case{noisy, smoothNoise(8.0F), {297, 303, 90, 75}},
+                        Case{noisy, smoothNoise(8.0F), {0, 555, 701, 35}},
+                        Case{noisy, DeepNoise(), {7, 8, 9, 10}}}) {
+    SCOPED_TRACE(testing::PrintToString(c.part.x) + " of " +
+                 testing::PrintToString(c.picture.width()));
+    const auto whole = denoised(c.picture, c.noise, {});
+    const auto part = denoised(c.picture, c.noise, {.part = c.part});
+    const PixelRect inside = intersection(c.part, {0, 0, c.picture.width(), c.picture.height()});
+    const auto bytes = static_cast<std::ptrdiff_t>(inside.width) * c.picture.samplesPerPixel();
+    ASSERT_EQ(std::ssize(part), bytes * inside.height);
+    for (int y = 0; y < inside.height; ++y) {
+      const auto* wanted =
+          whole.data() + (c.picture.pixel(inside.x, inside.y + y) - c.picture.row(0));
+      ASSERT_TRUE(std::equal(wanted, wanted + bytes, part.data() + y * bytes)) << "row " << y;
     }
   }
 }
