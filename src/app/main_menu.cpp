@@ -64,6 +64,8 @@ void addDenoiseMenu(QMenuBar& bar, MainScreenViewController& screen) {
   QMenu& menu = *bar.addMenu(MenuText::tr("&Denoise"));
   addAction(menu, MenuText::tr("&Auto Mode"), {QKeySequence("A")},
             [&screen] { screen.controls().click(Control::btnAutoMode); });
+  addAction(menu, MenuText::tr("&Deep"), {QKeySequence("D")},
+            [&screen] { screen.controls().click(Control::btnDeepMode); });
   addAction(menu, MenuText::tr("&Stronger"), {QKeySequence(Qt::Key_PageUp)},
             [&screen] { screen.changeLevel(1); });
   addAction(menu, MenuText::tr("&Weaker"), {QKeySequence(Qt::Key_PageDown)},

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <initializer_list>
 #include <utility>
 
 #include "base/alpha.h"
@@ -75,6 +76,17 @@ Bitmap RotateWithEXIF(const Bitmap& bitmap, int orientation) {
     }
   }
   return std::move(*upright).finish();
+}
+
+PixelRect storedRect(const PixelRect& upright, int orientation, int width, int height) {
+  PixelRect stored = upright;
+  if (exchangesSides(orientation)) stored = {upright.y, upright.x, upright.height, upright.width};
+  const auto isOneOf = [orientation](std::initializer_list<int> list) {
+    return std::ranges::find(list, orientation) != list.end();
+  };
+  if (isOneOf({2, 3, 7, 8})) stored.x = width - stored.x - stored.width;
+  if (isOneOf({3, 4, 6, 7})) stored.y = height - stored.y - stored.height;
+  return stored;
 }
 
 Image flipImageHorizontally(const Image& image) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/bitmap.h"
+#include "base/geometry.h"
 #include "base/image.h"
 
 namespace velmara {
@@ -12,6 +13,10 @@ namespace velmara {
 /// other orientation gives the bitmap unchanged. Not valid if the input is not or the memory is not
 /// to be had.
 Bitmap RotateWithEXIF(const Bitmap& bitmap, int orientation);
+
+/// Where the pixels of a rectangle of the upright picture are stored, under the same orientations,
+/// in a bitmap of width x height pixels.
+PixelRect storedRect(const PixelRect& upright, int orientation, int width, int height);
 
 /// Whether an orientation moves any pixel.
 constexpr bool isTurnedBy(int orientation) {

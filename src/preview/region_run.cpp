@@ -98,13 +98,14 @@ void RegionRun::render(const Cut& cut) {
       [this, alive = std::weak_ptr(alive_), cut, mainQueue = &services_.mainQueue] {
         const Bitmap region = cut.picture.render(cut.pixels);
         if (!region.isValid()) return;
-        mainQueue->async([this, alive, region, token = cut.token] {
-          if (!alive.expired() && generation_.isCurrent(token)) process(region);
+        mainQueue->async([this, alive, region, token = cut.token,
+                          place = ShownPlace{cut.pixels, cut.picture.size()}] {
+          if (!alive.expired() && generation_.isCurrent(token)) process(region, place);
         });
       });
 }
 
-void RegionRun::process(const Bitmap& region) {
+void RegionRun::process(const Bitmap& region, const ShownPlace& place) {
   if (!hasPhoto()) return;
   if (isRunning()) {
     // A run of what was seen before has begun meanwhile.
@@ -121,7 +122,7 @@ void RegionRun::process(const Bitmap& region) {
   services_.globalQueue.async([file = file_, region, path = record.filePath,
                                token = file_->announce()] { file->write(path, region, token); });
   services_.session.setSelectedImageFileToProccessing(record);
-  services_.session.setRegion(Image(region), zoom_);
+  services_.session.setRegion(Image(region), zoom_, place);
   regionCut();
   services_.session.seletedPhotoToBeFilteredIsChanged();
 }

@@ -85,7 +85,7 @@ class RegionRun {
 
   void takeScreenShotAndProccess(const Cut& cut);
   void render(const Cut& cut);
-  void process(const Bitmap& region);
+  void process(const Bitmap& region, const ShownPlace& place);
 
   PreviewServices services_;
   Bitmap imgToBeFilter_;

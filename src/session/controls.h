@@ -20,9 +20,10 @@ enum class Control : unsigned {
   btnSplitMode,
   btnDualMode,
   btnAutoMode,
+  btnDeepMode,
   sliderCustomDenoise,
 };
-inline constexpr unsigned kControlCount = 15;
+inline constexpr unsigned kControlCount = 16;
 
 using ControlSet = EnumSet<Control>;
 

@@ -110,8 +110,8 @@ FilterParameters exportParameters(double psnr, const DenoiseMode& mode) {
 }
 
 float deepStrength(const DenoiseMode& mode) {
-  constexpr float kLevelAsMeasured = 5.0F;
-  return mode.isAutoMode ? 1.0F : static_cast<float>(mode.denoiseLevelValue) / kLevelAsMeasured;
+  constexpr auto kAsMeasured = static_cast<float>(kDeepLevelAsMeasured);
+  return mode.isAutoMode ? 1.0F : static_cast<float>(mode.denoiseLevelValue) / kAsMeasured;
 }
 
 FilterParameters calibrationParameters(const SigmaThreshold& parameters, const DenoiseMode& mode) {

@@ -68,6 +68,9 @@ FilterParameters filterParameters(const SigmaThreshold& parameters, const Denois
 /// earlier choices.
 FilterParameters exportParameters(double psnr, const DenoiseMode& mode);
 
+/// The level at which the deep method takes the noise as it was measured.
+inline constexpr double kDeepLevelAsMeasured = 5.0;
+
 /// How many times as strong as measured the deep method takes the noise: once in automatic mode,
 /// else a fifth of the level.
 float deepStrength(const DenoiseMode& mode);

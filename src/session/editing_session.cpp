@@ -165,9 +165,10 @@ void EditingSession::photoBecameCurrent(const LoadedPhoto& photo) {
   region_ = {};
   lastExportedImage_ = {};
   psnrOfRealImage_ = 0.0F;
+  deepNoise_.reset();
   hasToldFailure_ = false;
-  parameters_.sliderCustomDenoise = kLowestLevel;
-  parameters_.txtCustomDenoiseVal = percentLabel(kLowestLevel * 10.0);
+  parameters_.sliderCustomDenoise = restingLevel();
+  parameters_.txtCustomDenoiseVal = levelLabel(restingLevel());
   shownParameters_.reset();
   nextLevel_.reset();
   runState_.reset();

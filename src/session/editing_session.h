@@ -79,23 +79,32 @@ class EditingSession : public QObject {
   // Parameters and runs, in editing_session_run.cpp.
 
   bool isAutoModeOn() const { return parameters_.isAutoModeOn; }
+  /// Whether the deep method works in place of the levels' filter.
+  bool isDeepModeOn() const { return parameters_.isDeepModeOn; }
+  /// Whether the photo has noise that only the deep method reaches, and it is off. Measured after
+  /// the first preview, while nothing else is done.
+  bool isNoiseBeyondLevels() const;
   /// 1.0 to 10.0; during a run the next one's, if that is chosen already.
   double sliderCustomDenoise() const;
   /// The level in percent; in automatic mode what it chose, in words, once it has.
   std::string txtCustomDenoiseVal() const;
+  /// How a level is shown: in percent, or as the deep method takes it.
+  std::string levelLabel(double sliderValue) const;
   /// "Auto" or "Manual"; empty before the first run.
   const std::string& txtDenoiseMode() const { return parameters_.txtDenoiseMode; }
 
   /// The button has toggled itself before; only a manual level may leave it off.
   void btnAutoModeTapped(bool isOn);
+  /// Switches the deep method and runs again, with the same mode and level. Refused during a run.
+  void btnDeepModeTapped(bool isOn);
   /// A level chosen during a run is the next run's.
   void sliderCustomDenoiseAction(double value);
   void btnSoftModeAction();
   void btnHardModeAction();
 
-  /// What is seen of the photo, and at which zoom: what the next preview run filters. The size is
-  /// the pixels' own.
-  void setRegion(const Image& region, float currentZooomFactor);
+  /// What is seen of the photo, at which zoom and where: what the next preview run filters. The
+  /// size is the pixels' own.
+  void setRegion(const Image& region, float currentZooomFactor, const ShownPlace& place);
   /// The region is in its file now.
   void setSelectedImageFileToProccessing(const PhotoFile& region);
   const std::optional<PhotoFile>& selectedImageFileToProccessing() const {
@@ -175,7 +184,7 @@ class EditingSession : public QObject {
   /// A run on the photo begins, or its record has changed: the labels are to be filled.
   void photoShown(const PhotoFile& selectedImageFile);
   void selectedImageFileToProccessingChanged();
-  /// Mode, level or their labels.
+  /// Mode, level or their labels, or the photo's noise.
   void parametersChanged();
   /// The result of a preview run: `imgFilteredOriginal` and `imgFilteredBeforeClickedPrvw`. It is
   /// laid over the preview when the default mode is entered.
@@ -201,6 +210,7 @@ class EditingSession : public QObject {
     double sliderCustomDenoise = 1.0;
     std::string txtCustomDenoiseVal;
     std::string txtDenoiseMode;
+    bool isDeepModeOn = false;
   };
 
   void take(EditEvent event);
@@ -215,6 +225,10 @@ class EditingSession : public QObject {
   void dropJob();
   void takeMeasurements(const PhotoJobResult& result);
   void previewRunFinished(const PhotoJobResult& result);
+  std::string labelAfter(const PhotoJobResult& result) const;
+  double restingLevel() const;
+  void measureNoiseMeanwhile();
+  void noiseWasMeasured(const PhotoJobResult& result);
   void runWasEnded();
 
   void ask();
@@ -243,7 +257,9 @@ class EditingSession : public QObject {
   unsigned flagDenoiseModeSelected_ = 0;
   Image region_;
   float currentZooomFactor_ = 1.0F;
+  ShownPlace place_;
   float psnrOfRealImage_ = 0.0F;
+  std::optional<DeepNoise> deepNoise_;
   ManualMapping mapping_;
   std::int64_t pixelsProcessRate_ = 0;
   bool isResultWanted_ = false;

@@ -66,6 +66,7 @@ void EditingSession::beginExport() {
   request.photo = photo_;
   request.filtered = lastExportedImage_;
   request.psnrOfRealImage = psnrOfRealImage_;
+  request.deepNoise = deepNoise_;
   request.mapping = mapping_;
   request.pixelsProcessRate = pixelsProcessRate_;
   request.output = output();
@@ -96,6 +97,7 @@ void EditingSession::exportFinished(const PhotoJobResult& result) {
 // Its file is upright now and has its new size: nothing may turn it again.
 void EditingSession::takeReplacedPhoto(const PhotoJobResult& result) {
   photo_ = result.photo;
+  deepNoise_.reset();
   selectedImageFile_ = photo_.record;
   arraySelectedImagesToProcess_ = {photo_.record};
   Q_EMIT photoShown(*selectedImageFile_);

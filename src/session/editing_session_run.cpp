@@ -13,7 +13,22 @@ double EditingSession::sliderCustomDenoise() const {
 
 std::string EditingSession::txtCustomDenoiseVal() const {
   if (!nextLevel_) return parameters_.txtCustomDenoiseVal;
-  return percentLabel(denoiseLevelForSliderValue(*nextLevel_) * 10.0);
+  return levelLabel(*nextLevel_);
+}
+
+std::string EditingSession::levelLabel(double sliderValue) const {
+  const int level = denoiseLevelForSliderValue(sliderValue);
+  return isDeepModeOn() ? deepStrengthLabel(deepStrength(DenoiseMode::manual(level)))
+                        : percentLabel(level * 10.0);
+}
+
+// Where the slider stands in automatic mode.
+double EditingSession::restingLevel() const {
+  return isDeepModeOn() ? kDeepLevelAsMeasured : kLowestLevel;
+}
+
+bool EditingSession::isNoiseBeyondLevels() const {
+  return !isDeepModeOn() && deepNoise_ && deepNoise_->isBeyondLevels();
 }
 
 void EditingSession::btnAutoModeTapped(bool isOn) {
@@ -22,8 +37,18 @@ void EditingSession::btnAutoModeTapped(bool isOn) {
     Q_EMIT parametersChanged();
     return;
   }
-  parameters_.sliderCustomDenoise = kLowestLevel;
+  parameters_.sliderCustomDenoise = restingLevel();
   denoiseImageWithSliderValue(1, 1, true);
+}
+
+void EditingSession::btnDeepModeTapped(bool isOn) {
+  if (!isRunningAlgorithm() && hasPhoto()) {
+    parameters_.isDeepModeOn = isOn;
+    if (isAutoModeOn()) parameters_.sliderCustomDenoise = restingLevel();
+    parameters_.txtCustomDenoiseVal = levelLabel(parameters_.sliderCustomDenoise);
+    seletedPhotoToBeFilteredIsChanged();
+  }
+  Q_EMIT parametersChanged();
 }
 
 void EditingSession::sliderCustomDenoiseAction(double value) {
@@ -36,7 +61,7 @@ void EditingSession::sliderCustomDenoiseAction(double value) {
   const int level = denoiseLevelForSliderValue(value);
   parameters_.isAutoModeOn = false;
   parameters_.sliderCustomDenoise = value;
-  parameters_.txtCustomDenoiseVal = percentLabel(level * 10.0);
+  parameters_.txtCustomDenoiseVal = levelLabel(value);
   denoiseImageWithSliderValue(DenoiseMode::kManualThreshold, level, false);
 }
 
@@ -50,8 +75,10 @@ void EditingSession::btnHardModeAction() {
   sliderCustomDenoiseAction(sliderCustomDenoise());
 }
 
-void EditingSession::setRegion(const Image& region, float currentZooomFactor) {
+void EditingSession::setRegion(const Image& region, float currentZooomFactor,
+                               const ShownPlace& place) {
   region_ = region;
+  place_ = place;
   currentZooomFactor_ = currentZooomFactor;
 }
 
@@ -109,18 +136,25 @@ void EditingSession::applyOpenCVDenoiseAlgorithmWithSliderValue(int thresholdVal
   request.mode = {autoMode, thresholdValue, denoiseLevelValue};
   request.psnrOfRealImage = psnrOfRealImage_;
   request.mapping = mapping_;
-  request.calibrates = true;
+  request.isDeep = isDeepModeOn();
+  request.deepNoise = deepNoise_;
+  request.calibrates = !isDeepModeOn();
   request.pixelsProcessRate = pixelsProcessRate_;
   if (isExportingPhoto()) {
     request.output = output();
     startJob(std::move(request), &EditingSession::exportFinished);
-    return;
+  } else {
+    isResultWanted_ = true;
+    isCancelled_ = false;
+    request.region = region_;
+    request.place = place_;
+    request.currentZooomFactor = currentZooomFactor_;
+    startJob(std::move(request), &EditingSession::previewRunFinished);
   }
-  isResultWanted_ = true;
-  isCancelled_ = false;
-  request.region = region_;
-  request.currentZooomFactor = currentZooomFactor_;
-  startJob(std::move(request), &EditingSession::previewRunFinished);
+  // The other filter's speed says nothing of this one.
+  if (isDeepModeOn()) {
+    runState_.startProgress(1.0, [job = job_] { return job->progress(); });
+  }
 }
 
 void EditingSession::startJob(PhotoJobRequest request,
@@ -128,6 +162,7 @@ void EditingSession::startJob(PhotoJobRequest request,
   const auto isCurrent = [this, alive = std::weak_ptr(alive_), number = ++jobNumber_] {
     return !alive.expired() && number == jobNumber_;
   };
+  if (job_ != nullptr) job_->cancel();
   PhotoJobListener listener;
   listener.calibrated = [this, isCurrent](std::int64_t rate) {
     if (!isCurrent()) return;
@@ -173,6 +208,7 @@ void EditingSession::setupAndShowProgressBarViewForCurrentImage() {
 void EditingSession::takeMeasurements(const PhotoJobResult& result) {
   psnrOfRealImage_ = result.psnrOfRealImage;
   mapping_ = result.mapping;
+  deepNoise_ = result.deepNoise;
   pixelsProcessRate_ = result.pixelsProcessRate;
 }
 
@@ -181,9 +217,8 @@ void EditingSession::previewRunFinished(const PhotoJobResult& result) {
   takeMeasurements(result);
   const bool isFinished = result.end == End::finished && !isCancelled_;
   if (isFinished && isResultWanted_) {
-    if (isAutoModeOn()) {
-      parameters_.txtCustomDenoiseVal =
-          result.parameters ? strengthLabel(result.parameters->sigmaVal) : std::string();
+    if (isAutoModeOn() || isDeepModeOn()) {
+      parameters_.txtCustomDenoiseVal = labelAfter(result);
       Q_EMIT parametersChanged();
     }
     shownParameters_ = parameters_;
@@ -203,6 +238,14 @@ void EditingSession::previewRunFinished(const PhotoJobResult& result) {
   }
 }
 
+std::string EditingSession::labelAfter(const PhotoJobResult& result) const {
+  if (!isDeepModeOn()) {
+    return result.parameters ? strengthLabel(result.parameters->sigmaVal) : std::string();
+  }
+  if (result.deepNoise && result.deepNoise->isNone()) return noNoiseLabel();
+  return levelLabel(parameters_.sliderCustomDenoise);
+}
+
 void EditingSession::denoisingProcessCompletedWithOutputImage(const Image& image) {
   if (!image.isValid()) return;
   services_.jobs.log("Denoising Done !!");
@@ -215,6 +258,25 @@ void EditingSession::runWasEnded() {
   if (isRunningAlgorithm()) return;
   if (std::exchange(hasExported_, false)) Q_EMIT exportEnded();
   if (const auto level = std::exchange(nextLevel_, std::nullopt)) sliderCustomDenoiseAction(*level);
+  measureNoiseMeanwhile();
+}
+
+// For who looks at a photo that the levels leave as it is; whatever else is asked for ends it.
+void EditingSession::measureNoiseMeanwhile() {
+  const bool isIdle = state_ == EditState::kUnsaved || state_ == EditState::kSaved;
+  if (!isIdle || isRunningAlgorithm() || deepNoise_ || !photo_.image.isValid()) return;
+  PhotoJobRequest request;
+  request.path = photo_.record.filePath;
+  request.photo = photo_;
+  request.filters = false;
+  request.isDeep = true;
+  startJob(std::move(request), &EditingSession::noiseWasMeasured);
+}
+
+void EditingSession::noiseWasMeasured(const PhotoJobResult& result) {
+  if (result.end != PhotoJobResult::End::finished) return;
+  deepNoise_ = result.deepNoise;
+  Q_EMIT parametersChanged();
 }
 
 }  // namespace velmara

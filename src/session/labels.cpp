@@ -47,4 +47,14 @@ std::string strengthLabel(int sigmaVal) {
       .toStdString();
 }
 
+std::string deepStrengthLabel(float strength) {
+  return QCoreApplication::translate("Strength", "Noise × %1")
+      .arg(QString::fromStdString(fixedText(double{strength}, 1)))
+      .toStdString();
+}
+
+std::string noNoiseLabel() {
+  return QCoreApplication::translate("Strength", "No noise found").toStdString();
+}
+
 }  // namespace velmara

@@ -24,4 +24,9 @@ std::string pathLabel(const std::string& filePath);
 /// of ten.
 std::string strengthLabel(int sigmaVal);
 
+/// How strong the deep method takes the noise to be, against what was measured.
+std::string deepStrengthLabel(float strength);
+/// What it found where there was nothing to do.
+std::string noNoiseLabel();
+
 }  // namespace velmara

@@ -22,6 +22,9 @@ constexpr const char* kNoMemory = "not enough memory for the picture";
 
 // Roughly how long the steps take in comparison, for the one figure of progress.
 constexpr std::array<double, kPhotoSteps> kShares = {30.0, 20.0, 5.0, 0.0, 40.0, 2.0, 20.0, 3.0};
+// The deep method's own steps.
+constexpr double kDeepMeasure = 60.0;
+constexpr double kDeepFilter = 600.0;
 
 std::size_t indexOf(PhotoStep step) {
   return static_cast<std::size_t>(step);
@@ -71,8 +74,8 @@ class Run {
     const bool isMeasured =
         request_.isDeep ? request_.deepNoise.has_value()
                         : request_.parameters.has_value() || request_.psnrOfRealImage != 0.0F;
-    const bool measures = filters && !isMeasured;
-    needsPixels_ = !request_.filters || (filters && isWhole()) || measures;
+    const bool measures = (filters || request_.isDeep) && !isMeasured;
+    needsPixels_ = !request_.filters || (filters && (isWhole() || request_.isDeep)) || measures;
     const bool hasPixels = request_.photo && request_.photo->image.isValid();
     const bool writes = request_.output.has_value();
     plan(PhotoStep::load, !request_.photo || (needsPixels_ && !hasPixels));
@@ -123,13 +126,19 @@ class Run {
     return isNamed || path.empty() ? reason : "cannot write " + path + ": " + reason;
   }
 
+  double shareOf(std::size_t step) const {
+    if (request_.isDeep && step == indexOf(PhotoStep::measure)) return kDeepMeasure;
+    if (request_.isDeep && step == indexOf(PhotoStep::filter)) return kDeepFilter;
+    return kShares[step];
+  }
+
   double shareUpTo(std::size_t end) const {
     double done = 0.0;
     double all = 0.0;
     for (std::size_t i = 0; i < kPhotoSteps; ++i) {
       if (!isPlanned_[i]) continue;
-      all += kShares[i];
-      if (i < end) done += kShares[i];
+      all += shareOf(i);
+      if (i < end) done += shareOf(i);
     }
     return all > 0.0 ? done / all : 0.0;
   }
@@ -183,10 +192,16 @@ class Run {
 
   Status measure() {
     if (isTooSmall()) return Done{};
-    const Image picture = atOwnSize(result_.photo.image);
+    const Image& photo = result_.photo.image;
+    // The deep method takes opaque colours as they are.
+    const bool isPlain = request_.isDeep && photo.bitmap().samplesPerPixel() == 3;
+    const Image picture = isPlain ? photo : atOwnSize(photo);
     if (!picture.isValid()) return Error{kNoMemory};
     if (request_.isDeep) {
-      result_.deepNoise = measureNoise(picture.bitmap());
+      JobControl part = partOfStep();
+      const DeepNoise noise = measureNoise(picture.bitmap(), &part);
+      if (part.isCancelled()) return Error{"cancelled"};
+      result_.deepNoise = noise;
       return Done{};
     }
     result_.psnrOfRealImage = static_cast<float>(services_.engine.psnr(picture));
@@ -229,9 +244,9 @@ class Run {
   }
 
   Status filter() {
+    if (request_.isDeep && result_.deepNoise) return filterDeeply();
     const Image picture = pictureToFilter();
     if (!picture.isValid()) return Error{kNoMemory};
-    if (request_.isDeep && result_.deepNoise) return filterDeeply(picture);
     JobControl part = partOfStep();
     RunWatch watch{&part, {}};
     if (isWrittenAsFiltered(picture)) {
@@ -248,12 +263,20 @@ class Run {
     return result_.image.isValid() ? Status(Done{}) : Error{"the picture could not be filtered"};
   }
 
-  Status filterDeeply(const Image& picture) {
-    const std::size_t step = indexOf(PhotoStep::filter);
-    JobControl control(control_, shareUpTo(step), shareUpTo(step + 1));
+  Status filterDeeply() {
+    JobControl part = partOfStep();
     const DeepRequest deep{deepStrength(request_.mode), &services_.globalQueue,
                            static_cast<int>(std::thread::hardware_concurrency())};
-    auto filtered = denoiseDeeply(picture.bitmap(), *result_.deepNoise, deep, control);
+    if (!isWhole()) {
+      auto shown = denoiseRegionDeeply(result_.photo, *request_.region, request_.place,
+                                       *result_.deepNoise, deep, part);
+      if (!shown) return Error{kNoMemory};
+      result_.image = Image(std::move(*shown), request_.region->profile());
+      return Done{};
+    }
+    const Image picture = pictureToFilter();
+    if (!picture.isValid()) return Error{kNoMemory};
+    auto filtered = denoiseDeeply(picture.bitmap(), *result_.deepNoise, deep, part);
     if (!filtered) return Error{kNoMemory};
     result_.image = Image(std::move(*filtered), picture.profile()).withSize(picture.size());
     return Done{};
@@ -274,6 +297,12 @@ class Run {
   }
 
   Status encode() {
+    // In rows it can be stopped.
+    const Bitmap& bitmap = upright_.bitmap();
+    if (request_.isDeep && bitmap.samplesPerPixel() == 3) {
+      encoder_ = startEncoding(result_.photo.record, upright_, *request_.output->format, &control_);
+      if (encoder_ != nullptr) encoder_->add(bitmap.row(0), 0, bitmap.height());
+    }
     if (const auto encoder = std::move(encoder_)) {
       auto bytes = finishEncoding(result_.photo.record, *encoder, *request_.output->format);
       if (bytes) result_.encoded = std::move(bytes).value();

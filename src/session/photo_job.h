@@ -10,8 +10,9 @@
 #include "base/image.h"
 #include "base/job_control.h"
 #include "base/task_queue.h"
-#include "engine/deep/deep_denoise.h"
+#include "engine/deep/deep_noise.h"
 #include "imaging/image_writer.h"
+#include "session/deep_preview.h"
 #include "session/denoise_engine.h"
 #include "session/denoise_parameters.h"
 #include "session/loaded_photo.h"
@@ -52,11 +53,14 @@ struct PhotoJobRequest {
   /// needs them.
   std::optional<LoadedPhoto> photo;
 
-  /// False ends the job with the photo loaded (and, with `calibrates`, the speed measured).
+  /// False ends the job with the photo loaded (and the speed measured, with `calibrates`, and the
+  /// noise, with `isDeep`).
   bool filters = true;
   /// What is filtered instead of the whole photo: the pixels of a preview. Without it the job is an
   /// export (isExportingPhoto).
   std::optional<Image> region;
+  /// Where it lies, for the deep method.
+  ShownPlace place;
   /// A preview's zoom, 1.0 for 100 %.
   float currentZooomFactor = 1.0F;
   /// A whole-photo result of an earlier job, which is only to be turned and written.

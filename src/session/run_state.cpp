@@ -71,8 +71,9 @@ void RunState::enableActionsInDeafultModeAfterDelay() {
   timers_.after(this, kEnableActions, kBackToDefaultMode, [this] { enableActionsInDeafultMode(); });
 }
 
-void RunState::startProgress(double estimate) {
+void RunState::startProgress(double estimate, std::function<double()> partDone) {
   estimatedProgressCompletionTime_ = estimate;
+  partDone_ = std::move(partDone);
   progressTimeCounter_ = 0.0;
   Q_EMIT progressShown(estimate);
   progressTimer_ =
@@ -82,7 +83,8 @@ void RunState::startProgress(double estimate) {
 void RunState::updateProgress() {
   if (isRunningAlgorithm_) {
     progressTimeCounter_ =
-        progressAfterTick(progressTimeCounter_, estimatedProgressCompletionTime_);
+        partDone_ ? partDone_() * estimatedProgressCompletionTime_
+                  : progressAfterTick(progressTimeCounter_, estimatedProgressCompletionTime_);
     Q_EMIT progressChanged(progressTimeCounter_);
     return;
   }

@@ -2,6 +2,7 @@
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
 
 #include "base/task_queue.h"
@@ -50,8 +51,9 @@ class RunState : public QObject {
   /// The same 0.1 s from now.
   void enableActionsInDeafultModeAfterDelay();
 
-  /// Shows the bar for a run of an estimated number of seconds and moves it in 50 steps.
-  void startProgress(double estimate);
+  /// Shows the bar for a run of an estimated number of seconds and moves it in 50 steps, or to the
+  /// part of the work that is done where a function tells it.
+  void startProgress(double estimate, std::function<double()> partDone = {});
   /// One tick of the bar; the one after the end of the run hides it.
   void updateProgress();
   /// Walks the bar to its end at once.
@@ -87,6 +89,7 @@ class RunState : public QObject {
   bool isRunningAlgorithm_ = false;
   double estimatedProgressCompletionTime_ = 0.0;
   double progressTimeCounter_ = 0.0;
+  std::function<double()> partDone_;
   std::unique_ptr<Timer> progressTimer_;
   std::unique_ptr<Timer> timer_;
 };

@@ -178,7 +178,7 @@ TEST_F(ScreenTest, NothingMovesDuringARun) {
   for (const char* name :
        {"btnExport", "btnFitScreen", "btn100Percent", "btn200Percent", "btnCloseWindow",
         "btnMinimizeWindow", "btnZoomWindow", "btnZoomIn", "btnZoomOut", "btnSingleMode",
-        "btnSplitMode", "btnDualMode", "btnAutoMode", "btnAddPhoto"}) {
+        "btnSplitMode", "btnDualMode", "btnAutoMode", "btnDeepMode", "btnAddPhoto"}) {
     click(name);
     QTest::keyClick(&view(name), Qt::Key_Space);
   }
@@ -245,6 +245,38 @@ TEST_F(ScreenTest, LevelsAndAutoRunAgain) {
   EXPECT_EQ(slider.value(), slider.minimum());
   EXPECT_EQ(view<QLabel>("txtDenoiseMode").text(), "Auto");
   EXPECT_TRUE(view<QLabel>("txtCustomDenoiseVal").text().startsWith("Strength "));
+}
+
+TEST_F(ScreenTest, DeepShowsAt100PercentWhatIsSaved) {
+  runProgram({"convert", photo(), "-seed", "1", "-attenuate", "2", "+noise", "Gaussian",
+              folder.file("noisy.png")});
+  ASSERT_TRUE(openAndWait(folder.file("noisy.png")));
+  click("btn100Percent");
+  ASSERT_TRUE(waitForResult());
+  EXPECT_TRUE(view("lblNoise").isVisible());
+  const int runs = engine.runs();
+  QTest::keyClick(&window(), Qt::Key_D);
+  EXPECT_TRUE(view("progressBar").isVisible());
+  ASSERT_TRUE(waitForResult());
+  EXPECT_FALSE(view("lblNoise").isVisible());
+  EXPECT_EQ(view<ActionButton>("btnDeepMode").state(), 1);
+  EXPECT_EQ(view<QLabel>("txtCustomDenoiseVal").text(), QStringLiteral("Noise × 1.0"));
+  EXPECT_EQ(engine.runs(), runs);
+  panels.saveOptions.clear();
+  click("btnExport");
+  panels.answerSave(folder.file("out.png"));
+  ASSERT_TRUE(waitUntil([this] { return session().state() == EditState::kSaved; }));
+  ASSERT_TRUE(waitForResult());
+  const QImage saved =
+      QImage(QString::fromStdString(folder.file("out.png"))).convertToFormat(QImage::Format_RGB32);
+  EXPECT_TRUE(waitUntil([&] {
+    const PixelRect seen = view<PictureView>("imgFilteredImgVWRightForDual").frame();
+    const QImage shown = view("vwImageContainerForDualMode").grab().toImage();
+    return shown.copy(seen.x, seen.y, saved.width(), saved.height())
+               .convertToFormat(QImage::Format_RGB32) == saved;
+  }));
+  click("btnDeepMode");
+  ASSERT_TRUE(waitForRun(runs));
 }
 
 TEST_F(ScreenTest, TheHandleIsActedOnWhenItIsLetGo) {
@@ -319,6 +351,7 @@ TEST_F(ScreenTest, ToolTipsNameTheControlsAndTheirKeys) {
       {"btnSplitMode", "Split Mode\n2"},
       {"btnDualMode", "Dual Mode\n3"},
       {"btnAutoMode", "Auto Mode\nA"},
+      {"btnDeepMode", "Deep, For Strong Noise\nD"},
       {"sliderCustomDenoise", "Select Denoise Level\nPage Up, Page Down"},
       {"btnHelp", "Help"},
       {"btnFeedback", "Submit Feedback"}};

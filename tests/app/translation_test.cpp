@@ -102,6 +102,7 @@ TEST_F(TranslationTest, ReachesTheMenusAndTheToolTips) {
 TEST_F(TranslationTest, FitsInTheEmptyWindowAndInEveryStyle) {
   EXPECT_GT(expectWholeTexts(window()), 1);
   ASSERT_TRUE(openAndWait(photo()));
+  view("lblNoise").show();
   for (const char* style : {"btnSplitMode", "btnSingleMode", "btnDualMode"}) {
     click(style);
     ASSERT_TRUE(waitForResult());

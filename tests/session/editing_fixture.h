@@ -113,7 +113,7 @@ class EditingTest : public testing::Test {
     told.clear();
   }
   void requestPreview() {
-    session->setRegion(Image(region), zoom);
+    session->setRegion(Image(region), zoom, {{0, 0, region.width(), region.height()}, shown});
     session->seletedPhotoToBeFilteredIsChanged();
   }
   /// Answers the save panel.
@@ -147,6 +147,7 @@ class EditingTest : public testing::Test {
   // The window.
   Bitmap region = grayPicture(120, 100);
   float zoom = 1.0F;
+  Size shown{200, 150};
   bool previews = true;
   bool isSheetShown = false;
   bool isPanelShown = false;

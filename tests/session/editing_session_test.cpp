@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/alpha.h"
+#include "engine/deep/deep_pictures.h"
 #include "imaging/image_reader.h"
 #include "session/editing_fixture.h"
 #include "support/run_program.h"
@@ -141,6 +143,55 @@ TEST_F(RunTest, AutomaticModeIsLeftByTheSliderOnly) {
   finish();
   EXPECT_EQ(engine.filtered.back(), (FilterParameters{6, 3, 7}));
   EXPECT_EQ(session->txtCustomDenoiseVal(), "Strength 4 of 10");
+}
+
+TEST_F(RunTest, DeepTakesThePlaceOfTheFilterUntilItIsSwitchedOff) {
+  Utils::sharedUtils().saveImageInSelectedFormat(4, folder.file("noisy.png"),
+                                                 withWhiteNoise(scene(200, 150), 30.0));
+  region = withWhiteNoise(scene(120, 100), 30.0);
+  session->btnDeepModeTapped(true);
+  EXPECT_FALSE(session->isDeepModeOn()) << "there is no photo";
+  open(folder.file("noisy.png"));
+  EXPECT_TRUE(session->isNoiseBeyondLevels());
+  const std::size_t runs = engine.filtered.size();
+  const auto tap = [&](bool isOn) {
+    session->btnDeepModeTapped(isOn);
+    finish();
+  };
+  tap(true);
+  EXPECT_FALSE(session->isNoiseBeyondLevels()) << "nothing to be told of";
+  const struct {
+    double level;
+    const char* label;
+  } rows[] = {
+      {0.0, "Noise × 1.0"}, {6.0, "Noise × 1.2"}, {1.0, "Noise × 0.2"}, {10.0, "Noise × 2.0"}};
+  for (const auto& row : rows) {
+    if (row.level > 0.0) level(row.level);
+    EXPECT_EQ(session->txtCustomDenoiseVal(), row.label);
+    EXPECT_EQ(session->isAutoModeOn(), row.level == 0.0);
+  }
+  EXPECT_EQ(results.size(), 5U);
+  EXPECT_GT(psnrBetween(results[1].bitmap(), results[3].bitmap()), 5.0);
+  session->btnDeepModeTapped(false);
+  session->cancelRun();
+  finish();
+  EXPECT_TRUE(session->isDeepModeOn()) << "a run that was stopped";
+  session->btnAutoModeTapped(true);
+  finish();
+  EXPECT_EQ(session->sliderCustomDenoise(), 5.0) << "as measured";
+  save("out.png");
+  EXPECT_EQ(engine.filtered.size(), runs);
+  EXPECT_EQ(engine.calibrated.size(), 1U) << "by the first run";
+  const auto written = readImage(folder.file("out.png"));
+  EXPECT_GT(psnrBetween(asRgba(written->bitmap()), asRgba(scene(200, 150))), 26.0);
+
+  open(picture("clean.png"));
+  EXPECT_TRUE(session->isDeepModeOn());
+  EXPECT_EQ(session->txtCustomDenoiseVal(), "No noise found");
+  tap(false);
+  EXPECT_EQ(engine.filtered.size(), runs + 1);
+  EXPECT_EQ(session->sliderCustomDenoise(), 1.0);
+  EXPECT_FALSE(session->isNoiseBeyondLevels());
 }
 
 TEST_F(RunTest, SoftAndHardGiveTheSameParameters) {

@@ -16,7 +16,10 @@
 #include <vector>
 
 #include "base/alpha.h"
+#include "engine/deep/deep_pictures.h"
 #include "imaging/image_reader.h"
+#include "imaging/resample.h"
+#include "imaging/rotate_with_exif.h"
 #include "platform/dispatch.h"
 #include "session/export_formats.h"
 #include "support/run_program.h"
@@ -35,6 +38,11 @@ std::string outputOf(const std::vector<std::string>& words) {
   const auto result = runProgram(words);
   EXPECT_EQ(result.exitCode, 0) << result.errors;
   return result.output;
+}
+
+std::string pngOf(const Bitmap& bitmap) {
+  const auto bytes = encodeImage(bitmap, nullptr, FileFormat::png);
+  return bytes ? std::string(bytes->begin(), bytes->end()) : std::string();
 }
 
 // 240 x 160, its quarters of four colours, stored as an orientation says.
@@ -225,6 +233,40 @@ TEST_F(PhotoJobTest, APreviewFiltersItsRegionByTheWholePhotosNoise) {
   EXPECT_EQ(small.parameters, std::nullopt);
   EXPECT_EQ(small.image.size(), (Size{99, 100}));
   EXPECT_EQ(engine.filtered.size(), 2U);
+}
+
+TEST_F(PhotoJobTest, ADeepPreviewShowsWhatTheExportGives) {
+  const Bitmap clean = scene(240, 160);
+  const std::string path = folder.file("noisy.png");
+  for (int orientation = 1; orientation <= 8; ++orientation) {
+    const Bitmap noisy = withWhiteNoise(clean, 30.0);
+    testing_support::writeFile(path, pngOf(noisy));
+    outputOf({"exiv2", "-Mset Exif.Image.Orientation Short " + std::to_string(orientation), path});
+    PhotoJobRequest request;
+    request.path = path;
+    request.isDeep = true;
+    const auto exported = run(request);
+    ASSERT_EQ(exported.end, End::finished) << exported.reason;
+    ASSERT_TRUE(exported.deepNoise && exported.deepNoise->isBeyondLevels());
+    const Bitmap upright = RotateWithEXIF(exported.image.bitmap(), orientation);
+    request.photo = exported.photo;
+    const PixelRect part{31, 20, 101, 110};
+    for (const int zoom : {1, 2}) {
+      const int width = zoom * upright.width();
+      const int height = zoom * upright.height();
+      request.place = {part, {1.0 * width, 1.0 * height}};
+      request.region = Image(resampled(clean, part.width, part.height));
+      const Bitmap shown = run(request).image.bitmap();
+      const Bitmap wanted = ResampledBitmap(upright, width, height).part(part);
+      EXPECT_GT(psnrBetween(asRgba(shown), wanted), zoom == 1 ? 98.0 : 60.0) << orientation;
+    }
+    // What is smaller is filtered as it is seen.
+    request.place = {{0, 0, 120, 80}, {120.0, 80.0}};
+    request.region = Image(resampled(noisy, 120, 80));
+    const Bitmap small = resampled(clean, 120, 80);
+    EXPECT_GT(psnrBetween(asRgba(run(request).image.bitmap()), small), 26.0);
+  }
+  EXPECT_TRUE(engine.measured.empty() && engine.filtered.empty());
 }
 
 TEST_F(PhotoJobTest, MeasuresTheSpeedAsTheSessionDoes) {

@@ -60,27 +60,27 @@ class RunStateTest : public testing::Test {
 // In the order of Control: add, export, fit, 100, 200, close, minimise, zoom window, zoom in, zoom
 // out, single, split, dual, auto, slider.
 TEST_F(RunStateTest, EachStateTakesItsControls) {
-  EXPECT_EQ(letters(), "addddaaaddddddd") << "no photo";
+  EXPECT_EQ(letters(), "addddaaadddddddd") << "no photo";
   state.changeControls(controlsWithPhoto);
-  EXPECT_EQ(letters(), "aaaaaaaadaaaaaa") << "zoom in waits for the first result";
+  EXPECT_EQ(letters(), "aaaaaaaadaaaaaaa") << "zoom in waits for the first result";
   state.denoisingProcessStarted();
-  EXPECT_EQ(letters(), "iiiiiiiidiiiiid") << "running";
+  EXPECT_EQ(letters(), "iiiiiiiidiiiiiid") << "running";
   EXPECT_TRUE(controls.isDropAreaHidden);
   EXPECT_FALSE(controls.isWindowResizable);
   state.enableActionsInDeafultMode();
-  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaa") << "done";
+  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaaa") << "done";
   EXPECT_FALSE(controls.isDropAreaHidden);
   EXPECT_TRUE(controls.isWindowResizable);
   state.startTimerEvent();
-  EXPECT_EQ(letters(), "aaaaaaaaiiaaaid") << "settling";
+  EXPECT_EQ(letters(), "aaaaaaaaiiaaaiid") << "settling";
   state.stopTimerEvent();
-  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaa");
+  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaaa");
   state.changeControls(controlsAfterZoomIn);
-  EXPECT_EQ(letters(), "aaaaaaaadaaaaaa") << "zoomed in";
+  EXPECT_EQ(letters(), "aaaaaaaadaaaaaaa") << "zoomed in";
   state.changeControls(controlsAfterZoomOut);
-  EXPECT_EQ(letters(), "aaaaaaaadiaaaaa") << "zoomed out";
+  EXPECT_EQ(letters(), "aaaaaaaadiaaaaaa") << "zoomed out";
   state.enableActionsInDeafultMode();
-  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaa");
+  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaaa");
 }
 
 TEST_F(RunStateTest, ARunGoesThroughItsPhases) {

@@ -131,6 +131,7 @@ void MainScreenViewController::setupToolbarImages() {
   ui_->btnZoomIn->setIconName(QStringLiteral("zoom_in"));
   ui_->btnZoomOut->setIconName(QStringLiteral("zoom_out"));
   ui_->btnAutoMode->setIconName(QStringLiteral("auto_mode"));
+  ui_->btnDeepMode->setIconName(QStringLiteral("deep_mode"));
   ui_->btnSingleMode->setTag(0);
   ui_->btnSplitMode->setTag(1);
   ui_->btnDualMode->setTag(2);
@@ -158,6 +159,7 @@ void MainScreenViewController::setupToolTips() {
       {ui_->btnSplitMode, tr("Split Mode"), "2"},
       {ui_->btnDualMode, tr("Dual Mode"), "3"},
       {ui_->btnAutoMode, tr("Auto Mode"), "A"},
+      {ui_->btnDeepMode, tr("Deep, For Strong Noise"), "D"},
       {ui_->sliderCustomDenoise, tr("Select Denoise Level"), tr("Page Up, Page Down")},
       {ui_->btnHelp, tr("Help"), {}},
       {ui_->btnFeedback, tr("Submit Feedback"), {}},
@@ -193,6 +195,8 @@ void MainScreenViewController::setupActions() {
           &EditingSession::btnCloseWindowTapped);
   connect(ui_->btnAutoMode, &ActionButton::actionSent, edit,
           [this, edit] { edit->btnAutoModeTapped(ui_->btnAutoMode->state() != 0); });
+  connect(ui_->btnDeepMode, &ActionButton::actionSent, edit,
+          [this, edit] { edit->btnDeepModeTapped(ui_->btnDeepMode->state() != 0); });
   connect(ui_->btnCancelRun, &QAbstractButton::clicked, edit, &EditingSession::cancelRun);
   for (ActionButton* button : {ui_->btnSingleMode, ui_->btnSplitMode, ui_->btnDualMode}) {
     connectAction(button, &Screen::btnSingleSplitDualModeTapped);
@@ -220,6 +224,7 @@ void MainScreenViewController::setupActions() {
   controls_.setButton(Control::btnSplitMode, ui_->btnSplitMode);
   controls_.setButton(Control::btnDualMode, ui_->btnDualMode);
   controls_.setButton(Control::btnAutoMode, ui_->btnAutoMode);
+  controls_.setButton(Control::btnDeepMode, ui_->btnDeepMode);
   controls_.setSlider(ui_->sliderCustomDenoise);
   controls_.setFocusRefuge(ui_->vwPreviewContainer);
 }

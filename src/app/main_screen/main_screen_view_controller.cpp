@@ -93,8 +93,8 @@ void MainScreenViewController::setupSlider() {
   slider->setPageStep(static_cast<int>(kSliderUnits));
   slider->setTracking(false);
   connect(slider, &QSlider::sliderMoved, this, [this](int position) {
-    const int level = denoiseLevelForSliderValue(position / kSliderUnits);
-    ui_->txtCustomDenoiseVal->setText(QString::fromStdString(percentLabel(level * 10.0)));
+    ui_->txtCustomDenoiseVal->setText(
+        QString::fromStdString(session().levelLabel(position / kSliderUnits)));
   });
   connect(
       slider, &QSlider::sliderReleased, this,
@@ -257,6 +257,8 @@ void MainScreenViewController::showPhotoLabels(const PhotoFile& selectedImageFil
 
 void MainScreenViewController::showParameters() {
   ui_->btnAutoMode->setState(session().isAutoModeOn() ? 1 : 0);
+  ui_->btnDeepMode->setState(session().isDeepModeOn() ? 1 : 0);
+  ui_->lblNoise->setVisible(session().isNoiseBeyondLevels());
   if (!ui_->sliderCustomDenoise->isSliderDown()) {
     const QSignalBlocker noAction(ui_->sliderCustomDenoise);
     ui_->sliderCustomDenoise->setValue(
