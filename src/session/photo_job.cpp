@@ -185,7 +185,7 @@ class Run {
 
   bool isTooSmall() const {
     if (request_.isBare) return false;
-    if (isWhole()) return !isLargeEnoughToFilter(result_.photo.record);
+    if (isWhole() || request_.isDeep) return !isLargeEnoughToFilter(result_.photo.record);
     const Bitmap& bitmap = request_.region->bitmap();
     return std::int64_t{bitmap.width()} * bitmap.height() <= kLargestUnfilteredPhoto;
   }

@@ -92,9 +92,9 @@ class RandomWalk : public ScreenTest, public testing::WithParamInterface<int> {
   }
 
   void pressAButton() {
-    static constexpr const char* kButtons[] = {"btnSingleMode", "btnSplitMode",  "btnDualMode",
-                                               "btn100Percent", "btn200Percent", "btnFitScreen",
-                                               "btnZoomIn",     "btnZoomOut",    "btnAutoMode"};
+    static constexpr const char* kButtons[] = {
+        "btnSingleMode", "btnSplitMode", "btnDualMode", "btn100Percent", "btn200Percent",
+        "btnFitScreen",  "btnZoomIn",    "btnZoomOut",  "btnAutoMode",   "btnDeepMode"};
     click(kButtons[upTo(std::size(kButtons))]);
   }
   void chooseALevel() { screen().changeLevel(static_cast<int>(upTo(9)) - 4); }
