@@ -12,7 +12,7 @@
 #include "engine/noisy_photo.h"
 #include "engine/thread_queue.h"
 #include "imaging/recompress_jpeg.h"
-#include "platform/atomic_file.h"
+#include "platform/whole_file.h"
 #include "session/loaded_photo.h"
 #include "support/scratch_folder.h"
 

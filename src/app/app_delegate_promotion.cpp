@@ -2,7 +2,7 @@
 #include <QCheckBox>
 
 #include "app/app_delegate.h"
-#include "services/tracking_messages.h"
+#include "services/tracker.h"
 
 namespace velmara {
 

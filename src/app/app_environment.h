@@ -13,7 +13,7 @@
 #include "services/http_client.h"
 #include "services/service_addresses.h"
 #include "services/system_info.h"
-#include "services/tracking_messages.h"
+#include "services/tracker.h"
 #include "session/denoise_engine.h"
 
 namespace velmara {
@@ -35,7 +35,9 @@ struct AppEnvironment {
   std::string applicationSupport = applicationSupportDirectory();
   /// DO_NOT_TRACK: the install report is not sent.
   bool asksForNoTracking = velmara::asksForNoTracking(std::getenv("DO_NOT_TRACK"));
-  std::function<std::optional<std::string>()> serialNumber = SystemInfo::getSerialNumber;
+  std::function<std::optional<std::string>()> serialNumber = [] {
+    return SystemInfo::getSerialNumber();
+  };
   HttpOptions http = {};
 };
 

@@ -2,7 +2,7 @@
 #include <cstdlib>
 
 #include "app/run_application.h"
-#include "cli/run_command_line.h"
+#include "cli/commands.h"
 
 namespace {
 

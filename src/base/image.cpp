@@ -3,15 +3,6 @@
 #include <utility>
 
 namespace velmara {
-namespace {
-
-const Bitmap kNoBitmap;
-
-std::int64_t pixelCount(const Bitmap& bitmap) {
-  return std::int64_t{bitmap.width()} * bitmap.height();
-}
-
-}  // namespace
 
 Image::Image(Bitmap bitmap, ColorProfile profile) : profile_(std::move(profile)) {
   size_ = {static_cast<double>(bitmap.width()), static_cast<double>(bitmap.height())};
@@ -22,26 +13,26 @@ Image::Image(std::vector<Bitmap> representations, Size size, ColorProfile profil
     : representations_(std::move(representations)), size_(size), profile_(std::move(profile)) {}
 
 const Bitmap& Image::bitmap() const {
-  return isValid() ? representations_[0] : kNoBitmap;
+  static const Bitmap kNone;
+  return isValid() ? representations_[0] : kNone;
 }
 
 const Bitmap& Image::representationForDrawing(Size pixels) const {
-  const Bitmap* enough = nullptr;
-  const Bitmap* largest = &bitmap();
+  // What covers them comes before what does not, and of that the smallest, else the largest.
+  const auto fitness = [&](const Bitmap& bitmap) {
+    const bool covers = bitmap.width() >= pixels.width && bitmap.height() >= pixels.height;
+    const std::int64_t count = std::int64_t{bitmap.width()} * bitmap.height();
+    return std::pair(covers, covers ? -count : count);
+  };
+  const Bitmap* fittest = &bitmap();
   for (const Bitmap& candidate : representations_) {
-    const bool covers = candidate.width() >= pixels.width && candidate.height() >= pixels.height;
-    if (covers && (enough == nullptr || pixelCount(candidate) < pixelCount(*enough))) {
-      enough = &candidate;
-    }
-    if (pixelCount(candidate) > pixelCount(*largest)) largest = &candidate;
+    if (fitness(candidate) > fitness(*fittest)) fittest = &candidate;
   }
-  return enough != nullptr ? *enough : *largest;
+  return *fittest;
 }
 
 Image Image::withSize(Size size) const {
-  Image resized = *this;
-  resized.size_ = size;
-  return resized;
+  return {representations_, size, profile_};
 }
 
 }  // namespace velmara

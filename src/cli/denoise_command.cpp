@@ -1,24 +1,21 @@
-#include "cli/denoise_command.h"
-
 #include <chrono>
 #include <cstdio>
-#include <exception>
 #include <string>
 #include <unistd.h>
 #include <utility>
 
+#include "base/fixed_text.h"
+#include "cli/commands.h"
 #include "cli/comparison.h"
-#include "cli/interrupt.h"
 #include "cli/output.h"
-#include "cli/progress_line.h"
-#include "cli/summary.h"
+#include "cli/terminal.h"
 #include "engine/denoise_algo_implementation.h"
 #include "imaging/file_format.h"
 #include "imaging/recompress_jpeg.h"
-#include "platform/atomic_file.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
 #include "platform/temporary_files.h"
+#include "platform/whole_file.h"
 #include "session/photo_job.h"
 
 namespace velmara::cli {
@@ -30,8 +27,8 @@ struct PhotoCommand {
   const PhotoJobServices& services;
   OutputFiles& files;
 
-  Result<Summary> run(const std::string& input) const {
-    using Seconds = std::chrono::duration<double>;
+  /// What became of the photo: one line, or five with the details.
+  Result<std::string> run(const std::string& input) const {
     const auto start = std::chrono::steady_clock::now();
     auto photo = openPhoto(input);
     if (!photo) return Error{photo.error()};
@@ -42,17 +39,7 @@ struct PhotoCommand {
     const PhotoJobResult result = runPhotoJob(request(std::move(photo).value(), target));
     if (result.end != PhotoJobResult::End::finished) return Error{result.reason};
     if (Status written = takeFiles(result, target); !written) return Error{written.error()};
-    Summary summary;
-    summary.input = input;
-    summary.output = target.path;
-    summary.comparison = options.comparison;
-    summary.width = result.writtenWidth;
-    summary.height = result.writtenHeight;
-    if (result.parameters && !options.explicitParameters) summary.psnr = result.psnrOfRealImage;
-    summary.parameters = result.parameters;
-    if (options.isDeep) summary.deepNoise = result.deepNoise;
-    summary.seconds = Seconds(std::chrono::steady_clock::now() - start).count();
-    return summary;
+    return describe(input, target, result, std::chrono::steady_clock::now() - start);
   }
 
   PhotoJobRequest request(LoadedPhoto photo, const OutputTarget& target) const {
@@ -100,6 +87,32 @@ struct PhotoCommand {
     if (written) files.wasWritten(path);
     return written;
   }
+
+  std::string describe(const std::string& input, const OutputTarget& target,
+                       const PhotoJobResult& result, std::chrono::duration<double> time) const {
+    const bool isMeasured = result.parameters && !options.explicitParameters;
+    const std::string size =
+        std::to_string(result.writtenWidth) + " x " + std::to_string(result.writtenHeight) + " px";
+    const std::string filter = filterText(result) + ", " + fixedText(time.count(), 2) + " s";
+    const std::string noise = isMeasured ? noiseText(result.psnrOfRealImage) : "not measured";
+    if (!options.details) {
+      return input + " -> " + target.path + ": " + size + ", " + (isMeasured ? noise + ", " : "") +
+             filter + "\n";
+    }
+    return "Photo:      " + input + "\n" +   //
+           "Noise:      " + noise + "\n" +   //
+           "Filter:     " + filter + "\n" +  //
+           "Result:     " + target.path + ", " + size + "\n" +
+           "Comparison: " + options.comparison.value_or("none (--compare FILE.png)") + "\n";
+  }
+
+  std::string filterText(const PhotoJobResult& result) const {
+    if (options.isDeep && result.deepNoise) return "deep, noise " + noiseText(*result.deepNoise);
+    if (!result.parameters) return "too small to filter, kept as it is";
+    const FilterParameters& p = *result.parameters;
+    return "sigma " + std::to_string(p.sigmaVal) + ", template " +
+           std::to_string(p.templateWinSize) + ", search " + std::to_string(p.searchWinSize);
+  }
 };
 
 }  // namespace
@@ -108,41 +121,29 @@ EngineEnvironment commandLineEngine(bool isReference) {
   EngineEnvironment environment;
   environment.workers = &globalQueue();
   environment.mainQueue = &mainQueue();
-  environment.log = [](const std::string& line) { logLine(line); };
+  environment.log = logLine;
   environment.recompressJpeg = recompressJpeg;
   if (isReference) environment.kernel = KernelChoice::kReference;
   return environment;
 }
 
-int runDenoise(const DenoiseOptions& options) {
+int run(const DenoiseOptions& options) {
   removeUnfinishedFiles();
   OutputFiles files(options.inputs, options.force);
   const DenoiseAlgoImplementation algorithm(commandLineEngine(options.referenceEngine));
   const AlgorithmEngine engine(algorithm);
-  const PhotoJobServices services{
-      engine, mainQueue(), globalQueue(), [](const std::string& line) { logLine(line); }, {}};
+  const PhotoJobServices services{engine, mainQueue(), globalQueue(), logLine, {}};
   const PhotoCommand command{options, services, files};
   std::FILE* report = options.output == "-" ? stderr : stdout;
-  int exitCode = 0;
-  for (const std::string& input : options.inputs) {
-    std::string fault;
-    try {
-      const auto summary = command.run(input);
-      if (cancelledByInterrupt().isCancelled()) return kInterrupted;
-      if (summary && !options.quiet) {
-        std::fputs(describe(*summary, options.details).c_str(), report);
-        std::fflush(report);
-      }
-      if (!summary) fault = summary.error();
-    } catch (const std::exception& exception) {
-      fault = exception.what();
+  return onEachPhoto(options.inputs, [&](const std::string& input) -> Status {
+    const auto summary = command.run(input);
+    if (!summary) return Error{summary.error()};
+    if (!options.quiet && !cancelledByInterrupt().isCancelled()) {
+      std::fputs(summary->c_str(), report);
+      std::fflush(report);
     }
-    if (!fault.empty()) {
-      std::fprintf(stderr, "velmara: %s: %s\n", input.c_str(), fault.c_str());
-      exitCode = 1;
-    }
-  }
-  return exitCode;
+    return Done{};
+  });
 }
 
 }  // namespace velmara::cli

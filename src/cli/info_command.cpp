@@ -1,4 +1,3 @@
-#include "cli/info_command.h"
 
 #include <QByteArray>
 #include <QJsonDocument>
@@ -6,12 +5,12 @@
 
 #include <cmath>
 #include <cstdio>
-#include <exception>
 #include <string>
 #include <utility>
 
-#include "cli/denoise_command.h"
-#include "cli/summary.h"
+#include "base/fixed_text.h"
+#include "cli/commands.h"
+#include "cli/terminal.h"
 #include "engine/deep/deep_denoise.h"
 #include "engine/denoise_algo_implementation.h"
 #include "imaging/image_reader.h"
@@ -113,30 +112,28 @@ void printText(const PhotoInfo& info) {
 
 }  // namespace
 
-int runInfo(const InfoOptions& options) {
-  int exitCode = 0;
-  for (const std::string& input : options.inputs) {
-    std::string fault;
-    try {
-      const auto info = measure(input);
-      if (info) {
-        options.json ? printJson(*info) : printText(*info);
-        std::fflush(stdout);
-      } else {
-        fault = info.error();
-      }
-    } catch (const std::exception& exception) {
-      fault = exception.what();
-    }
-    if (!fault.empty()) {
-      std::fprintf(stderr, "velmara: %s: %s\n", input.c_str(), fault.c_str());
-      exitCode = 1;
-    }
-  }
-  return exitCode;
+std::string noiseText(const DeepNoise& noise) {
+  if (noise.isNone()) return "not found";
+  std::string text = "sigma";
+  for (const auto& channel : noise.deviation) text += " " + fixedText(double{channel[128]}, 1);
+  return text;
 }
 
-int runCalibrate(const CalibrateOptions& options) {
+std::string noiseText(double psnr) {
+  return std::isinf(psnr) ? "no noise found" : fixedText(psnr, 2) + " dB";
+}
+
+int run(const InfoOptions& options) {
+  return onEachPhoto(options.inputs, [&](const std::string& input) -> Status {
+    const auto info = measure(input);
+    if (!info) return Error{info.error()};
+    options.json ? printJson(*info) : printText(*info);
+    std::fflush(stdout);
+    return Done{};
+  });
+}
+
+int run(const CalibrateOptions& options) {
   const std::string path = mainBundle().pathForResource("noisy.png");
   const auto picture = readImage(path);
   if (!picture) {

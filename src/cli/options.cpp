@@ -15,6 +15,26 @@ constexpr int kWrongUsage = 2;
 const char* const kDescription =
     "Velmara removes noise from photographs.\n"
     "Without a command it opens its window.";
+const char* const kDenoiseFooter =
+    R"(Without -o or --output-dir the result is NAME-denoised.EXT beside the photo, in the
+photo's own format where it is one of the five, else PNG. An existing file is replaced
+only with --force, an input never.
+With --deep, --auto takes the noise as measured, and a level scales it: 5 as measured, 10
+twice, 1 a fifth.
+--template, --search and --sigma go together and take the place of --auto and --level.
+With --bare as well the samples go to the filter as they are decoded, whatever their
+number, and come back neither turned nor with metadata: what comparing engines needs.
+Exit code: 0 all well, 1 some photos failed, 2 wrong usage, 130 interrupted.)";
+const char* const kInfoFooter =
+    R"(JSON: "path", "name", "folder", "bytes", "created", "width", "height" (upright),
+"orientation" (1 to 8, of the file), "psnr" (dB, or "inf"), "auto" with "sigma", "template" and
+"search" as exporting would use, "filtered" (false for photos too small to filter),
+"noise" with "red", "green" and "blue", each with its standard deviation where the
+photo is "dark", "middle" and "bright" (levels 64, 128, 192 of 255), and "beyondLevels"
+(true where the noise asks for denoise --deep).)";
+const char* const kCalibrateFooter =
+    R"(JSON: "pixelsPerSecond" (one thread), "width" and "height" of the test picture,
+"template", "search" and "sigma".)";
 
 struct Parser {
   CLI::App app{kDescription, "velmara"};
@@ -23,7 +43,6 @@ struct Parser {
   CalibrateOptions calibrate;
   CLI::App* denoiseCommand = nullptr;
   CLI::App* infoCommand = nullptr;
-  CLI::App* calibrateCommand = nullptr;
   bool isAuto = false;
   int level = 0;
   FilterParameters parameters;
@@ -38,8 +57,7 @@ struct Parser {
     app.require_subcommand(1);
     app.failure_message(CLI::FailureMessage::simple);
     addDenoise();
-    addInfo();
-    addCalibrate();
+    addOthers();
   }
 
   void addDenoise() {
@@ -54,16 +72,14 @@ struct Parser {
     auto* deepOption =
         command->add_flag("--deep", denoise.isDeep,
                           "For strong noise: slower, with the noise measured by brightness");
+    const auto number = [&](const char* name, int& value, const char* text) {
+      return command->add_option(name, value, text)->excludes(automatic, levelOption, deepOption);
+    };
     auto* templateOption =
-        command->add_option("--template", parameters.templateWinSize, "Side of the compared patch")
-            ->excludes(automatic, levelOption, deepOption);
-    auto* searchOption =
-        command->add_option("--search", parameters.searchWinSize, "Side of the search window")
-            ->excludes(automatic, levelOption, deepOption);
-    auto* sigmaOption =
-        command->add_option("--sigma", parameters.sigmaVal, "Strength of the filter")
-            ->excludes(automatic, levelOption, deepOption)
-            ->needs(templateOption, searchOption);
+        number("--template", parameters.templateWinSize, "Side of the compared patch");
+    auto* searchOption = number("--search", parameters.searchWinSize, "Side of the search window");
+    auto* sigmaOption = number("--sigma", parameters.sigmaVal, "Strength of the filter")
+                            ->needs(templateOption, searchOption);
     templateOption->needs(searchOption, sigmaOption);
     searchOption->needs(templateOption, sigmaOption);
     command
@@ -82,45 +98,19 @@ struct Parser {
     command->add_flag("--details", denoise.details, "Print five lines a photo instead of one");
     command->add_option("--engine", engine, "fast or reference; both give the same pixels")
         ->check(CLI::IsMember({"fast", "reference"}));
-    command->footer(
-        "Without -o or --output-dir the result is NAME-denoised.EXT beside the photo, in the\n"
-        "photo's own format where it is one of the five, else PNG. An existing file is replaced\n"
-        "only with --force, an input never.\n"
-        "With --deep, --auto takes the noise as measured, and a level scales it: 5 as measured, "
-        "10\n"
-        "twice, 1 a fifth.\n"
-        "--template, --search and --sigma go together and take the place of --auto and --level.\n"
-        "With --bare as well the samples go to the filter as they are decoded, whatever their\n"
-        "number, and come back neither turned nor with metadata: what comparing engines needs.\n"
-        "Exit code: 0 all well, 1 some photos failed, 2 wrong usage, 130 interrupted.");
+    command->footer(kDenoiseFooter);
   }
 
-  void addInfo() {
+  void addOthers() {
     infoCommand =
         app.add_subcommand("info", "Print size, noise level and automatic parameters of photos");
     infoCommand->add_option("INPUT", info.inputs, "The photos")->required();
     infoCommand->add_flag("--json", info.json, "Print one JSON object a line and photo");
-    infoCommand->footer(
-        "JSON: \"path\", \"name\", \"folder\", \"bytes\", \"created\", \"width\", \"height\" "
-        "(upright),\n"
-        "\"orientation\" (1 to 8, of the file), \"psnr\" (dB, or \"inf\"), \"auto\" with "
-        "\"sigma\", "
-        "\"template\" and\n"
-        "\"search\" as exporting would use, \"filtered\" (false for photos too small to "
-        "filter),\n"
-        "\"noise\" with \"red\", \"green\" and \"blue\", each with its standard deviation where "
-        "the\n"
-        "photo is \"dark\", \"middle\" and \"bright\" (levels 64, 128, 192 of 255), and "
-        "\"beyondLevels\"\n(true where the noise asks for denoise --deep).");
-  }
-
-  void addCalibrate() {
-    calibrateCommand =
+    infoCommand->footer(kInfoFooter);
+    auto* command =
         app.add_subcommand("calibrate", "Measure how many pixels a second this machine filters");
-    calibrateCommand->add_flag("--json", calibrate.json, "Print one JSON object");
-    calibrateCommand->footer(
-        "JSON: \"pixelsPerSecond\" (one thread), \"width\" and \"height\" of the test picture,\n"
-        "\"template\", \"search\" and \"sigma\".");
+    command->add_flag("--json", calibrate.json, "Print one JSON object");
+    command->footer(kCalibrateFooter);
   }
 
   Command wrongUsage(const std::string& reason) const {
@@ -152,8 +142,7 @@ struct Parser {
 
   Command finish() {
     if (denoiseCommand->parsed()) return finishDenoise();
-    if (infoCommand->parsed()) return info;
-    return calibrate;
+    return infoCommand->parsed() ? Command(info) : calibrate;
   }
 };
 

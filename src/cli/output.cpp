@@ -1,13 +1,8 @@
 #include "cli/output.h"
 
-#include <cerrno>
 #include <filesystem>
 #include <string_view>
 #include <sys/stat.h>
-#include <system_error>
-#include <unistd.h>
-
-#include "cli/interrupt.h"
 
 namespace velmara::cli {
 namespace {
@@ -18,11 +13,10 @@ std::string extensionFor(FileFormat format) {
   return "." + std::string(factsOf(format).extensions.front());
 }
 
-template <typename Identity>
-std::optional<Identity> identityOf(const std::string& path) {
+std::optional<FileIdentity> identityOf(const std::string& path) {
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0) return std::nullopt;
-  return Identity{status.st_dev, status.st_ino};
+  return FileIdentity{status.st_dev, status.st_ino};
 }
 
 }  // namespace
@@ -53,13 +47,12 @@ OutputTarget outputTarget(const std::string& input, std::optional<FileFormat> in
 OutputFiles::OutputFiles(const std::vector<std::string>& inputs, bool mayReplace)
     : mayReplace_(mayReplace) {
   for (const std::string& input : inputs) {
-    if (const auto identity = identityOf<FileIdentity>(input)) inputs_.insert(*identity);
+    if (const auto identity = identityOf(input)) inputs_.insert(*identity);
   }
 }
 
 Status OutputFiles::check(const std::string& path) const {
-  if (path == "-") return Done{};
-  const auto identity = identityOf<FileIdentity>(path);
+  const auto identity = path == "-" ? std::nullopt : identityOf(path);
   if (!identity) return Done{};
   if (inputs_.contains(*identity)) return Error{"an input is never replaced: " + path};
   if (written_.contains(*identity)) return Error{"two photos would be written to " + path};
@@ -68,19 +61,7 @@ Status OutputFiles::check(const std::string& path) const {
 }
 
 void OutputFiles::wasWritten(const std::string& path) {
-  if (const auto identity = identityOf<FileIdentity>(path)) written_.insert(*identity);
-}
-
-Status writeToStandardOutput(std::span<const std::uint8_t> bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(STDOUT_FILENO, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR && !cancelledByInterrupt().isCancelled()) continue;
-    if (written <= 0) {
-      return Error{"cannot write to standard output: " + std::generic_category().message(errno)};
-    }
-    bytes = bytes.subspan(static_cast<std::size_t>(written));
-  }
-  return Done{};
+  if (const auto identity = identityOf(path)) written_.insert(*identity);
 }
 
 }  // namespace velmara::cli

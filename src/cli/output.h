@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <set>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,6 +30,9 @@ struct OutputTarget {
 OutputTarget outputTarget(const std::string& input, std::optional<FileFormat> inputFormat,
                           const DenoiseOptions& options);
 
+/// The device and the inode of a file.
+using FileIdentity = std::pair<std::uint64_t, std::uint64_t>;
+
 /// The files that one call of the program may write: none of its inputs, none that is there already
 /// unless replacing is allowed, and none twice.
 class OutputFiles {
@@ -45,14 +47,9 @@ class OutputFiles {
   void wasWritten(const std::string& path);
 
  private:
-  using FileIdentity = std::pair<std::uint64_t, std::uint64_t>;  // device and inode
-
   std::set<FileIdentity> inputs_;
   std::set<FileIdentity> written_;
   bool mayReplace_;
 };
-
-/// Writes everything to standard output; an interrupt ends that with an error.
-Status writeToStandardOutput(std::span<const std::uint8_t> bytes);
 
 }  // namespace velmara::cli

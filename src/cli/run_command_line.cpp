@@ -1,5 +1,3 @@
-#include "cli/run_command_line.h"
-
 #include <QCoreApplication>
 
 #include <clocale>
@@ -9,35 +7,23 @@
 #include <thread>
 #include <variant>
 
-#include "cli/denoise_command.h"
-#include "cli/info_command.h"
-#include "cli/interrupt.h"
+#include "cli/commands.h"
 #include "cli/options.h"
+#include "cli/terminal.h"
 #include "imaging/initialise.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
 
 namespace velmara::cli {
-namespace {
 
-int carryOut(const Command& command) {
-  struct Visitor {
-    int operator()(const DenoiseOptions& options) const { return runDenoise(options); }
-    int operator()(const InfoOptions& options) const { return runInfo(options); }
-    int operator()(const CalibrateOptions& options) const { return runCalibrate(options); }
-    int operator()(const PrintAndExit& words) const { return words.exitCode; }
-  };
-  return std::visit(Visitor{}, command);
+int run(const PrintAndExit& words) {
+  std::fputs(words.text.c_str(), words.exitCode == 0 ? stdout : stderr);
+  return words.exitCode;
 }
-
-}  // namespace
 
 int runCommandLine(int argc, char** argv) {
   const Command command = parseCommandLine(argc, argv);
-  if (const auto* words = std::get_if<PrintAndExit>(&command)) {
-    std::fputs(words->text.c_str(), words->exitCode == 0 ? stdout : stderr);
-    return words->exitCode;
-  }
+  if (const auto* words = std::get_if<PrintAndExit>(&command)) return run(*words);
   const QCoreApplication application(argc, argv);
   // Qt takes the user's locale over; numbers in files and messages keep their point.
   std::setlocale(LC_NUMERIC, "C");
@@ -48,7 +34,7 @@ int runCommandLine(int argc, char** argv) {
 
   int exitCode = 0;
   std::thread worker([&] {
-    exitCode = carryOut(command);
+    exitCode = std::visit([](const auto& options) { return run(options); }, command);
     mainQueue().async([] { QCoreApplication::quit(); });
   });
   QCoreApplication::exec();

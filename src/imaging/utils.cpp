@@ -12,9 +12,9 @@
 #include "imaging/recompress_jpeg.h"
 #include "imaging/resample.h"
 #include "imaging/tiling.h"
-#include "platform/atomic_file.h"
 #include "platform/log.h"
 #include "platform/temporary_files.h"
+#include "platform/whole_file.h"
 
 namespace velmara {
 namespace {

@@ -4,10 +4,10 @@
 #include <QFile>
 #include <QStandardPaths>
 #include <QString>
+#include <QTemporaryDir>
 
 #include <cerrno>
 #include <charconv>
-#include <cstdlib>
 #include <filesystem>
 #include <random>
 #include <signal.h>
@@ -59,34 +59,12 @@ void removeLeftovers(const fs::path& base) {
   }
 }
 
-class OwnDirectory {
- public:
-  OwnDirectory() {
-    const std::string base = QFile::encodeName(QDir::tempPath()).toStdString();
-    removeLeftovers(base);
-    std::string name = base + "/" + ownName(kDirectoryPrefix, "XXXXXX");
-    if (::mkdtemp(name.data()) == nullptr) {
-      logLine("cannot make a temporary directory in " + base);
-      return;
-    }
-    path_ = name + "/";
-  }
-  OwnDirectory(const OwnDirectory&) = delete;
-  OwnDirectory& operator=(const OwnDirectory&) = delete;
-  ~OwnDirectory() { remove(); }
-
-  void remove() const {
-    std::error_code ignored;
-    if (!path_.empty()) fs::remove_all(path_, ignored);
-  }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
-const OwnDirectory& ownDirectory() {
-  static const OwnDirectory directory;
+QTemporaryDir& ownDirectory() {
+  static QTemporaryDir directory([] {
+    const QString base = QDir::tempPath();
+    removeLeftovers(QFile::encodeName(base).toStdString());
+    return base + QLatin1Char('/') + QString::fromStdString(ownName(kDirectoryPrefix, "XXXXXX"));
+  }());
   return directory;
 }
 
@@ -103,7 +81,13 @@ std::string madeUpName() {
 }  // namespace
 
 const std::string& temporaryDirectory() {
-  return ownDirectory().path();
+  static const std::string path = [] {
+    const QTemporaryDir& directory = ownDirectory();
+    if (directory.isValid()) return QFile::encodeName(directory.path()).toStdString() + "/";
+    logLine("cannot make a temporary directory in " + QDir::tempPath().toStdString());
+    return std::string();
+  }();
+  return path;
 }
 
 void removeTemporaryDirectory() {

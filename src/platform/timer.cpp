@@ -41,9 +41,6 @@ class EventLoopTimer final : public Timer {
     timer_.start(toMilliseconds(interval));
   }
 
-  void invalidate() override { timer_.stop(); }
-  bool isValid() const override { return timer_.isActive(); }
-
  private:
   QTimer timer_;
 };
@@ -69,12 +66,10 @@ class EventLoopTimers final : public Scheduler {
         });
   }
 
-  void cancel(const void* context) override {
-    calls_.remove_if([&](const Call& call) { return call.context == context; });
-  }
-
   void cancel(const void* context, std::string_view key) override {
-    calls_.remove_if([&](const Call& call) { return call.context == context && call.key == key; });
+    calls_.remove_if([&](const Call& call) {
+      return call.context == context && (key.empty() || call.key == key);
+    });
   }
 
  private:

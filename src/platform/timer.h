@@ -25,15 +25,10 @@ const Clock& systemClock();
 /// Intervals are in seconds, fractions allowed.
 using Seconds = std::chrono::duration<double>;
 
-/// A scheduled timer. It ends when it is invalidated or destroyed, which its own handler may do.
+/// A scheduled timer. It ends when it is destroyed, which its own handler may do.
 class Timer {
  public:
   virtual ~Timer() = default;
-
-  virtual void invalidate() = 0;
-
-  /// Whether it will fire (again).
-  virtual bool isValid() const = 0;
 };
 
 /// Timers and delayed calls of the main thread's event loop. Handlers must not throw. Main thread.
@@ -52,11 +47,8 @@ class Scheduler {
   virtual void after(const void* context, std::string_view key, Seconds delay,
                      std::function<void()> action) = 0;
 
-  /// Forgets the calls of a context that have not been made.
-  virtual void cancel(const void* context) = 0;
-
-  /// The same for the calls of one key only.
-  virtual void cancel(const void* context, std::string_view key) = 0;
+  /// Forgets the calls of a context that have not been made; only those of a key if one is named.
+  virtual void cancel(const void* context, std::string_view key = {}) = 0;
 };
 
 /// The timers of the application's event loop.

@@ -7,7 +7,7 @@
 #include <pcre2.h>
 
 #include "platform/log.h"
-#include "services/string_escaping.h"
+#include "services/text.h"
 
 namespace velmara {
 namespace {
@@ -22,23 +22,12 @@ constexpr std::string_view kPattern =
     R"re(|\[(?:(?:25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)\.){3}(?:25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)re"
     R"re(|[a-z0-9-]*[a-z0-9]:(?:[\x01-\x08\x0b\x0c\x0e-\x1f\x21-\x5a\x53-\x7f]|\\[\x01-\x09\x0b\x0c\x0e-\x7f])+)\]))re";
 
-struct FreePattern {
-  void operator()(pcre2_code* code) const { pcre2_code_free(code); }
-};
-struct FreeMatch {
-  void operator()(pcre2_match_data* match) const { pcre2_match_data_free(match); }
-};
-
-// Compiled once; bytes beyond ASCII are in no class of the pattern, so none needs decoding.
-const pcre2_code* compiledPattern() {
-  static const std::unique_ptr<pcre2_code, FreePattern> code = [] {
-    int error = 0;
-    PCRE2_SIZE offset = 0;
-    return std::unique_ptr<pcre2_code, FreePattern>(
-        pcre2_compile(reinterpret_cast<PCRE2_SPTR>(kPattern.data()), kPattern.size(),
-                      PCRE2_ANCHORED, &error, &offset, nullptr));
-  }();
-  return code.get();
+// Bytes beyond ASCII are in no class of the pattern, so none needs decoding.
+pcre2_code* compile() {
+  int error = 0;
+  PCRE2_SIZE offset = 0;
+  return pcre2_compile(reinterpret_cast<PCRE2_SPTR>(kPattern.data()), kPattern.size(),
+                       PCRE2_ANCHORED, &error, &offset, nullptr);
 }
 
 }  // namespace
@@ -57,13 +46,14 @@ FeedbackFaults checkFeedbackFields(FeedbackForm& form) {
 }
 
 bool validateEmail(std::string_view address) {
-  const pcre2_code* code = compiledPattern();
-  const std::unique_ptr<pcre2_match_data, FreeMatch> match(pcre2_match_data_create(1, nullptr));
+  static const std::unique_ptr<pcre2_code, void (*)(pcre2_code*)> code(compile(), pcre2_code_free);
+  const std::unique_ptr<pcre2_match_data, void (*)(pcre2_match_data*)> match(
+      pcre2_match_data_create(1, nullptr), pcre2_match_data_free);
   if (code == nullptr || match == nullptr || address.empty()) return false;
   std::array<int, 4096> workspace;  // NOLINT(cppcoreguidelines-pro-type-member-init)
   const int found =
-      pcre2_dfa_match(code, reinterpret_cast<PCRE2_SPTR>(address.data()), address.size(), 0, 0,
-                      match.get(), nullptr, workspace.data(), workspace.size());
+      pcre2_dfa_match(code.get(), reinterpret_cast<PCRE2_SPTR>(address.data()), address.size(), 0,
+                      0, match.get(), nullptr, workspace.data(), workspace.size());
   // The longest reading comes first; it counts if it is the whole address.
   return found >= 0 && pcre2_get_ovector_pointer(match.get())[1] == address.size();
 }

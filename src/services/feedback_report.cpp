@@ -6,8 +6,7 @@
 #include <vector>
 
 #include "platform/log.h"
-#include "services/local_date.h"
-#include "services/string_escaping.h"
+#include "services/text.h"
 #include "services/usage_report.h"
 
 namespace velmara {

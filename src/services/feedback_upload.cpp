@@ -18,14 +18,8 @@ int reportNumber() {
 }
 
 void logStep(HttpStep step) {
-  switch (step) {
-    case HttpStep::kDidSendBodyData:
-      return logLine("connection: didSendBodyData:");
-    case HttpStep::kDidReceiveResponse:
-      return logLine("connection: didReceiveResponse:");
-    case HttpStep::kDidReceiveData:
-      return logLine("connection: didReceiveData:");
-  }
+  constexpr const char* kNames[] = {"didSendBodyData", "didReceiveResponse", "didReceiveData"};
+  logFormat("connection: %s:", kNames[static_cast<int>(step)]);
 }
 
 std::string writeReport(const FeedbackReport& report, const std::string& path) {

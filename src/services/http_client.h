@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "services/text_source.h"
+#include "services/text.h"
 
 namespace velmara {
 

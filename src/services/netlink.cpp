@@ -22,7 +22,7 @@ using Links = std::map<int, LinkState>;
 constexpr std::size_t kLargestAnswer = std::size_t{32} * 1024;  // of one message in a dump
 
 NetlinkSocket openSocket(unsigned groups, int flags) {
-  NetlinkSocket socket(mnl_socket_open2(NETLINK_ROUTE, SOCK_CLOEXEC | flags));
+  NetlinkSocket socket(mnl_socket_open2(NETLINK_ROUTE, SOCK_CLOEXEC | flags), mnl_socket_close);
   if (socket != nullptr && mnl_socket_bind(socket.get(), groups, MNL_SOCKET_AUTOPID) != 0) {
     socket.reset();
   }
@@ -107,10 +107,17 @@ std::uint32_t numberIn(const Attributes& attributes, int type, std::uint32_t oth
   return mnl_attr_get_u32(found->second);
 }
 
-LinkState stateOf(unsigned flags) {
+LinkState stateOf(const nlmsghdr& answer) {
+  const unsigned flags = static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&answer))->ifi_flags;
   if ((flags & IFF_UP) == 0) return LinkState::kDown;
   if ((flags & IFF_RUNNING) != 0) return LinkState::kUp;
-  return (flags & IFF_DORMANT) != 0 ? LinkState::kDormant : LinkState::kDown;
+  // The operational state says "dormant" even where the flags do not.
+  constexpr std::uint8_t kDormant = 5;  // IF_OPER_DORMANT of RFC 2863
+  const auto attributes = attributesOf<ifinfomsg>(answer);
+  const auto found = attributes.find(IFLA_OPERSTATE);
+  const bool isDormant = (flags & IFF_DORMANT) != 0 ||
+                         (found != attributes.end() && mnl_attr_get_u8(found->second) == kDormant);
+  return isDormant ? LinkState::kDormant : LinkState::kDown;
 }
 
 // A dump that something changed during is not to be trusted; it is asked for again.
@@ -123,16 +130,7 @@ std::optional<Links> interfaces() {
     const int error = ask(*message.header, [&](const nlmsghdr& answer) {
       if (answer.nlmsg_type != RTM_NEWLINK) return;
       const auto* link = static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&answer));
-      // The operational state says "dormant" even where the flags do not.
-      const std::uint32_t dormant = 5;  // IF_OPER_DORMANT of RFC 2863
-      const auto attributes = attributesOf<ifinfomsg>(answer);
-      const auto found = attributes.find(IFLA_OPERSTATE);
-      LinkState state = stateOf(link->ifi_flags);
-      if (state == LinkState::kDown && (link->ifi_flags & IFF_UP) != 0 &&
-          found != attributes.end() && mnl_attr_get_u8(found->second) == dormant) {
-        state = LinkState::kDormant;
-      }
-      links[link->ifi_index] = state;
+      links[link->ifi_index] = stateOf(answer);
     });
     if (error == 0) return links;
     if (error != EINTR) return std::nullopt;
@@ -241,10 +239,6 @@ std::optional<RouteFacts> routeTo(const sockaddr_storage& address) {
     return RouteFacts{};
   }
   return error == 0 ? found : std::nullopt;
-}
-
-void CloseNetlink::operator()(mnl_socket* socket) const {
-  mnl_socket_close(socket);
 }
 
 RouteChanges::RouteChanges(std::function<void()> changed)

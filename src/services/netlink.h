@@ -3,6 +3,7 @@
 #include <QSocketNotifier>
 #include <QTimer>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <netinet/in.h>
@@ -10,11 +11,29 @@
 #include <sys/socket.h>
 #include <vector>
 
-#include "services/reachability_flags.h"
-
 struct mnl_socket;
 
 namespace velmara {
+
+/// Whether an interface carries traffic.
+enum class LinkState {
+  kDown,     ///< switched off, or its cable is out
+  kDormant,  ///< switched on, but it must dial or log in first
+  kUp,
+};
+
+/// What the kernel says about one route.
+struct RouteFacts {
+  enum class Kind {
+    kNone,    ///< there is none, or it refuses
+    kRemote,  ///< to elsewhere
+    kLocal,   ///< to this machine itself
+  };
+  Kind kind = Kind::kNone;
+  bool hasGateway = false;
+  LinkState link = LinkState::kDown;
+  std::uint32_t metric = 0;  ///< the lower, the rather it is taken
+};
 
 /// The default routes of both families, IPv4 first, of all tables; nothing if the kernel cannot be
 /// asked. Asks over rtnetlink and waits for the answer, which takes well under a millisecond on a
@@ -25,10 +44,7 @@ std::optional<std::vector<RouteFacts>> defaultRoutes();
 /// cannot be asked.
 std::optional<RouteFacts> routeTo(const sockaddr_storage& address);
 
-struct CloseNetlink {
-  void operator()(mnl_socket* socket) const;
-};
-using NetlinkSocket = std::unique_ptr<mnl_socket, CloseNetlink>;
+using NetlinkSocket = std::unique_ptr<mnl_socket, int (*)(mnl_socket*)>;
 
 /// Tells that interfaces, addresses or routes of this machine changed, as the kernel announces it
 /// (rtnetlink multicast groups). No polling. What comes within a tenth of a second is told once.

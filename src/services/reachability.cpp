@@ -10,6 +10,9 @@
 #include "platform/notification_center.h"
 
 namespace velmara {
+
+using namespace reachability_flags;  // NOLINT(google-build-using-namespace): the bits
+
 namespace {
 
 bool isAllZero(const sockaddr_storage& address) {
@@ -28,14 +31,61 @@ bool canBeHostName(const std::string& name) {
   return !name.empty() && name.size() <= kLongestName && name.find('\0') == std::string::npos;
 }
 
-sockaddr_in addressOf(std::uint32_t ipv4) {
+std::shared_ptr<Reachability> monitorOf(std::uint32_t ipv4, const ReachabilitySetup& setup) {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(ipv4);
-  return address;
+  return Reachability::reachabilityWithAddress(reinterpret_cast<const sockaddr&>(address),
+                                               sizeof(address), setup);
+}
+
+ReachabilityFlags flagsOfRoute(const RouteFacts& route) {
+  if (route.kind == RouteFacts::Kind::kNone || route.link == LinkState::kDown) return 0;
+  ReachabilityFlags flags = kReachable;
+  if (!route.hasGateway) flags |= kIsDirect;
+  if (route.kind == RouteFacts::Kind::kLocal) flags |= kIsLocalAddress;
+  if (route.link == LinkState::kDormant) flags |= kConnectionRequired;
+  return flags;
 }
 
 }  // namespace
+
+std::string reachabilityFlagLine(ReachabilityFlags flags, std::string_view rule) {
+  const auto letter = [flags](ReachabilityFlags bit, char shown) {
+    return (flags & bit) != 0 ? shown : '-';
+  };
+  std::string line = "Reachability Flag Status: ";
+  line.append({letter(kIsDirect, 'W'), letter(kReachable, 'R'), ' '});
+  line.append({letter(kTransientConnection, 't'), letter(kConnectionRequired, 'c'),
+               letter(kConnectionOnTraffic, 'C'), letter(kInterventionRequired, 'i'),
+               letter(kConnectionOnDemand, 'D'), letter(kIsLocalAddress, 'l')});
+  return line.append(" ").append(rule).append("\n");
+}
+
+NetworkStatus statusByNetworkRule(ReachabilityFlags flags) {
+  if ((flags & kReachable) == 0) return kNotReachable;
+  if ((flags & kIsDirect) != 0) return kReachableViaWWAN;
+  const bool connectsByItself = (flags & (kConnectionOnTraffic | kConnectionOnDemand)) != 0;
+  if (connectsByItself && (flags & kInterventionRequired) == 0) return kReachableViaWiFi;
+  return (flags & kConnectionRequired) == 0 ? kReachableViaWiFi : kNotReachable;
+}
+
+NetworkStatus statusByLocalWiFiRule(ReachabilityFlags flags) {
+  constexpr ReachabilityFlags kBoth = kReachable | kIsDirect;
+  return (flags & kBoth) == kBoth ? kReachableViaWiFi : kNotReachable;
+}
+
+ReachabilityFlags flagsOfBestRoute(std::span<const RouteFacts> routes) {
+  const RouteFacts* best = nullptr;
+  for (const RouteFacts& route : routes) {
+    if (flagsOfRoute(route) == 0) continue;
+    const bool better = best == nullptr ||
+                        (route.link == LinkState::kUp && best->link == LinkState::kDormant) ||
+                        (route.link == best->link && route.metric < best->metric);
+    if (better) best = &route;
+  }
+  return best != nullptr ? flagsOfRoute(*best) : 0;
+}
 
 std::vector<sockaddr_storage> systemAddressesOf(const std::string& host) {
   addrinfo hints{};
@@ -78,16 +128,13 @@ std::shared_ptr<Reachability> Reachability::reachabilityWithAddress(
 
 std::shared_ptr<Reachability> Reachability::reachabilityForInternetConnection(
     const ReachabilitySetup& setup) {
-  const sockaddr_in zero = addressOf(INADDR_ANY);
-  return reachabilityWithAddress(reinterpret_cast<const sockaddr&>(zero), sizeof(zero), setup);
+  return monitorOf(INADDR_ANY, setup);
 }
 
 std::shared_ptr<Reachability> Reachability::reachabilityForLocalWiFi(
     const ReachabilitySetup& setup) {
   constexpr std::uint32_t kLinkLocalNetwork = 0xA9FE0000;  // 169.254.0.0
-  const sockaddr_in linkLocal = addressOf(kLinkLocalNetwork);
-  auto monitor = reachabilityWithAddress(reinterpret_cast<const sockaddr&>(linkLocal),
-                                         sizeof(linkLocal), setup);
+  auto monitor = monitorOf(kLinkLocalNetwork, setup);
   monitor->localWiFiRef = true;
   return monitor;
 }
@@ -112,7 +159,7 @@ NetworkStatus Reachability::currentReachabilityStatus() {
 }
 
 bool Reachability::connectionRequired() {
-  return (readFlags().value_or(0) & reachability_flags::kConnectionRequired) != 0;
+  return (readFlags().value_or(0) & kConnectionRequired) != 0;
 }
 
 NetworkStatus Reachability::networkStatusForFlags(ReachabilityFlags flags) {
@@ -127,16 +174,14 @@ NetworkStatus Reachability::localWiFiStatusForFlags(ReachabilityFlags flags) {
 
 std::optional<ReachabilityFlags> Reachability::readFlags() const {
   if (isInternet_) {
-    const auto routes = defaultRoutes();
-    if (!routes) return std::nullopt;
-    return flagsOfBestRoute(*routes);
+    const auto defaults = defaultRoutes();
+    return defaults ? std::optional(flagsOfBestRoute(*defaults)) : std::nullopt;
   }
   std::vector<RouteFacts> routes;
   for (const sockaddr_storage& address : addresses_) {
     if (const auto route = routeTo(address)) routes.push_back(*route);
   }
-  if (routes.empty()) return std::nullopt;
-  return flagsOfBestRoute(routes);
+  return routes.empty() ? std::nullopt : std::optional(flagsOfBestRoute(routes));
 }
 
 // One lookup at a time; a change during it asks for one more after it.

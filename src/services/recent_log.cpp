@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "services/local_date.h"
+#include "services/text.h"
 
 namespace velmara {
 namespace {

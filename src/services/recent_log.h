@@ -9,7 +9,7 @@
 #include <stop_token>
 #include <string>
 
-#include "services/text_source.h"
+#include "services/text.h"
 
 namespace velmara {
 

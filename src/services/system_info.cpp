@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <system_error>
 
-#include "services/small_file.h"
-#include "services/string_escaping.h"
+#include "platform/whole_file.h"
+#include "services/text.h"
 
 namespace velmara {
 namespace {
@@ -48,7 +48,7 @@ fs::path findSerialNumber(const fs::path& root) {
 
 }  // namespace
 
-std::optional<std::string> serialNumberFromDmi(const std::string& folder) {
+std::optional<std::string> SystemInfo::getSerialNumber(const std::string& folder) {
   for (const char* name : {"/product_serial", "/board_serial"}) {
     const std::optional<std::string> bytes = readSmallFile(folder + name, kLargestFact);
     if (!bytes) continue;
@@ -58,7 +58,7 @@ std::optional<std::string> serialNumberFromDmi(const std::string& folder) {
   return std::nullopt;
 }
 
-std::string serialNumberFromDeviceTree(const std::string& root) {
+std::string SystemInfo::computerSerialNumber(const std::string& root) {
   std::error_code error;
   if (!fs::is_directory(root, error)) return {};
   const fs::path path = findSerialNumber(root);
@@ -67,14 +67,6 @@ std::string serialNumberFromDeviceTree(const std::string& root) {
   const std::size_t endOfFirst = std::min(bytes.find('\0'), bytes.size());
   const std::size_t second = std::min(bytes.find_first_not_of('\0', endOfFirst), bytes.size());
   return bytes.substr(second, bytes.find('\0', second) - second);
-}
-
-std::optional<std::string> SystemInfo::getSerialNumber() {
-  return serialNumberFromDmi("/sys/class/dmi/id");
-}
-
-std::string SystemInfo::computerSerialNumber() {
-  return serialNumberFromDeviceTree("/sys/firmware/devicetree/base");
 }
 
 }  // namespace velmara

@@ -3,24 +3,16 @@
 #include <QString>
 #include <QXmlStreamReader>
 
-#include <cstdlib>
 #include <memory>
 #include <plist/plist.h>
 
-#include "services/small_file.h"
+#include "platform/whole_file.h"
 
 namespace velmara {
 namespace {
 
 constexpr int kDeepest = 64;
 constexpr std::size_t kLargestReport = std::size_t{16} * 1024 * 1024;
-
-struct FreeList {
-  void operator()(void* list) const { plist_free(list); }
-};
-struct FreeText {
-  void operator()(char* text) const { std::free(text); }  // NOLINT(cppcoreguidelines-no-malloc)
-};
 
 // The library follows whatever it is given with the stack it has, so what it cannot bear is found
 // before.
@@ -104,12 +96,12 @@ std::optional<std::string> rewritePropertyList(std::string_view bytes) {
   if (isBinary ? !BinaryWalk(bytes).isSound() : !isSoundXml(bytes)) return std::nullopt;
   plist_t parsed = nullptr;
   plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &parsed);
-  const std::unique_ptr<void, FreeList> list(parsed);
+  const std::unique_ptr<void, void (*)(plist_t)> list(parsed, plist_free);
   if (list == nullptr || plist_get_node_type(parsed) != PLIST_DICT) return std::nullopt;
   char* text = nullptr;
   std::uint32_t length = 0;
   plist_to_xml(parsed, &text, &length);
-  const std::unique_ptr<char, FreeText> owned(text);
+  const std::unique_ptr<char, void (*)(char*)> owned(text, plist_to_xml_free);
   if (owned == nullptr || length > kLargestReport) return std::nullopt;
   // Its strings are taken as they are; what is sent is UTF-8.
   return QString::fromUtf8(text, static_cast<qsizetype>(length)).toStdString();

@@ -10,7 +10,7 @@
 #include "base/fixed_text.h"
 #include "imaging/image_writer.h"
 #include "imaging/rotate_with_exif.h"
-#include "platform/atomic_file.h"
+#include "platform/whole_file.h"
 
 namespace velmara {
 namespace {

@@ -10,7 +10,7 @@
 #include "base/bitmap.h"
 #include "cli/comparison.h"
 #include "cli/output.h"
-#include "cli/progress_line.h"
+#include "cli/terminal.h"
 
 namespace velmara::cli {
 namespace {

@@ -1,5 +1,3 @@
-#include "platform/atomic_file.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -12,6 +10,7 @@
 #include <vector>
 
 #include "platform/temporary_files.h"
+#include "platform/whole_file.h"
 #include "support/run_program.h"
 #include "support/scratch_folder.h"
 

@@ -56,21 +56,8 @@ INSTANTIATE_TEST_SUITE_P(Schedulers, TimerTest, testing::Bool(), [](const auto& 
 TEST_P(TimerTest, OneShotsFireOnceInTheOrderOfTheirTimes) {
   const auto late = timers().start(Seconds(0.030), false, note("late"));
   const auto early = timers().start(Seconds(0.010), false, note("early"));
-  EXPECT_TRUE(late->isValid());
   pass(0.050);
   EXPECT_THAT(calls, ElementsAre("early", "late"));
-  EXPECT_FALSE(late->isValid());
-}
-
-TEST_P(TimerTest, RepeatsUntilInvalidatedWhichItsHandlerMayDo) {
-  std::unique_ptr<Timer> timer;
-  int count = 0;
-  timer = timers().start(Seconds(0.002), true, [&] {
-    if (++count == 3) timer->invalidate();
-  });
-  pass(0.040);
-  EXPECT_EQ(count, 3);
-  EXPECT_FALSE(timer->isValid());
 }
 
 TEST_P(TimerTest, DestroyingATimerEndsItEvenFromItsOwnHandler) {
@@ -78,11 +65,11 @@ TEST_P(TimerTest, DestroyingATimerEndsItEvenFromItsOwnHandler) {
   doomed.reset();
   std::unique_ptr<Timer> own;
   own = timers().start(Seconds(0.002), true, [&] {
-    own.reset();
+    if (calls.size() == 2) own.reset();
     calls.emplace_back("own");
   });
-  pass(0.020);
-  EXPECT_THAT(calls, ElementsAre("own"));
+  pass(0.040);
+  EXPECT_THAT(calls, ElementsAre("own", "own", "own"));
 }
 
 TEST_P(TimerTest, CallsAreCancelledByContextAndByKey) {

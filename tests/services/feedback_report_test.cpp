@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "services/local_date.h"
+#include "services/text.h"
 #include "support/log_capture.h"
 #include "support/manual_time.h"
 #include "support/run_program.h"

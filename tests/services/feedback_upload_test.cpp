@@ -8,7 +8,7 @@
 #include "platform/dispatch.h"
 #include "platform/notification_center.h"
 #include "services/event_loop.h"
-#include "services/local_date.h"
+#include "services/text.h"
 #include "support/log_capture.h"
 #include "support/manual_time.h"
 #include "support/recording_server.h"

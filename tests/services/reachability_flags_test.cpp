@@ -1,6 +1,8 @@
-#include "services/reachability_flags.h"
-
 #include <gtest/gtest.h>
+
+#include <array>
+
+#include "services/reachability.h"
 
 namespace velmara {
 namespace {
@@ -50,7 +52,7 @@ TEST(RouteFacts, BecomeFlags) {
       {{Kind::kRemote, true, LinkState::kDormant, 0}, 0x2 | 0x4},
       {{Kind::kLocal, false, LinkState::kUp, 0}, 0x2 | 0x10000 | 0x20000},
   };
-  for (const auto& [facts, flags] : cases) EXPECT_EQ(flagsOfRoute(facts), flags);
+  for (const auto& [facts, flags] : cases) EXPECT_EQ(flagsOfBestRoute(std::array{facts}), flags);
 }
 
 TEST(RouteFacts, TheBestRouteDecides) {

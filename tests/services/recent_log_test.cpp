@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "services/local_date.h"
+#include "services/text.h"
 #include "support/scratch_folder.h"
 
 namespace velmara {

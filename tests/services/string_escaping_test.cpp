@@ -1,6 +1,6 @@
-#include "services/string_escaping.h"
-
 #include <gtest/gtest.h>
+
+#include "services/text.h"
 
 namespace velmara {
 namespace {

@@ -31,7 +31,7 @@ TEST(DmiSerial, TakesTheProductsBeforeTheBoardsAndNoFiller) {
     const ScratchFolder folder;
     if (it.product != nullptr) writeFile(folder.file("product_serial"), it.product);
     if (it.board != nullptr) writeFile(folder.file("board_serial"), it.board);
-    EXPECT_EQ(serialNumberFromDmi(folder.path().string()), it.expected);
+    EXPECT_EQ(SystemInfo::getSerialNumber(folder.path().string()), it.expected);
   }
 }
 
@@ -48,21 +48,21 @@ TEST(DeviceTreeSerial, IsTheSecondString) {
            {"\0\0\0"s, ""},
        }) {
     writeFile(folder.file("serial-number"), bytes);
-    EXPECT_EQ(serialNumberFromDeviceTree(folder.path().string()), expected);
+    EXPECT_EQ(SystemInfo::computerSerialNumber(folder.path().string()), expected);
   }
 }
 
 TEST(DeviceTreeSerial, IsSearchedForInTheWholeTree) {
   const ScratchFolder folder;
   const std::string root = folder.path().string();
-  EXPECT_EQ(serialNumberFromDeviceTree(folder.file("missing")), "");
-  EXPECT_EQ(serialNumberFromDeviceTree(root), "null");
+  EXPECT_EQ(SystemInfo::computerSerialNumber(folder.file("missing")), "");
+  EXPECT_EQ(SystemInfo::computerSerialNumber(root), "null");
   std::filesystem::create_directories(folder.file("cpus/cpu0"));
   std::filesystem::create_directory_symlink(folder.path(), folder.file("cpus/circle"));
   writeFile(folder.file("cpus/cpu0/serial-number"), std::string("a\0deep", 6));
-  EXPECT_EQ(serialNumberFromDeviceTree(root), "deep");
+  EXPECT_EQ(SystemInfo::computerSerialNumber(root), "deep");
   std::filesystem::create_directory(folder.file("serial-number"));  // No data.
-  EXPECT_EQ(serialNumberFromDeviceTree(root), "");
+  EXPECT_EQ(SystemInfo::computerSerialNumber(root), "");
 }
 
 }  // namespace

@@ -38,15 +38,10 @@ class ManualTime final : public Clock, public Scheduler {
         time_ + std::max(delay.count(), 0.0), 0.0, std::move(action), context, std::string(key)}));
   }
 
-  void cancel(const void* context) override {
-    for (const auto& entry : entries_) {
-      if (entry->context == context) entry->handler = nullptr;
-    }
-  }
-
   void cancel(const void* context, std::string_view key) override {
     for (const auto& entry : entries_) {
-      if (entry->context == context && entry->key == key) entry->handler = nullptr;
+      const bool isMeant = entry->context == context && (key.empty() || entry->key == key);
+      if (isMeant) entry->handler = nullptr;
     }
   }
 
@@ -90,8 +85,6 @@ class ManualTime final : public Clock, public Scheduler {
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
     ~Handle() override { entry_->handler = nullptr; }
-    void invalidate() override { entry_->handler = nullptr; }
-    bool isValid() const override { return entry_->handler != nullptr; }
 
    private:
     std::shared_ptr<Entry> entry_;

@@ -11,8 +11,7 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/atomic_file.h"
-#include "services/small_file.h"
+#include "platform/whole_file.h"
 
 namespace velmara {
 namespace {

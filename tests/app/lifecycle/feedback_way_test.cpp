@@ -14,7 +14,7 @@
 
 #include "app/lifecycle/launch_fixture.h"
 #include "app/sheets/feedback_window_controller.h"
-#include "services/local_date.h"
+#include "services/text.h"
 #include "support/network_namespace.h"
 
 namespace velmara {

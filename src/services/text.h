@@ -1,8 +1,29 @@
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+
+namespace velmara {
+
+/// A text that may be too long to hold: each call gives its next piece, "" the end.
+using TextSource = std::function<std::string()>;
+
+/// A text in one piece.
+inline TextSource textSource(std::string text) {
+  return [text = std::move(text)]() mutable { return std::exchange(text, {}); };
+}
+
+/// Year, month and day of a time in the user's calendar and time zone, "2026-03-07".
+std::string getDateStrInYYYYMMDDFormat(std::chrono::system_clock::time_point time);
+
+/// With hour and minute, for file names: "20260307T0905".
+std::string getDateInFormatNEW(std::chrono::system_clock::time_point time);
+
+}  // namespace velmara
 
 /// Replacements of XML's special characters by fixed tables. Each changes the text (UTF-8) in place
 /// and returns it. A table is a sequence of whole-text replacements: each row works on what the row
@@ -30,9 +51,15 @@ namespace velmara::StringEscaping {
 std::string trim(std::string_view text);
 
 /// Copies passed through the operations above.
-std::string xmlSimpleEscapeString(std::string text);
-std::string xmlSimpleEscapeStringNEW(std::string text);
-std::string xmlSimpleUnescapeString(std::string text);
+inline std::string xmlSimpleEscapeString(std::string text) {
+  return std::move(xml::xmlSimpleEscape(text));
+}
+inline std::string xmlSimpleEscapeStringNEW(std::string text) {
+  return std::move(xml::xmlSimpleEscapeNEW(text));
+}
+inline std::string xmlSimpleUnescapeString(std::string text) {
+  return std::move(xml::xmlSimpleUnescape(text));
+}
 
 /// Percent-encoding (RFC 3986): every byte but the letters, the digits and "-", ".", "_", "~"
 /// becomes "%" and two upper-case hexadecimal digits. A space becomes "%20".

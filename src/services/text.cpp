@@ -1,6 +1,7 @@
-#include "services/string_escaping.h"
+#include "services/text.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
 #include <QUtf8StringView>
 
@@ -59,7 +60,20 @@ std::string& replaceRows(std::span<const Row> table, std::string& text) {
   return text;
 }
 
+std::string formatted(std::chrono::system_clock::time_point time, const char* format) {
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+  return QDateTime::fromSecsSinceEpoch(seconds).toString(QString::fromLatin1(format)).toStdString();
+}
+
 }  // namespace
+
+std::string getDateStrInYYYYMMDDFormat(std::chrono::system_clock::time_point time) {
+  return formatted(time, "yyyy-MM-dd");
+}
+
+std::string getDateInFormatNEW(std::chrono::system_clock::time_point time) {
+  return formatted(time, "yyyyMMdd'T'HHmm");
+}
 
 std::string& xml::xmlSimpleEscape(std::string& text) {
   return replaceRows(kEscape, text);
@@ -79,18 +93,6 @@ std::string trim(std::string_view text) {
   return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))
       .trimmed()
       .toStdString();
-}
-
-std::string xmlSimpleEscapeString(std::string text) {
-  return std::move(xml::xmlSimpleEscape(text));
-}
-
-std::string xmlSimpleEscapeStringNEW(std::string text) {
-  return std::move(xml::xmlSimpleEscapeNEW(text));
-}
-
-std::string xmlSimpleUnescapeString(std::string text) {
-  return std::move(xml::xmlSimpleUnescape(text));
 }
 
 std::string URLEncodedString(std::string_view text) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -19,5 +21,9 @@ Status replaceFile(const std::string& path, std::span<const std::uint8_t> bytes)
 
 /// Like replaceFile, but a path that already exists, also since the caller looked, is refused.
 Status createFile(const std::string& path, std::span<const std::uint8_t> bytes);
+
+/// The bytes of a regular file that has no more than `largest` of them; nothing for a longer one or
+/// one that cannot be read. Files of the kernel, which do not tell their size, are read too.
+std::optional<std::string> readSmallFile(const std::string& path, std::size_t largest);
 
 }  // namespace velmara

@@ -1,14 +1,15 @@
-#include "platform/atomic_file.h"
+#include "platform/whole_file.h"
+
+#include <QFile>
+#include <QFileInfo>
 
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
-#include <optional>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
-#include <utility>
 
 #include "platform/temporary_files.h"
 
@@ -33,11 +34,9 @@ class Descriptor {
     if (fd_ >= 0) ::close(fd_);
   }
   int get() const { return fd_; }
-  /// Closes now; false if the system reports a late write error.
-  bool close() { return ::close(std::exchange(fd_, -1)) == 0; }
 
  private:
-  int fd_;
+  const int fd_;
 };
 
 bool writeAll(int fd, std::span<const std::uint8_t> bytes) {
@@ -72,7 +71,6 @@ class PendingFile {
       if (!linkTo(temporary_->path())) return false;
       named_ = true;
     }
-    if (!file_.close()) return false;
     const unsigned flags = mayReplace ? 0U : static_cast<unsigned>(RENAME_NOREPLACE);
     if (::renameat2(AT_FDCWD, temporary_->path().c_str(), AT_FDCWD, target.c_str(), flags) != 0) {
       return false;
@@ -154,6 +152,16 @@ Status replaceFile(const std::string& path, std::span<const std::uint8_t> bytes)
 
 Status createFile(const std::string& path, std::span<const std::uint8_t> bytes) {
   return write(path, bytes, false);
+}
+
+std::optional<std::string> readSmallFile(const std::string& path, std::size_t largest) {
+  QFile file(QFile::decodeName(path.c_str()));
+  // Anything else, a pipe for instance, could make the read wait for ever.
+  if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) return std::nullopt;
+  const QByteArray bytes = file.read(static_cast<qint64>(largest) + 1);
+  const bool isWhole = file.error() == QFileDevice::NoError;
+  if (!isWhole || static_cast<std::size_t>(bytes.size()) > largest) return std::nullopt;
+  return bytes.toStdString();
 }
 
 }  // namespace velmara
