@@ -2,7 +2,6 @@
 
 #include "base/alpha.h"
 #include "engine/fast/instruction_sets.h"
-#include "engine/fast/targets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "engine/alpha_rows.cpp"

@@ -1,12 +1,11 @@
 #include "engine/band_run.h"
 
+#include <algorithm>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <semaphore>
 #include <vector>
-
-#include "engine/tile_queue.h"
 
 namespace velmara {
 namespace {
@@ -17,6 +16,106 @@ std::vector<RowRange> bandsOf(int height) {
   for (int i = 0; i < kBands; ++i) bands.push_back(rowsOfBand(height, i, kBands));
   return bands;
 }
+
+/// Hands the pixels of a picture out in tiles, band after band.
+///
+/// Tiles lie side by side in strips, which go from the top to the bottom, so finished rows come in
+/// that order. They are of the kernel's size as long as there is much left to do and get lower
+/// toward the end: of several bands a tile is never more than a small share of what is left of them
+/// all, so that whoever takes it ends with the others even if it is several times slower than they
+/// are. Any thread may call.
+class TileQueue {
+ public:
+  struct Piece {
+    Tile tile;
+    std::size_t band = 0;
+    std::size_t strip = 0;
+  };
+  struct Finished {
+    int rows = 0;  ///< Those from the top on of which every pixel is done.
+    std::int64_t pixels = 0;
+  };
+
+  /// `bands` follow one another from the top to the bottom; they may be empty.
+  TileQueue(const FilterKernel& kernel, int width, const std::vector<RowRange>& bands)
+      : width_(width),
+        tileWidth_(std::max(1, kernel.tileWidth())),
+        tileHeight_(std::max(1, kernel.tileHeight())),
+        shares_(bands.size() > 1 ? 2 * static_cast<std::int64_t>(bands.size()) : 1),
+        x_(width),
+        y_(bands.front().begin) {
+    for (const RowRange& rows : bands) {
+      bands_.push_back({rows, std::int64_t{width} * (rows.end - rows.begin)});
+      untakenPixels_ += bands_.back().unfinishedPixels;
+    }
+  }
+
+  /// The next tile; nothing if all are taken.
+  std::optional<Piece> take() {
+    const std::lock_guard lock(mutex_);
+    if (untakenPixels_ == 0) return std::nullopt;
+    if (x_ == width_) beginStrip();
+    const RowRange& rows = strips_.back().rows;
+    const Tile tile{x_, std::min(x_ + tileWidth_, width_), rows.begin, rows.end};
+    x_ = tile.xEnd;
+    untakenPixels_ -= tile.pixels();
+    return Piece{tile, band_, strips_.size() - 1};
+  }
+
+  /// Says that a tile is done. Whether it was the last of its band.
+  bool finish(const Piece& piece) {
+    const std::lock_guard lock(mutex_);
+    const std::int64_t pixels = piece.tile.pixels();
+    finished_.pixels += pixels;
+    strips_[piece.strip].unfinishedPixels -= pixels;
+    for (; finishedStrips_ < strips_.size(); ++finishedStrips_) {
+      const Stretch& strip = strips_[finishedStrips_];
+      if (strip.unfinishedPixels > 0) break;
+      finished_.rows += strip.rows.end - strip.rows.begin;
+    }
+    return (bands_[piece.band].unfinishedPixels -= pixels) == 0;
+  }
+
+  Finished finished() const {
+    const std::lock_guard lock(mutex_);
+    return finished_;
+  }
+
+ private:
+  struct Stretch {
+    RowRange rows;
+    std::int64_t unfinishedPixels = 0;
+  };
+
+  // A strip is at most as high as the kernel's tiles, its tiles at most a share of what is left,
+  // and at least so much that the rows above it that a tile has to look at do not cost too much.
+  // The rest of the band is parted evenly.
+  void beginStrip() {
+    constexpr std::int64_t kLeastHeight = 8;
+    while (y_ == bands_[band_].rows.end) y_ = bands_[++band_].rows.begin;
+    const std::int64_t share = untakenPixels_ / (std::int64_t{tileWidth_} * shares_);
+    const std::int64_t most = std::min<std::int64_t>(std::max(share, kLeastHeight), tileHeight_);
+    const std::int64_t rows = bands_[band_].rows.end - y_;
+    const std::int64_t parts = (rows + most - 1) / most;
+    const int height = static_cast<int>((rows + parts - 1) / parts);
+    strips_.push_back({{y_, y_ + height}, std::int64_t{width_} * height});
+    x_ = 0;
+    y_ += height;
+  }
+
+  const int width_;
+  const int tileWidth_;
+  const int tileHeight_;
+  const std::int64_t shares_;
+  mutable std::mutex mutex_;
+  std::vector<Stretch> bands_;
+  std::vector<Stretch> strips_;  // Those handed out so far; the last may have tiles left.
+  std::size_t band_ = 0;         // Whose tiles are handed out.
+  int x_, y_;                    // Where the next tile and the next strip begin.
+  std::int64_t untakenPixels_ = 0;
+  std::size_t finishedStrips_ = 0;  // Those from the first on.
+  Finished finished_;
+};
 
 // What the eight tasks, the checks and the waiting thread share. Tasks that come late find no tile
 // left and touch neither kernel nor buffers, which the waiting thread may have given up by then.

@@ -5,7 +5,6 @@
 
 #include "engine/engine_environment.h"
 #include "engine/filter_kernel.h"
-#include "engine/run_watch.h"
 
 namespace velmara {
 

@@ -11,6 +11,7 @@
 #include "base/alpha.h"
 #include "engine/band_run.h"
 #include "engine/denoise_request.h"
+#include "engine/fast/fast_kernel.h"
 #include "engine/noise_level.h"
 
 namespace velmara {
@@ -59,6 +60,14 @@ std::int64_t pixelsPerSecond(Size size, double seconds) {
   if (pixels == 0.0) return 0;
   if (!(seconds > 0.0)) return std::numeric_limits<std::int64_t>::max();
   return truncated(pixels / seconds);
+}
+
+bool filterBand(KernelChoice choice, FilterBuffers& buffers, const FilterGeometry& geometry,
+                RowRange rows) {
+  const auto kernel = makeKernel(choice, geometry, buffers);
+  if (kernel != nullptr) return runOneBand(*kernel, buffers, geometry, rows);
+  ++buffers.completedSlices;
+  return false;
 }
 
 }  // namespace
@@ -177,14 +186,6 @@ bool DenoiseAlgoImplementation::processFastNLMeansAlgorithmWithCounter(
   }
   return filterBand(environment_.kernel, buffers, geometry,
                     rowsOfBand(heightSrc, counter, totalThreads));
-}
-
-bool DenoiseAlgoImplementation::filterBand(KernelChoice choice, FilterBuffers& buffers,
-                                           const FilterGeometry& geometry, RowRange rows) {
-  const auto kernel = makeKernel(choice, geometry, buffers);
-  if (kernel != nullptr) return runOneBand(*kernel, buffers, geometry, rows);
-  ++buffers.completedSlices;
-  return false;
 }
 
 void DenoiseAlgoImplementation::log(const char* line) const {

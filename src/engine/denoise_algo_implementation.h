@@ -5,7 +5,6 @@
 #include "base/image.h"
 #include "engine/engine_environment.h"
 #include "engine/filter_kernel.h"
-#include "engine/run_watch.h"
 
 namespace velmara {
 
@@ -71,8 +70,6 @@ class DenoiseAlgoImplementation {
                                               int channelsSrc) const;
 
  private:
-  static bool filterBand(KernelChoice choice, FilterBuffers& buffers,
-                         const FilterGeometry& geometry, RowRange rows);
   void log(const char* line) const;
   double now() const;
   bool mayRunInParallel() const;

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "base/image.h"
+#include "base/job_control.h"
 #include "base/task_queue.h"
 #include "engine/filter_kernel.h"
 
@@ -28,6 +29,18 @@ struct EngineEnvironment {
   /// What filters runs. The environment variable VELMARA_ENGINE=reference asks for the reference as
   /// well.
   KernelChoice kernel = KernelChoice::kFast;
+};
+
+/// How a request is watched and stopped while it runs. Whatever is left empty is done without.
+struct RunWatch {
+  /// Asked between rows whether to stop, and told the part of the rows that is done. A cancelled
+  /// request gives no image.
+  JobControl* control = nullptr;
+  /// Told rows of the result as soon as they are final, from the top to the bottom without gaps,
+  /// one call at a time, from any of the threads that filter: three samples a pixel, rows without
+  /// gaps, valid during the call. After a success all rows have been told; after a failure or a
+  /// cancel no more are. Must not throw; a slow one holds up one thread of the filter.
+  std::function<void(const std::uint8_t* rows, int firstRow, int rowCount)> rowsFinished;
 };
 
 }  // namespace velmara

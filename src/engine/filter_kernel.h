@@ -6,8 +6,7 @@
 #include <span>
 
 #include "base/job_control.h"
-#include "engine/filter_geometry.h"
-#include "engine/weight_table.h"
+#include "engine/filter_terms.h"
 
 namespace velmara {
 
@@ -34,6 +33,8 @@ struct FilterBuffers {
 struct Tile {
   int xBegin = 0, xEnd = 0;
   int yBegin = 0, yEnd = 0;
+
+  std::int64_t pixels() const { return std::int64_t{xEnd - xBegin} * (yEnd - yBegin); }
 };
 
 /// One thread's part of a kernel, with the scratch memory it works in.
@@ -58,10 +59,5 @@ class FilterKernel {
   /// Null if the memory is not to be had.
   virtual std::unique_ptr<TileFilter> makeTileFilter() const = 0;
 };
-
-/// The kernel for a request, the reference where the fast one does not take it. Null if the memory
-/// is not to be had.
-std::unique_ptr<FilterKernel> makeKernel(KernelChoice choice, const FilterGeometry& geometry,
-                                         FilterBuffers& buffers);
 
 }  // namespace velmara

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "engine/fast/instruction_sets.h"
-#include "engine/fast/targets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "engine/median_filter.cpp"

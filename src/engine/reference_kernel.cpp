@@ -4,8 +4,6 @@
 #include <new>
 #include <utility>
 
-#include "engine/weight_table.h"
-
 namespace velmara {
 namespace {
 

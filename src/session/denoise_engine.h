@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "base/image.h"
-#include "engine/run_watch.h"
+#include "engine/engine_environment.h"
 #include "session/denoise_parameters.h"
 
 namespace velmara {

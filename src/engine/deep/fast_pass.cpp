@@ -2,7 +2,7 @@
 
 #include "engine/deep/deep_pass.h"
 #include "engine/deep/group_shrinkage.h"
-#include "engine/fast/targets.h"
+#include "engine/fast/instruction_sets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "engine/deep/fast_pass.cpp"

@@ -1,11 +1,10 @@
-// The averages of a row of a tile: in single precision where that decides, else exactly. Compiled
-// once per instruction set.
+// The averages of a row of a tile: in single precision where that decides, else in the double
+// precision and the order that define the result. Compiled once per instruction set.
 
 #include <hwy/highway.h>
 
 #include <cstring>
 
-#include "engine/fast/average_exact-inl.h"
 #include "engine/fast/average_single-inl.h"
 
 #if defined(VELMARA_AVERAGES_INL_H_) == defined(HWY_TARGET_TOGGLE)
@@ -20,6 +19,54 @@ namespace velmara {
 namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
+
+/// Pixels that averageExactly works on side by side.
+using ExactLanes = hn::CappedTag<double, FastScratch::kMostLanes>;
+
+/// Writes the output samples of the pixels from pixel i on, as many as ExactLanes has. Weights are
+/// added from the last candidate to the first, products from the first to the last, each operation
+/// rounded by itself.
+template <class Index, int kChannels>
+void averageExactly(const FastPlan& plan, const AverageRow<kChannels>& row,
+                    const Index* const* indices, double* weights, std::ptrdiff_t i) {
+  const ExactLanes dd;
+  const hn::Rebind<float, ExactLanes> df;
+  const hn::Rebind<std::int32_t, ExactLanes> di;
+  constexpr std::size_t kLanes = hn::MaxLanes(ExactLanes());
+  const std::size_t count = plan.slots.size();
+  // Each look-up by itself: gather instructions are slower.
+  const double* table = plan.table.data();
+  HWY_ALIGN double totals[kLanes] = {};
+  for (std::size_t z = count; z-- > 0;) {
+    const Index* index = indices[z] + i;
+    double* weight = weights + z * kLanes;
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+      weight[lane] = table[index[lane]];
+      totals[lane] += weight[lane];
+    }
+  }
+  const auto reciprocal = hn::Div(hn::Set(dd, 1.0), hn::Load(dd, totals));
+  const auto centre = hn::Set(dd, 128.0);
+  hn::Vec<ExactLanes> sums[kChannels];
+  for (int c = 0; c < kChannels; ++c) sums[c] = hn::Zero(dd);
+  for (int l = 0; l < plan.s; ++l) {
+    for (int k = 0; k < plan.s; ++k, weights += kLanes) {
+      const auto normalised = hn::Mul(hn::LoadU(dd, weights), reciprocal);
+      for (int c = 0; c < kChannels; ++c) {
+        const auto centred = hn::PromoteTo(dd, hn::LoadU(df, row.samples[l][c] + i + k));
+        sums[c] = hn::Add(sums[c], hn::Mul(hn::Add(centred, centre), normalised));
+      }
+    }
+  }
+  for (int c = 0; c < kChannels; ++c) {
+    HWY_ALIGN std::int32_t truncated[FastScratch::kMostLanes];
+    hn::StoreU(hn::DemoteTo(di, sums[c]), di, truncated);
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+      row.output[kChannels * (i + static_cast<std::ptrdiff_t>(lane)) + c] =
+          static_cast<std::uint8_t>(truncated[lane]);
+    }
+  }
+}
 
 /// Whether every candidate of a vector of pixels has distance index 0 and the very samples of the
 /// pixel itself. Their means then follow from the sample alone (FastPlan::flatMeans).

@@ -9,6 +9,7 @@
 
 #include "engine/fast/fast_tile.h"
 #include "engine/fast/instruction_sets.h"
+#include "engine/reference_kernel.h"
 
 namespace velmara {
 namespace {
@@ -24,7 +25,7 @@ class FastTileFilter final : public TileFilter {
 
   void filter(const Tile& tile) override {
     undecidedPixels += filterTile(*plan_, *scratch_, tile);
-    fastPixels += std::int64_t{tile.xEnd - tile.xBegin} * (tile.yEnd - tile.yBegin);
+    fastPixels += tile.pixels();
   }
 
  private:
@@ -71,6 +72,19 @@ std::optional<FastPlan> boundedPlan(const FilterGeometry& geometry, FilterBuffer
 
 }  // namespace
 
+std::unique_ptr<FilterKernel> makeKernel(KernelChoice choice, const FilterGeometry& geometry,
+                                         FilterBuffers& buffers) try {
+  // Nothing is read for a picture without rows or of a kind that is not filtered: it has no source.
+  const bool hasWork = geometry.heightSrc > 0 && isFilterable(geometry);
+  if (hasWork && choice == KernelChoice::kFast) {
+    if (auto kernel = makeFastKernel(geometry, buffers)) return kernel;
+  }
+  referencePixels += std::int64_t{geometry.widthSrc} * geometry.heightSrc;
+  return makeReferenceKernel(geometry, buffers);
+} catch (const std::bad_alloc&) {
+  return nullptr;
+}
+
 std::unique_ptr<FilterKernel> makeFastKernel(const FilterGeometry& geometry,
                                              FilterBuffers& buffers) {
   auto plan = boundedPlan(geometry, buffers);
@@ -88,10 +102,6 @@ std::unique_ptr<FilterKernel> makeUndecidedKernel(const FilterGeometry& geometry
 
 KernelStatistics kernelStatistics() {
   return {fastPixels, undecidedPixels, referencePixels};
-}
-
-void countReferencePixels(std::int64_t pixels) {
-  referencePixels += pixels;
 }
 
 }  // namespace velmara

@@ -7,6 +7,11 @@
 
 namespace velmara {
 
+/// The kernel for a request, the reference where the fast one does not take it. Null if the memory
+/// is not to be had.
+std::unique_ptr<FilterKernel> makeKernel(KernelChoice choice, const FilterGeometry& geometry,
+                                         FilterBuffers& buffers);
+
 /// The kernel that uses the machine's vector instructions: the reference's bits in a fraction of
 /// its time.
 ///
@@ -29,6 +34,5 @@ struct KernelStatistics {
   std::int64_t referencePixels = 0;
 };
 KernelStatistics kernelStatistics();
-void countReferencePixels(std::int64_t pixels);
 
 }  // namespace velmara

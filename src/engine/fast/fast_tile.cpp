@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "engine/fast/targets.h"
+#include "engine/fast/instruction_sets.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "engine/fast/fast_tile.cpp"

@@ -1,13 +1,9 @@
 #include "engine/fast/instruction_sets.h"
 
+#include <hwy/highway.h>
+
 #include <cstdint>
 #include <cstdlib>
-
-// The first decides what the second declares.
-// clang-format off
-#include "engine/fast/targets.h"
-#include <hwy/highway.h>
-// clang-format on
 
 namespace velmara {
 namespace {
