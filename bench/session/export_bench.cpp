@@ -11,7 +11,7 @@
 #include "engine/denoise_algo_implementation.h"
 #include "engine/noisy_photo.h"
 #include "engine/thread_queue.h"
-#include "imaging/recompress_jpeg.h"
+#include "imaging/image_writer.h"
 #include "platform/whole_file.h"
 #include "session/loaded_photo.h"
 #include "support/scratch_folder.h"

@@ -11,7 +11,7 @@
 #include "app/app_delegate.h"
 #include "engine/denoise_algo_implementation.h"
 #include "imaging/initialise.h"
-#include "imaging/recompress_jpeg.h"
+#include "imaging/image_writer.h"
 #include "platform/bundle.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"

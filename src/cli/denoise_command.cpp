@@ -11,7 +11,7 @@
 #include "cli/terminal.h"
 #include "engine/denoise_algo_implementation.h"
 #include "imaging/file_format.h"
-#include "imaging/recompress_jpeg.h"
+#include "imaging/image_writer.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
 #include "platform/temporary_files.h"

@@ -2,7 +2,9 @@
 
 #include <QString>
 #include <QStringDecoder>
+#include <QtEndian>
 
+#include <cstring>
 #include <string_view>
 
 namespace velmara {
@@ -11,29 +13,24 @@ namespace {
 constexpr std::size_t kHeaderBytes = 128;
 constexpr std::size_t kTagEntryBytes = 12;
 
-std::uint32_t bigEndian(std::span<const std::uint8_t> bytes, std::size_t at, std::size_t count) {
-  std::uint32_t value = 0;
-  for (std::size_t i = 0; i < count; ++i) value = value << 8U | bytes[at + i];
-  return value;
+std::uint32_t bigEndian(std::span<const std::uint8_t> bytes, std::size_t at) {
+  return qFromBigEndian<std::uint32_t>(bytes.data() + at);
 }
 
 bool hasSignature(std::span<const std::uint8_t> bytes, std::size_t at, std::string_view text) {
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (bytes[at + i] != static_cast<std::uint8_t>(text[i])) return false;
-  }
-  return true;
+  return std::memcmp(bytes.data() + at, text.data(), text.size()) == 0;
 }
 
 /// The bytes of a tag; empty if there is none or it leaves the profile.
 std::span<const std::uint8_t> tagOf(std::span<const std::uint8_t> profile, std::string_view name) {
   if (profile.size() < kHeaderBytes + 4) return {};
-  const std::size_t count = bigEndian(profile, kHeaderBytes, 4);
+  const std::size_t count = bigEndian(profile, kHeaderBytes);
   for (std::size_t i = 0; i < count; ++i) {
     const std::size_t at = kHeaderBytes + 4 + i * kTagEntryBytes;
     if (at + kTagEntryBytes > profile.size()) return {};
     if (!hasSignature(profile, at, name)) continue;
-    const std::size_t offset = bigEndian(profile, at + 4, 4);
-    const std::size_t size = bigEndian(profile, at + 8, 4);
+    const std::size_t offset = bigEndian(profile, at + 4);
+    const std::size_t size = bigEndian(profile, at + 8);
     if (offset > profile.size() || size > profile.size() - offset) return {};
     return profile.subspan(offset, size);
   }
@@ -44,7 +41,7 @@ std::span<const std::uint8_t> tagOf(std::span<const std::uint8_t> profile, std::
 std::string plainDescription(std::span<const std::uint8_t> tag) {
   if (tag.size() < 12) return {};
   std::string text;
-  const std::size_t count = bigEndian(tag, 8, 4);
+  const std::size_t count = bigEndian(tag, 8);
   for (std::size_t i = 0; i < count && 12 + i < tag.size() && tag[12 + i] != 0; ++i) {
     if (tag[12 + i] < 0x80) text.push_back(static_cast<char>(tag[12 + i]));
   }
@@ -53,9 +50,9 @@ std::string plainDescription(std::span<const std::uint8_t> tag) {
 
 // multiLocalizedUnicodeType of version 4 profiles: the first of its languages.
 std::string localizedDescription(std::span<const std::uint8_t> tag) {
-  if (tag.size() < 28 || bigEndian(tag, 8, 4) == 0) return {};
-  const std::size_t length = bigEndian(tag, 20, 4);
-  const std::size_t offset = bigEndian(tag, 24, 4);
+  if (tag.size() < 28 || bigEndian(tag, 8) == 0) return {};
+  const std::size_t length = bigEndian(tag, 20);
+  const std::size_t offset = bigEndian(tag, 24);
   if (offset > tag.size() || length > tag.size() - offset) return {};
   const QByteArrayView text(tag.data() + offset, static_cast<qsizetype>(length));
   const QString name = QStringDecoder(QStringDecoder::Utf16BE)(text);
@@ -66,7 +63,7 @@ std::string localizedDescription(std::span<const std::uint8_t> tag) {
 
 std::optional<ProfileColors> profileColors(std::span<const std::uint8_t> profile) {
   if (profile.size() < kHeaderBytes + 4 || !hasSignature(profile, 36, "acsp") ||
-      bigEndian(profile, 0, 4) > profile.size()) {
+      bigEndian(profile, 0) > profile.size()) {
     return std::nullopt;
   }
   if (hasSignature(profile, 16, "RGB ")) return ProfileColors::rgb;

@@ -4,9 +4,8 @@
 #include <string_view>
 #include <utility>
 
-#include "imaging/eight_bit.h"
+#include "imaging/decoding.h"
 #include "imaging/memory_budget.h"
-#include "imaging/open_picture.h"
 #include "imaging/sample_check.h"
 
 namespace velmara {

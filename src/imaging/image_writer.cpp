@@ -1,14 +1,14 @@
 #include "imaging/image_writer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <new>
 #include <utility>
 
 #include "base/alpha.h"
-#include "imaging/encode_image.h"
+#include "imaging/decoding.h"
 #include "imaging/initialise.h"
-#include "imaging/vips_api.h"
 
 namespace velmara {
 namespace {
@@ -58,6 +58,12 @@ std::vector<std::uint8_t> contentsOf(VipsTarget* target) {
   return {bytes, bytes + size};
 }
 
+// The JPEG quality of a compression factor, 0.0 for the strongest compression to 1.0 for the least.
+int jpegQualityOfFactor(float factor) {
+  if (!(factor > 0.0F)) return 1;
+  return std::clamp(static_cast<int>(std::lround(std::min(factor, 1.0F) * 100.0F)), 1, 100);
+}
+
 Error cannotEncode() {
   return {"the picture cannot be encoded (" + takeVipsError() + ")"};
 }
@@ -103,28 +109,20 @@ Result<std::vector<std::uint8_t>> encodeImage(const Bitmap& bitmap, const ColorP
   }
 }
 
-EncodeOptions encodeOptionsFor(const ImageMetadata& metadata, int width, int height) {
+Image recompressJpeg(const Image& image, float factor) {
+  if (!image.isValid()) return {};
   EncodeOptions options;
-  const auto dpi = [&metadata](const char* key) {
-    const MetadataValue* value = metadata.find(key);
-    return value != nullptr && value->real() != nullptr ? *value->real() : 0.0;
-  };
-  const double across = dpi("DPIWidth");
-  const double down = dpi("DPIHeight");
-  if (across > 0.0 && down > 0.0) {
-    const bool turned = isTurned(metadata, width, height);
-    options.resolution = turned ? Resolution{down, across} : Resolution{across, down};
+  options.quality = jpegQualityOfFactor(factor);
+  const auto bytes = encodeImage(image.bitmap(), nullptr, FileFormat::jpeg, options);
+  if (!bytes) return {};
+  VipsImage* decoded = nullptr;
+  if (vips().jpegload_buffer(const_cast<std::uint8_t*>(bytes->data()), bytes->size(), &decoded,
+                             "access", VIPS_ACCESS_SEQUENTIAL, nullptr) != 0) {
+    return {};
   }
-  return options;
-}
-
-Result<std::vector<std::uint8_t>> encodeImageWithMetadata(const Bitmap& bitmap,
-                                                          const ColorProfile& profile,
-                                                          FileFormat format,
-                                                          const ImageMetadata& metadata) {
-  auto bytes = encodeImage(bitmap, profile, format,
-                           encodeOptionsFor(metadata, bitmap.width(), bitmap.height()));
-  return bytes ? withMetadata(std::move(bytes).value(), format, metadata) : std::move(bytes);
+  const VipsImagePtr owner(decoded);
+  const auto bitmap = toBitmap(decoded);
+  return bitmap ? Image(*bitmap, image.profile()) : Image{};
 }
 
 }  // namespace velmara

@@ -31,16 +31,19 @@ struct EncodeOptions {
 Result<std::vector<std::uint8_t>> encodeImage(const Bitmap& bitmap, const ColorProfile& profile,
                                               FileFormat format, const EncodeOptions& options = {});
 
-/// Puts a picture's metadata into the bytes of a file just encoded: Exif with its maker notes, XMP
-/// and IPTC, with the orientation given instead of its own, true pixel dimensions, and without the
-/// embedded thumbnail, which no longer shows the picture. What has no place for metadata comes back
-/// as it is. What a JPEG's segments of 64 KB cannot hold is left out, the largest pieces first. The
-/// pixels and the profile are not touched.
-Result<std::vector<std::uint8_t>> withMetadata(std::vector<std::uint8_t> bytes, FileFormat format,
-                                               const ImageMetadata& metadata, int orientation = 1);
+/// encodeImage of what libvips holds or computes: 1 to 4 samples of 8 bits, with alpha only where
+/// the format has it. Each region is asked for as the saver comes to it, from the top to the bottom
+/// for JPEG, TIFF and PNG.
+Result<std::vector<std::uint8_t>> encodeVipsImage(VipsImage* image, const ColorProfile& profile,
+                                                  FileFormat format, const EncodeOptions& options);
 
-/// Whether a picture of this size is the one the metadata was read from with its sides exchanged.
-bool isTurned(const ImageMetadata& metadata, int width, int height);
+/// Puts a picture's metadata into the bytes of a file just encoded: Exif with its maker notes, XMP
+/// and IPTC, the orientation of an upright picture and its true dimensions instead of their own,
+/// and without the embedded thumbnail, which no longer shows the picture. What has no place for
+/// metadata comes back as it is. What a JPEG's segments of 64 KB cannot hold is left out, the
+/// largest pieces first. The pixels and the profile are not touched.
+Result<std::vector<std::uint8_t>> withMetadata(std::vector<std::uint8_t> bytes, FileFormat format,
+                                               const ImageMetadata& metadata);
 
 /// The options for a picture of this size that has been turned upright: the resolution the metadata
 /// states, its width and height exchanged if those of the picture were.
@@ -51,5 +54,10 @@ Result<std::vector<std::uint8_t>> encodeImageWithMetadata(const Bitmap& bitmap,
                                                           const ColorProfile& profile,
                                                           FileFormat format,
                                                           const ImageMetadata& metadata);
+
+/// An image after a round trip through a JPEG of that compression factor: the first representation
+/// with what the coding left of it, without alpha (drawn over black). Not valid if the input is not
+/// or the memory is not to be had. Keeps no state; any thread.
+Image recompressJpeg(const Image& image, float factor);
 
 }  // namespace velmara

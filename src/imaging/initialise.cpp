@@ -2,8 +2,9 @@
 
 #include <exiv2/exiv2.hpp>
 
+#include <mutex>
+
 #include "imaging/file_format.h"
-#include "imaging/metadata_carrier.h"
 #include "imaging/vips_api.h"
 
 namespace velmara {
@@ -13,6 +14,11 @@ namespace {
 void takeLogMessage(const char* /*domain*/, GLogLevelFlags /*level*/, const char* message,
                     void* /*data*/) {
   DecoderWarnings::note(message);
+}
+
+void lockXmpToolkit(void* /*data*/, bool lock) {
+  static std::recursive_mutex mutex;
+  lock ? mutex.lock() : mutex.unlock();
 }
 
 bool start() {

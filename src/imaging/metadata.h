@@ -63,11 +63,21 @@ class ImageMetadata {
   const MetadataDictionary& dictionary() const { return dictionary_; }
   /// The value of a key at the top, or null.
   const MetadataValue* find(const std::string& key) const;
+  /// The value of a key at the top, if there is one of this type.
+  template <typename T>
+  std::optional<T> valueOf(const std::string& key) const {
+    const MetadataValue* value = find(key);
+    const T* found = value != nullptr ? std::get_if<T>(&value->content) : nullptr;
+    return found != nullptr ? std::optional(*found) : std::nullopt;
+  }
   /// The value of a key in a group such as "{Exif}", or null.
   const MetadataValue* find(const std::string& group, const std::string& key) const;
 
   /// "Orientation" as the file states it, whatever number that is; nothing if it does not say.
-  std::optional<int> orientation() const;
+  std::optional<int> orientation() const {
+    const auto value = valueOf<std::int64_t>("Orientation");
+    return value ? std::optional(static_cast<int>(*value)) : std::nullopt;
+  }
 
   /// What the writer of metadata takes over; null if there is nothing to take over.
   const std::shared_ptr<const MetadataCarrier>& carrier() const { return carrier_; }

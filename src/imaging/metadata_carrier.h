@@ -5,6 +5,8 @@
 #include <mutex>
 #include <string>
 
+#include "imaging/metadata.h"
+
 namespace velmara {
 
 /// The metadata of a file as Exiv2 read it, whole. Not changed after it was read.
@@ -19,9 +21,19 @@ struct MetadataCarrier {
 
 /// Exiv2 keeps registries for the whole process (name spaces of XMP, the maker notes' tables) that
 /// its own locks do not all cover. Whoever reads or writes metadata holds this lock meanwhile.
-std::unique_lock<std::mutex> lockExiv2();
+inline std::unique_lock<std::mutex> lockExiv2() {
+  static std::mutex mutex;
+  return std::unique_lock(mutex);
+}
 
-/// The lock function that Exiv2's XMP toolkit is started with.
-void lockXmpToolkit(void* data, bool lock);
+/// Adds the groups "{TIFF}", "{Exif}", "{GPS}", "{IPTC}" and "{XMP}" to a dictionary, and at its
+/// top "Orientation". What a file's directories need for themselves (offsets, strips, pointers),
+/// maker notes and values too long to look at are left out.
+void addMetadataGroups(const MetadataCarrier& carrier, MetadataDictionary& dictionary);
+
+/// Whether an Exif entry tells how the pixels are stored in its file, and so belongs to no other
+/// file: sizes, strips, tiles, compression, embedded profiles and packets, pointers, further
+/// pictures.
+bool describesStorage(const Exiv2::Exifdatum& entry);
 
 }  // namespace velmara

@@ -3,11 +3,9 @@
 #include <utility>
 
 #include "imaging/color_profile.h"
-#include "imaging/eight_bit.h"
+#include "imaging/decoding.h"
 #include "imaging/metadata.h"
 #include "imaging/metadata_carrier.h"
-#include "imaging/metadata_dictionary.h"
-#include "imaging/open_picture.h"
 
 namespace velmara {
 namespace {
@@ -51,16 +49,6 @@ void addHeader(VipsImage* image, MetadataDictionary& dictionary) {
     std::string name = profileName(*profile);
     if (!name.empty()) dictionary.emplace("ProfileName", std::move(name));
   }
-}
-
-std::span<const std::uint8_t> blobOf(const VipsImage* image, const char* name) {
-  const void* data = nullptr;
-  std::size_t size = 0;
-  if (vips().image_get_typeof(image, name) == 0 ||
-      vips().image_get_blob(image, name, &data, &size) != 0) {
-    return {};
-  }
-  return {static_cast<const std::uint8_t*>(data), size};
 }
 
 // The containers Exiv2 cannot open: libvips hands out the packets. The turn is in the container and
@@ -156,12 +144,6 @@ const MetadataValue* ImageMetadata::find(const std::string& group, const std::st
   if (entries == nullptr) return nullptr;
   const auto item = entries->find(key);
   return item != entries->end() ? &item->second : nullptr;
-}
-
-std::optional<int> ImageMetadata::orientation() const {
-  const MetadataValue* value = find("Orientation");
-  if (value == nullptr || value->integer() == nullptr) return std::nullopt;
-  return static_cast<int>(*value->integer());
 }
 
 }  // namespace velmara

@@ -5,17 +5,15 @@
 #include "imaging/image_writer.h"
 #include "imaging/initialise.h"
 #include "imaging/metadata_carrier.h"
-#include "imaging/metadata_dictionary.h"
 
 namespace velmara {
 namespace {
 
-/// The metadata to write, changed to be true of the new picture.
-struct Content {
-  Exiv2::ExifData exif;
-  Exiv2::IptcData iptc;
-  Exiv2::XmpData xmp;
-};
+/// Whether a picture of this size is the one the metadata was read from with its sides exchanged.
+bool isTurned(const ImageMetadata& metadata, int width, int height) {
+  return width != height && metadata.valueOf<std::int64_t>("PixelWidth") == height &&
+         metadata.valueOf<std::int64_t>("PixelHeight") == width;
+}
 
 template <typename Data, typename Predicate>
 void eraseWhere(Data& data, Predicate predicate) {
@@ -38,13 +36,13 @@ void setIfThere(Exiv2::XmpData& xmp, const char* key, int value) {
   if (entry != xmp.end()) entry->setValue(std::to_string(value));
 }
 
-Content contentFor(const ImageMetadata& metadata, int orientation, int width, int height) {
-  const MetadataCarrier& carrier = *metadata.carrier();
-  Content content{carrier.exif, carrier.iptc, carrier.xmp};
+/// The metadata to write, changed to be true of the new picture.
+MetadataCarrier contentFor(const ImageMetadata& metadata, int width, int height) {
+  MetadataCarrier content = *metadata.carrier();
   eraseWhere(content.exif, describesStorage);
-  if (!content.exif.empty() || orientation != 1) {
+  if (!content.exif.empty()) {
     // A short by its standard; readers take other types for no orientation.
-    content.exif["Exif.Image.Orientation"] = static_cast<std::uint16_t>(orientation);
+    content.exif["Exif.Image.Orientation"] = std::uint16_t{1};
     content.exif["Exif.Photo.PixelXDimension"] = static_cast<std::uint32_t>(width);
     content.exif["Exif.Photo.PixelYDimension"] = static_cast<std::uint32_t>(height);
   }
@@ -55,7 +53,7 @@ Content contentFor(const ImageMetadata& metadata, int orientation, int width, in
   eraseWhere(content.xmp, [](const Exiv2::Xmpdatum& entry) {
     return entry.key().starts_with("Xmp.xmp.Thumbnails");
   });
-  setIfThere(content.xmp, "Xmp.tiff.Orientation", orientation);
+  setIfThere(content.xmp, "Xmp.tiff.Orientation", 1);
   setIfThere(content.xmp, "Xmp.tiff.ImageWidth", width);
   setIfThere(content.xmp, "Xmp.tiff.ImageLength", height);
   setIfThere(content.xmp, "Xmp.exif.PixelXDimension", width);
@@ -73,7 +71,7 @@ typename Data::iterator largestOf(Data& data) {
 }
 
 /// Leaves out the largest Exif entry; false if there is none worth leaving out.
-bool dropLargestExif(Content& content) {
+bool dropLargestExif(MetadataCarrier& content) {
   const auto exif = largestOf(content.exif);
   if (exif == content.exif.end()) return false;
   const bool isMakerNote =
@@ -88,7 +86,7 @@ bool dropLargestExif(Content& content) {
 }
 
 /// Leaves out the largest entry of all; false if there is none worth leaving out.
-bool dropLargest(Content& content) {
+bool dropLargest(MetadataCarrier& content) {
   const auto xmp = largestOf(content.xmp);
   const auto exif = largestOf(content.exif);
   const bool isXmpLarger =
@@ -100,7 +98,7 @@ bool dropLargest(Content& content) {
 
 /// A JPEG's Exif is one segment of 64 KB. What is larger the library would thin out by itself,
 /// every large entry at once, so the largest go here, one by one, until the rest fits.
-void fitIntoSegment(Content& content) {
+void fitIntoSegment(MetadataCarrier& content) {
   constexpr long kSegment = 65'000;
   constexpr long kDirectoryEntry = 12;
   const auto size = [&content] {
@@ -120,7 +118,7 @@ Exiv2::Image::AutoPtr opened(const std::vector<std::uint8_t>& bytes) {
 }
 
 std::vector<std::uint8_t> written(const std::vector<std::uint8_t>& bytes, FileFormat format,
-                                  const Content& content, const MetadataCarrier& carrier) {
+                                  const MetadataCarrier& content) {
   const Exiv2::Image::AutoPtr image = opened(bytes);
   Exiv2::ExifData exif = content.exif;
   if (format == FileFormat::tiff) {
@@ -128,13 +126,13 @@ std::vector<std::uint8_t> written(const std::vector<std::uint8_t>& bytes, FileFo
     for (const Exiv2::Exifdatum& entry : image->exifData()) {
       if (describesStorage(entry)) exif.add(entry);
     }
-  } else if (carrier.byteOrder != Exiv2::invalidByteOrder) {
-    image->setByteOrder(carrier.byteOrder);
+  } else if (content.byteOrder != Exiv2::invalidByteOrder) {
+    image->setByteOrder(content.byteOrder);
   }
   image->setExifData(exif);
   image->setIptcData(content.iptc);
   image->setXmpData(content.xmp);
-  if (format == FileFormat::jpeg && !carrier.comment.empty()) image->setComment(carrier.comment);
+  if (format == FileFormat::jpeg && !content.comment.empty()) image->setComment(content.comment);
   image->writeMetadata();
 
   Exiv2::BasicIo& io = image->io();
@@ -149,32 +147,23 @@ std::vector<std::uint8_t> written(const std::vector<std::uint8_t>& bytes, FileFo
 
 }  // namespace
 
-bool isTurned(const ImageMetadata& metadata, int width, int height) {
-  const MetadataValue* oldWidth = metadata.find("PixelWidth");
-  const MetadataValue* oldHeight = metadata.find("PixelHeight");
-  return width != height && oldWidth != nullptr && oldHeight != nullptr &&
-         oldWidth->integer() != nullptr && oldHeight->integer() != nullptr &&
-         *oldWidth->integer() == height && *oldHeight->integer() == width;
-}
-
 Result<std::vector<std::uint8_t>> withMetadata(std::vector<std::uint8_t> bytes, FileFormat format,
-                                               const ImageMetadata& metadata, int orientation) {
+                                               const ImageMetadata& metadata) {
   if (factsOf(format).metadata == MetadataPlace::nowhere || metadata.carrier() == nullptr) {
     return bytes;
   }
   if (!initialiseImaging()) return Error{"the picture libraries cannot be started"};
   const auto lock = lockExiv2();
   try {
-    const MetadataCarrier& carrier = *metadata.carrier();
-    Content content;
+    MetadataCarrier content;
     {
       const Exiv2::Image::AutoPtr image = opened(bytes);
-      content = contentFor(metadata, orientation, image->pixelWidth(), image->pixelHeight());
+      content = contentFor(metadata, image->pixelWidth(), image->pixelHeight());
     }
     if (format == FileFormat::jpeg) fitIntoSegment(content);
     for (;;) {
       try {
-        return written(bytes, format, content, carrier);
+        return written(bytes, format, content);
       } catch (const Exiv2::AnyError&) {
         if (!dropLargest(content)) throw;
       }
@@ -182,6 +171,24 @@ Result<std::vector<std::uint8_t>> withMetadata(std::vector<std::uint8_t> bytes, 
   } catch (const std::exception& failure) {
     return Error{std::string("the metadata cannot be written (") + failure.what() + ")"};
   }
+}
+
+EncodeOptions encodeOptionsFor(const ImageMetadata& metadata, int width, int height) {
+  EncodeOptions options;
+  double across = metadata.valueOf<double>("DPIWidth").value_or(0.0);
+  double down = metadata.valueOf<double>("DPIHeight").value_or(0.0);
+  if (isTurned(metadata, width, height)) std::swap(across, down);
+  if (across > 0.0 && down > 0.0) options.resolution = {across, down};
+  return options;
+}
+
+Result<std::vector<std::uint8_t>> encodeImageWithMetadata(const Bitmap& bitmap,
+                                                          const ColorProfile& profile,
+                                                          FileFormat format,
+                                                          const ImageMetadata& metadata) {
+  auto bytes = encodeImage(bitmap, profile, format,
+                           encodeOptionsFor(metadata, bitmap.width(), bitmap.height()));
+  return bytes ? withMetadata(std::move(bytes).value(), format, metadata) : std::move(bytes);
 }
 
 }  // namespace velmara

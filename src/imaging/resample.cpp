@@ -34,21 +34,17 @@ Bitmap copiedPart(const Bitmap& rgba, std::int64_t left, std::int64_t top, int w
   return std::move(*canvas).finish();
 }
 
-Bitmap filteredPart(const Bitmap& bitmap, const Rect& part, double top, int width, int height) {
-  auto canvas = BitmapBuilder::allocate(width, height, 4);
+// A canvas of the samples that the taps are of.
+Bitmap filtered(const Bitmap& bitmap, const AxisTaps& across, const AxisTaps& down,
+                bool weighAlpha) {
+  const auto height = static_cast<int>(down.first.size());
+  auto canvas = BitmapBuilder::allocate(static_cast<int>(across.first.size()), height, 4);
   if (!canvas) return {};
-  const AxisTaps across = lanczosTaps(bitmap.width(), part.x, part.width, width);
-  const AxisTaps down = lanczosTaps(bitmap.height(), top, part.height, height);
-  const bool weighAlpha = !isOpaque(bitmap);
   parallelRows(height, [&](int first, int end) {
     RowDrawer drawer(bitmap, across, down, weighAlpha);
     for (int y = first; y < end; ++y) drawer.draw(y, canvas->row(y));
   });
   return std::move(*canvas).finish();
-}
-
-bool hasExtent(double width, double height) {
-  return width > 0.0 && height > 0.0;
 }
 
 }  // namespace
@@ -61,7 +57,11 @@ Bitmap drawnPart(const Bitmap& bitmap, const Rect& part, int width, int height) 
   const double top = bitmap.height() - (part.y + part.height);
   const bool isExact =
       part.width == width && part.height == height && isWhole(part.x) && isWhole(top);
-  if (!isExact) return filteredPart(bitmap, part, top, width, height);
+  if (!isExact) {
+    return filtered(bitmap, lanczosTaps(bitmap.width(), part.x, part.width, width, {0, width}),
+                    lanczosTaps(bitmap.height(), top, part.height, height, {0, height}),
+                    !isOpaque(bitmap));
+  }
   if (part.x == 0.0 && top == 0.0 && width == bitmap.width() && height == bitmap.height()) {
     return asRgba(bitmap);
   }
@@ -89,17 +89,10 @@ Bitmap ResampledBitmap::part(const PixelRect& rect) const {
   if (width_ == source_.width() && height_ == source_.height()) {
     return asRgba(copiedPixels(source_, inside));
   }
-  auto canvas = BitmapBuilder::allocate(inside.width, inside.height, 4);
-  if (!canvas) return {};
-  const AxisTaps across =
-      lanczosTaps(source_.width(), 0.0, source_.width(), width_, {inside.x, inside.width});
-  const AxisTaps down =
-      lanczosTaps(source_.height(), 0.0, source_.height(), height_, {inside.y, inside.height});
-  parallelRows(inside.height, [&](int first, int end) {
-    RowDrawer drawer(source_, across, down, !isOpaque_);
-    for (int y = first; y < end; ++y) drawer.draw(y, canvas->row(y));
-  });
-  return std::move(*canvas).finish();
+  return filtered(
+      source_, lanczosTaps(source_.width(), 0.0, source_.width(), width_, {inside.x, inside.width}),
+      lanczosTaps(source_.height(), 0.0, source_.height(), height_, {inside.y, inside.height}),
+      !isOpaque_);
 }
 
 Bitmap copiedPixels(const Bitmap& bitmap, const PixelRect& rect) {
@@ -116,32 +109,6 @@ Bitmap copiedPixels(const Bitmap& bitmap, const PixelRect& rect) {
 int canvasPixels(double length) {
   constexpr double kMost = std::numeric_limits<int>::max();
   return length >= 1.0 ? static_cast<int>(std::min(std::round(length), kMost)) : 1;
-}
-
-Image croppedImage(const Image& image, const Rect& part) {
-  if (!image.isValid() || !hasExtent(part.width, part.height)) return image;
-  const Size size = image.size();
-  if (!hasExtent(size.width, size.height)) return image;
-  const int width = canvasPixels(part.width);
-  const int height = canvasPixels(part.height);
-  // What the whole image would need for the canvas to have its pixels one to one.
-  const Bitmap& source =
-      image.representationForDrawing({std::round(size.width * width / part.width),
-                                      std::round(size.height * height / part.height)});
-  const double across = source.width() / size.width;
-  const double up = source.height() / size.height;
-  const Rect pixels = {part.x * across, part.y * up, part.width * across, part.height * up};
-  return Image({drawnPart(source, pixels, width, height)}, {part.width, part.height},
-               image.profile());
-}
-
-Image scaledImage(const Image& image, Size size) {
-  if (!image.isValid() || !hasExtent(size.width, size.height)) return {};
-  const int width = canvasPixels(size.width);
-  const int height = canvasPixels(size.height);
-  const Bitmap& source =
-      image.representationForDrawing({static_cast<double>(width), static_cast<double>(height)});
-  return Image({resampled(source, width, height)}, size, image.profile());
 }
 
 }  // namespace velmara

@@ -19,27 +19,19 @@ struct Walk {
   std::ptrdiff_t alongY = 0;
 };
 
+// Each orientation is a mirroring of one axis, the other, both or none, and from 5 on an exchange
+// of the two.
 Walk walkFor(const Bitmap& bitmap, int orientation) {
+  const bool fromRight = orientation == 2 || orientation == 3 || orientation >= 7;
+  const bool fromBottom =
+      orientation == 3 || orientation == 4 || orientation == 6 || orientation == 7;
   const std::ptrdiff_t pixel = bitmap.samplesPerPixel();
   const auto row = static_cast<std::ptrdiff_t>(bitmap.rowBytes());
-  const std::ptrdiff_t right = (bitmap.width() - 1) * pixel;
-  const std::ptrdiff_t bottom = (bitmap.height() - 1) * row;
-  switch (orientation) {
-    case 2:
-      return {right, -pixel, row};
-    case 3:
-      return {right + bottom, -pixel, -row};
-    case 4:
-      return {bottom, pixel, -row};
-    case 5:
-      return {0, row, pixel};
-    case 6:
-      return {bottom, -row, pixel};
-    case 7:
-      return {right + bottom, -row, -pixel};
-    default:
-      return {right, row, -pixel};
-  }
+  Walk walk{0, fromRight ? -pixel : pixel, fromBottom ? -row : row};
+  if (fromRight) walk.start += (bitmap.width() - 1) * pixel;
+  if (fromBottom) walk.start += (bitmap.height() - 1) * row;
+  if (exchangesSides(orientation)) std::swap(walk.alongX, walk.alongY);
+  return walk;
 }
 
 Image mirrored(const Image& image, int orientation) {

@@ -57,10 +57,6 @@ auto sumOf(std::size_t samples) {
 
 }  // namespace
 
-AxisTaps lanczosTaps(int sourceCount, double start, double length, int outCount) {
-  return lanczosTaps(sourceCount, start, length, outCount, {0, outCount});
-}
-
 AxisTaps lanczosTaps(int sourceCount, double start, double length, int outCount,
                      SampleRange samples) {
   const double step = length / outCount;

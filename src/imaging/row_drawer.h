@@ -20,19 +20,17 @@ struct AxisTaps {
   std::vector<float> coverage;
 };
 
-/// The taps of a Lanczos filter of three lobes (Duchon 1979) that lays `outCount` samples over the
-/// stretch from `start` to `start + length` of a line of `sourceCount` samples; the stretch may
-/// reach beyond the line. Where the samples get fewer the filter widens in proportion. The weights
-/// of a sample add up to 1, also at the ends, where those taps that would lie outside are left out.
-AxisTaps lanczosTaps(int sourceCount, double start, double length, int outCount);
-
 /// A stretch of the samples of a line.
 struct SampleRange {
   int first = 0;
   int count = 0;
 };
 
-/// The taps of some of these samples only, the very same.
+/// The taps of a Lanczos filter of three lobes (Duchon 1979) that lays `outCount` samples over the
+/// stretch from `start` to `start + length` of a line of `sourceCount` samples, of these samples
+/// only; the stretch may reach beyond the line. Where the samples get fewer the filter widens in
+/// proportion. The weights of a sample add up to 1, also at the ends, where those taps that would
+/// lie outside are left out.
 AxisTaps lanczosTaps(int sourceCount, double start, double length, int outCount,
                      SampleRange samples);
 

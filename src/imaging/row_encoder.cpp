@@ -10,11 +10,10 @@
 #include <utility>
 
 #include "base/bitmap.h"
-#include "imaging/encode_image.h"
 #include "imaging/initialise.h"
+#include "imaging/vips_api.h"
 
 namespace velmara {
-
 namespace {
 
 // Those that ask for each row once, from the top to the bottom.
@@ -22,24 +21,22 @@ bool isSequential(FileFormat format) {
   return format == FileFormat::jpeg || format == FileFormat::png || format == FileFormat::tiff;
 }
 
-}  // namespace
-
 // libvips' own threads ask for regions and wait here until their rows have come. A stretch of rows
 // is given up when they have taken it, so that what lies here is only what they are behind.
-class RowEncoder::Work {
+class VipsRowEncoder final : public RowEncoder {
  public:
-  Work(int width, int height, ColorProfile profile, FileFormat format, const EncodeOptions& options,
-       const JobControl* control)
+  VipsRowEncoder(int width, int height, ColorProfile profile, FileFormat format,
+                 const EncodeOptions& options, const JobControl* control)
       : width_(width), height_(height), control_(control), result_(Error{}) {
     thread_ = std::jthread([this, profile = std::move(profile), format, options] {
       result_ = encode(profile, format, options);
     });
   }
-  Work(const Work&) = delete;
-  Work& operator=(const Work&) = delete;
-  ~Work() { end(); }
+  VipsRowEncoder(const VipsRowEncoder&) = delete;
+  VipsRowEncoder& operator=(const VipsRowEncoder&) = delete;
+  ~VipsRowEncoder() override { end(); }
 
-  void add(const std::uint8_t* rows, int firstRow, int rowCount) {
+  void add(const std::uint8_t* rows, int firstRow, int rowCount) override {
     const std::size_t bytes = rowBytes() * static_cast<std::size_t>(rowCount);
     std::unique_ptr<std::uint8_t[]> samples(new (std::nothrow) std::uint8_t[bytes]);
     if (samples != nullptr) std::memcpy(samples.get(), rows, bytes);
@@ -52,7 +49,7 @@ class RowEncoder::Work {
     changed_.notify_all();
   }
 
-  Result<std::vector<std::uint8_t>> finish() {
+  Result<std::vector<std::uint8_t>> finish() override {
     end();
     return std::move(result_);
   }
@@ -93,9 +90,9 @@ class RowEncoder::Work {
     return Error{"not enough memory for the picture"};
   }
 
-  static int fillRegion(VipsRegion* region, void* /*sequence*/, void* work, void* /*unused*/,
+  static int fillRegion(VipsRegion* region, void* /*sequence*/, void* encoder, void* /*unused*/,
                         gboolean* /*stop*/) {
-    return static_cast<Work*>(work)->fill(*region) ? 0 : -1;
+    return static_cast<VipsRowEncoder*>(encoder)->fill(*region) ? 0 : -1;
   }
 
   bool fill(const VipsRegion& region) {
@@ -161,26 +158,16 @@ class RowEncoder::Work {
   std::jthread thread_;
 };
 
+}  // namespace
+
 std::unique_ptr<RowEncoder> RowEncoder::start(int width, int height, ColorProfile profile,
                                               FileFormat format, const EncodeOptions& options,
                                               const JobControl* control) {
   if (!isSequential(format) || !isAllowedBitmapSize(width, height, 3) || !initialiseImaging()) {
     return nullptr;
   }
-  return std::unique_ptr<RowEncoder>(new RowEncoder(
-      std::make_unique<Work>(width, height, std::move(profile), format, options, control)));
-}
-
-RowEncoder::RowEncoder(std::unique_ptr<Work> work) : work_(std::move(work)) {}
-
-RowEncoder::~RowEncoder() = default;
-
-void RowEncoder::add(const std::uint8_t* rows, int firstRow, int rowCount) {
-  work_->add(rows, firstRow, rowCount);
-}
-
-Result<std::vector<std::uint8_t>> RowEncoder::finish() {
-  return work_->finish();
+  return std::make_unique<VipsRowEncoder>(width, height, std::move(profile), format, options,
+                                          control);
 }
 
 }  // namespace velmara

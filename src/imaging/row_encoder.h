@@ -21,22 +21,15 @@ class RowEncoder {
   static std::unique_ptr<RowEncoder> start(int width, int height, ColorProfile profile,
                                            FileFormat format, const EncodeOptions& options,
                                            const JobControl* control = nullptr);
-  RowEncoder(const RowEncoder&) = delete;
-  RowEncoder& operator=(const RowEncoder&) = delete;
   /// Gives up what has not been encoded.
-  ~RowEncoder();
+  virtual ~RowEncoder() = default;
 
   /// Copies the next rows: three samples a pixel, no gaps, from the top to the bottom, one call at
   /// a time.
-  void add(const std::uint8_t* rows, int firstRow, int rowCount);
+  virtual void add(const std::uint8_t* rows, int firstRow, int rowCount) = 0;
 
   /// The file's bytes, waited for; an error where rows are missing. To be called once.
-  Result<std::vector<std::uint8_t>> finish();
-
- private:
-  class Work;
-  explicit RowEncoder(std::unique_ptr<Work> work);
-  std::unique_ptr<Work> work_;
+  virtual Result<std::vector<std::uint8_t>> finish() = 0;
 };
 
 }  // namespace velmara

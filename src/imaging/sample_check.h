@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/result.h"
-#include "imaging/input_file.h"
+#include "imaging/picture_file.h"
 
 namespace velmara {
 

@@ -1,11 +1,10 @@
-#include "imaging/tiling.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <utility>
 
 #include "imaging/resample.h"
+#include "imaging/utils.h"
 
 namespace velmara {
 namespace {
@@ -35,23 +34,26 @@ void place(const Bitmap& piece, int left, int top, BitmapBuilder& canvas) {
 
 }  // namespace
 
-std::vector<Image> splitIntoTiles(const Image& image, unsigned rows, unsigned columns) {
+std::vector<Image> Utils::splitImagesIntoSubImagesWithImage(const Image& image,
+                                                            unsigned numberOfRows,
+                                                            unsigned numberOfColumns) const {
   std::vector<Image> tiles;
-  if (rows == 0 || columns == 0 || !image.isValid()) return tiles;
-  const float width = static_cast<float>(image.size().width) / static_cast<float>(columns);
-  const float height = static_cast<float>(image.size().height) / static_cast<float>(rows);
-  for (unsigned row = 0; row < rows; ++row) {
-    for (unsigned column = 0; column < columns; ++column) {
+  if (numberOfRows == 0 || numberOfColumns == 0 || !image.isValid()) return tiles;
+  const float width = static_cast<float>(image.size().width) / static_cast<float>(numberOfColumns);
+  const float height = static_cast<float>(image.size().height) / static_cast<float>(numberOfRows);
+  for (unsigned row = 0; row < numberOfRows; ++row) {
+    for (unsigned column = 0; column < numberOfColumns; ++column) {
       const float overlap = column > 0 ? kOverlap : 0.0F;
       tiles.push_back(
-          croppedImage(image, {static_cast<float>(column) * width - overlap,
-                               static_cast<float>(row) * height, width + kOverlap, height}));
+          cropImage(image, {static_cast<float>(column) * width - overlap,
+                            static_cast<float>(row) * height, width + kOverlap, height}));
     }
   }
   return tiles;
 }
 
-Image joinTiles(const std::vector<Image>& tiles, int rows, int columns) {
+Image Utils::constructImageWithPatchArray(const std::vector<Image>& tiles, int rows, int columns,
+                                          const Image& /*originalImage*/) const {
   if (rows <= 0 || columns <= 0 ||
       tiles.size() / static_cast<std::size_t>(columns) < static_cast<std::size_t>(rows)) {
     return {};

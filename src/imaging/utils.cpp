@@ -1,5 +1,6 @@
 #include "imaging/utils.h"
 
+#include <cmath>
 #include <filesystem>
 #include <new>
 #include <system_error>
@@ -9,9 +10,7 @@
 #include "base/mirror.h"
 #include "imaging/image_reader.h"
 #include "imaging/image_writer.h"
-#include "imaging/recompress_jpeg.h"
 #include "imaging/resample.h"
-#include "imaging/tiling.h"
 #include "platform/log.h"
 #include "platform/temporary_files.h"
 #include "platform/whole_file.h"
@@ -22,6 +21,10 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kToolkitJpegQuality = 70;
+
+bool hasExtent(double width, double height) {
+  return width > 0.0 && height > 0.0;
+}
 
 Status writePicture(const std::string& path, const Bitmap& bitmap, const ColorProfile& profile,
                     FileFormat format) {
@@ -81,23 +84,30 @@ Image Utils::addBorderToImage(const Image& image, int borderWidth) const {
   return Image(asRgba(framed), image.profile());
 }
 
-std::vector<Image> Utils::splitImagesIntoSubImagesWithImage(const Image& image,
-                                                            unsigned numberOfRows,
-                                                            unsigned numberOfColumns) const {
-  return splitIntoTiles(image, numberOfRows, numberOfColumns);
-}
-
-Image Utils::constructImageWithPatchArray(const std::vector<Image>& tiles, int rows, int columns,
-                                          const Image& /*originalImage*/) const {
-  return joinTiles(tiles, rows, columns);
-}
-
 Image Utils::scaleImage(const Image& image, Size newSize) const {
-  return scaledImage(image, newSize);
+  if (!image.isValid() || !hasExtent(newSize.width, newSize.height)) return {};
+  const int width = canvasPixels(newSize.width);
+  const int height = canvasPixels(newSize.height);
+  const Bitmap& source =
+      image.representationForDrawing({static_cast<double>(width), static_cast<double>(height)});
+  return Image({resampled(source, width, height)}, newSize, image.profile());
 }
 
 Image Utils::cropImage(const Image& image, Rect toRect) const {
-  return croppedImage(image, toRect);
+  if (!image.isValid() || !hasExtent(toRect.width, toRect.height)) return image;
+  const Size size = image.size();
+  if (!hasExtent(size.width, size.height)) return image;
+  const int width = canvasPixels(toRect.width);
+  const int height = canvasPixels(toRect.height);
+  // What the whole image would need for the canvas to have its pixels one to one.
+  const Bitmap& source =
+      image.representationForDrawing({std::round(size.width * width / toRect.width),
+                                      std::round(size.height * height / toRect.height)});
+  const double across = source.width() / size.width;
+  const double up = source.height() / size.height;
+  const Rect pixels = {toRect.x * across, toRect.y * up, toRect.width * across, toRect.height * up};
+  return Image({drawnPart(source, pixels, width, height)}, {toRect.width, toRect.height},
+               image.profile());
 }
 
 Image Utils::compressImage(const Image& image, float byFactor) const {

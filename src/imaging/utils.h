@@ -65,12 +65,12 @@ class Utils {
   Image constructImageWithPatchArray(const std::vector<Image>& tiles, int rows, int columns,
                                      const Image& originalImage) const;
 
-  /// The image at a new logical size, one pixel a unit, as a 4-sample canvas. Not valid if the
-  /// input is not.
+  /// The image at a new logical size, one pixel a unit (canvasPixels of each side), as a 4-sample
+  /// canvas. Not valid if the input is not or the size has no extent.
   Image scaleImage(const Image& image, Size newSize) const;
 
-  /// The part of an image inside a rectangle with its origin at the bottom-left corner, as a
-  /// 4-sample canvas; transparent where the rectangle leaves the image. The input itself if it is
+  /// The part of an image inside a rectangle with its origin at the bottom-left corner, likewise;
+  /// transparent where the rectangle leaves the image. The input itself if it is
   /// not valid or the rectangle has no width or height.
   Image cropImage(const Image& image, Rect toRect) const;
 

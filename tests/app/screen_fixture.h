@@ -21,7 +21,7 @@
 #include "app/main_window_controller.h"
 #include "engine/denoise_algo_implementation.h"
 #include "imaging/image_reader.h"
-#include "imaging/recompress_jpeg.h"
+#include "imaging/image_writer.h"
 #include "platform/dispatch.h"
 #include "platform/user_defaults.h"
 #include "support/scratch_folder.h"

@@ -1,11 +1,32 @@
 #pragma once
 
+#include <cstdint>
+#include <span>
+#include <vector>
+
 #include "base/image.h"
 #include "base/job_control.h"
 #include "base/result.h"
+#include "imaging/picture_file.h"
 #include "imaging/vips_api.h"
 
 namespace velmara {
+
+/// One picture of a file with its header read and its pixels to come. `bytes` is what the decoder
+/// reads from, where it cannot read from a file.
+struct OpenedPicture {
+  std::vector<std::uint8_t> bytes;
+  VipsImagePtr image;
+};
+
+/// Opens the picture of a page, from 0, to be decoded from top to bottom. Checks that its size is
+/// allowed (isAllowedBitmapSize) and its decoded samples fit in memory. Two pictures of one file
+/// must not be decoded at the same time. `tolerant` lets a JPEG's decoder pass over what it warns
+/// of.
+Result<OpenedPicture> openPicture(const PictureFile& file, int page, bool tolerant = true);
+
+/// The message for a file that a decoder gave up on, with libvips' own words.
+Error damagedFile(FileFormat format);
 
 /// A picture on its way to a bitmap: 1 to 4 samples of 8 or 16 bits, gray or RGB with or without
 /// alpha as the last one, and the profile that stays with it.
@@ -22,6 +43,9 @@ Result<PlainPicture> toPlainPicture(VipsImagePtr image);
 /// become 8 by rounding. Error without words if the decoder fails (takeVipsError has them). A
 /// control that is cancelled ends it between strips of rows.
 Result<Bitmap> toBitmap(VipsImage* image, const JobControl* control = nullptr);
+
+/// The bytes of what came along with a picture under a name of libvips; empty if nothing did.
+std::span<const std::uint8_t> blobOf(const VipsImage* image, const char* name);
 
 /// The embedded ICC profile, if it is one for pictures; null if not.
 ColorProfile embeddedProfile(const VipsImage* image);
