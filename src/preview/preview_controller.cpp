@@ -10,7 +10,7 @@
 #include "preview/split_line.h"
 #include "preview/views/picture_view.h"
 #include "preview/window_geometry.h"
-#include "widgets/customized_split_view.h"
+#include "widgets/split_view.h"
 
 namespace velmara {
 namespace {

@@ -10,7 +10,7 @@
 #include "preview/region_run.h"
 #include "preview/result_overlay.h"
 #include "preview/viewport.h"
-#include "widgets/customized_split_view.h"
+#include "widgets/split_view.h"
 
 namespace velmara {
 

@@ -3,7 +3,7 @@
 #include <QFrame>
 
 #include "preview/views/picture_view.h"
-#include "widgets/customized_split_view.h"
+#include "widgets/split_view.h"
 
 namespace velmara {
 

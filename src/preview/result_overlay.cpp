@@ -5,7 +5,7 @@
 #include "imaging/resample.h"
 #include "preview/split_line.h"
 #include "preview/views/picture_view.h"
-#include "widgets/customized_split_view.h"
+#include "widgets/split_view.h"
 
 namespace velmara {
 

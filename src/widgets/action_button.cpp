@@ -31,24 +31,24 @@ ActionButton::ActionButton(QWidget* parent, ImageProvider& images)
 }
 
 void ActionButton::setState(int state) {
-  click_.state = state;
+  state_ = state;
   if (isCheckable()) setChecked(state != 0);
   update();
 }
 
 void ActionButton::setActionMask(int mask) {
-  click_.actionMask = mask;
+  actionMask_ = mask;
   update();
 }
 
 void ActionButton::setEnabled(bool enabled) {
-  click_.enabled = enabled;
+  enabled_ = enabled;
   applyEnabled();
 }
 
 void ActionButton::applyEnabled() {
   applyingEnabled_ = true;
-  QAbstractButton::setEnabled(click_.enabled);
+  QAbstractButton::setEnabled(enabled_);
   applyingEnabled_ = false;
   update();
 }
@@ -59,19 +59,25 @@ void ActionButton::operate() {
 }
 
 void ActionButton::press() {
+  if (!enabled_ || actionMask_ == kSendsOnNothing) return;
+  isMouseDown_ = true;
   // The widget itself stays enabled during the press, or it would lose the focus and the release.
-  beginClick(click_);
+  if (disablesWhilePressed_) enabled_ = false;
   update();
 }
 
 void ActionButton::release(bool inside) {
-  if (!click_.isMouseDown) return;
+  if (!isMouseDown_) return;
   pressedByKey_ = false;
-  if (releaseClick(click_, inside)) {
+  isMouseDown_ = false;
+  // The button may have become inert or disabled meanwhile.
+  const bool mayClick = enabled_ || disablesWhilePressed_;
+  if (inside && mayClick && actionMask_ != kSendsOnNothing) {
     completeClick();  // May have deleted the button.
-  } else {
-    applyEnabled();
+    return;
   }
+  if (disablesWhilePressed_) enabled_ = true;
+  applyEnabled();
 }
 
 bool ActionButton::event(QEvent* event) {
@@ -102,7 +108,7 @@ bool ActionButton::event(QEvent* event) {
 
 void ActionButton::changeEvent(QEvent* event) {
   if (event->type() == QEvent::EnabledChange && !applyingEnabled_) {
-    click_.enabled = QAbstractButton::isEnabled();
+    enabled_ = QAbstractButton::isEnabled();
   }
   QAbstractButton::changeEvent(event);
 }
@@ -126,11 +132,11 @@ void ActionButton::mouseReleaseEvent(QMouseEvent* event) {
 void ActionButton::keyPressEvent(QKeyEvent* event) {
   if (event->isAutoRepeat() && (event->key() == Qt::Key_Space || isEnterKey(*event))) return;
   if (event->key() == Qt::Key_Space) {
-    if (click_.isMouseDown) return;
+    if (isMouseDown_) return;
     press();
-    pressedByKey_ = click_.isMouseDown;
+    pressedByKey_ = isMouseDown_;
   } else if (isEnterKey(*event)) {
-    if (!click_.isMouseDown) operate();
+    if (!isMouseDown_) operate();
   } else if (event->key() == Qt::Key_Escape && pressedByKey_) {
     release(false);
   } else {

@@ -10,42 +10,6 @@ namespace velmara {
 /// always, and swallows the click.
 enum ActionMask : int { kSendsOnNothing = 0, kSendsOnLeftMouseDown = 2 };
 
-/// What a press and a release of a button work on. An image button is disabled while it is pressed.
-struct ClickState {
-  bool enabled = true;
-  bool isMouseDown = false;
-  int state = 0;
-  int actionMask = kSendsOnLeftMouseDown;
-  bool disablesWhilePressed = true;
-};
-
-/// A press: begins, unless the button is disabled or inert. Returns whether it began.
-inline bool beginClick(ClickState& click) {
-  if (!click.enabled || click.actionMask == kSendsOnNothing) return false;
-  click.isMouseDown = true;
-  if (click.disablesWhilePressed) click.enabled = false;
-  return true;
-}
-
-/// A release, only of a press that began. Returns whether the action is to be sent, after which
-/// finishClick is due. A release outside, or of a button that became inert meanwhile, sends nothing
-/// and leaves the state alone; what the press disabled is enabled again.
-inline bool releaseClick(ClickState& click, bool inside) {
-  if (!click.isMouseDown) return false;
-  click.isMouseDown = false;
-  const bool mayClick = click.enabled || click.disablesWhilePressed;
-  const bool sends = inside && mayClick && click.actionMask != kSendsOnNothing;
-  if (!sends && click.disablesWhilePressed) click.enabled = true;
-  return sends;
-}
-
-/// What follows the action: the state flips (0 becomes 1, anything else 0), and the button is
-/// enabled again if that is wished at once.
-inline void finishClick(ClickState& click, bool enableImmediately) {
-  click.state = click.state == 0 ? 1 : 0;
-  if (enableImmediately) click.enabled = true;
-}
-
 /// What our buttons drawn from images share: a two-valued state, a tag, an action that can be
 /// switched off without a change of looks, the keyboard, and names for assistive tools. Space,
 /// Return and Enter, and assistive tools, operate a button by the same guards as the mouse.
@@ -57,20 +21,20 @@ class ActionButton : public QAbstractButton {
  public:
   explicit ActionButton(QWidget* parent = nullptr, ImageProvider& images = bundleImages());
 
-  int state() const { return click_.state; }
+  int state() const { return state_; }
   void setState(int state);
 
   int tag() const { return tag_; }
   void setTag(int tag) { tag_ = tag; }
 
-  int actionMask() const { return click_.actionMask; }
+  int actionMask() const { return actionMask_; }
   void setActionMask(int mask);
 
   /// Whether a click would be taken: a press in progress disables a button of the image kind.
-  bool isEnabled() const { return click_.enabled; }
+  bool isEnabled() const { return enabled_; }
   void setEnabled(bool enabled);
 
-  bool isMouseDown() const { return click_.isMouseDown; }
+  bool isMouseDown() const { return isMouseDown_; }
 
   /// Sends the action as a click would, without a click.
   void sendAction() { Q_EMIT actionSent(this); }
@@ -105,13 +69,18 @@ class ActionButton : public QAbstractButton {
   /// Makes the widget's own enabled flag follow the button's.
   void applyEnabled();
 
-  ClickState click_;
+  // What a press and a release work on. An image button is disabled while it is pressed.
+  bool enabled_ = true;
+  bool isMouseDown_ = false;
+  int state_ = 0;
+  bool disablesWhilePressed_ = true;
 
  private:
   void operate();
 
   ImageProvider* images_;
   int tag_ = 0;
+  int actionMask_ = kSendsOnLeftMouseDown;
   bool pressedByKey_ = false;
   bool applyingEnabled_ = false;
 };

@@ -8,11 +8,11 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
 #include "widgets/style.h"
-#include "widgets/window_edge.h"
 
 namespace velmara {
 namespace {
@@ -21,6 +21,41 @@ constexpr int kBorder = 1;
 constexpr int kEdge = 5;
 constexpr int kCorner = 12;
 constexpr Seconds kResizeEnds{0.15};
+
+// The pointer that tells how an edge or a corner moves.
+Qt::CursorShape cursorForEdges(Qt::Edges edges) {
+  const bool horizontal = edges.testFlag(Qt::LeftEdge) || edges.testFlag(Qt::RightEdge);
+  const bool vertical = edges.testFlag(Qt::TopEdge) || edges.testFlag(Qt::BottomEdge);
+  if (!vertical) return Qt::SizeHorCursor;
+  if (!horizontal) return Qt::SizeVerCursor;
+  return edges.testFlag(Qt::LeftEdge) == edges.testFlag(Qt::TopEdge) ? Qt::SizeFDiagCursor
+                                                                     : Qt::SizeBDiagCursor;
+}
+
+// An invisible strip over a frameless window's border by which the window is resized.
+class WindowEdge final : public QWidget {
+ public:
+  WindowEdge(QWidget* window, Qt::Edges edges) : QWidget(window), edges_(edges) {
+    setCursor(cursorForEdges(edges));
+  }
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override { drag_.press(event, window()->geometry()); }
+  void mouseMoveEvent(QMouseEvent* event) override {
+    const auto distance = drag_.move(event, window()->windowHandle(), [this](QWindow& handle) {
+      return handle.startSystemResize(edges_);
+    });
+    if (distance) {
+      window()->setGeometry(resizedFrame(drag_.pressedFrame(), edges_, *distance,
+                                         window()->minimumSize(), window()->maximumSize()));
+    }
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override { drag_.release(event); }
+
+ private:
+  Qt::Edges edges_;
+  WindowDrag drag_;
+};
 
 QWidget* makeHolder(QWidget* parent) {
   auto* holder = new QWidget(parent);
@@ -31,6 +66,63 @@ QWidget* makeHolder(QWidget* parent) {
 }
 
 }  // namespace
+
+std::array<EdgeStrip, 8> edgeStrips(const QSize& size, int thickness, int corner) {
+  const int w = size.width();
+  const int h = size.height();
+  const int right = w - thickness;
+  const int bottom = h - thickness;
+  return {{
+      {Qt::TopEdge, {corner, 0, w - 2 * corner, thickness}},
+      {Qt::BottomEdge, {corner, bottom, w - 2 * corner, thickness}},
+      {Qt::LeftEdge, {0, corner, thickness, h - 2 * corner}},
+      {Qt::RightEdge, {right, corner, thickness, h - 2 * corner}},
+      {Qt::TopEdge | Qt::LeftEdge, {0, 0, corner, corner}},
+      {Qt::TopEdge | Qt::RightEdge, {w - corner, 0, corner, corner}},
+      {Qt::BottomEdge | Qt::LeftEdge, {0, h - corner, corner, corner}},
+      {Qt::BottomEdge | Qt::RightEdge, {w - corner, h - corner, corner, corner}},
+  }};
+}
+
+QRect resizedFrame(const QRect& frame, Qt::Edges edges, const QPoint& distance,
+                   const QSize& minimum, const QSize& maximum) {
+  int width = frame.width();
+  int height = frame.height();
+  if (edges.testFlag(Qt::RightEdge)) width += distance.x();
+  if (edges.testFlag(Qt::LeftEdge)) width -= distance.x();
+  if (edges.testFlag(Qt::BottomEdge)) height += distance.y();
+  if (edges.testFlag(Qt::TopEdge)) height -= distance.y();
+  width = std::max(minimum.width(), std::min(maximum.width(), width));
+  height = std::max(minimum.height(), std::min(maximum.height(), height));
+  const int x = edges.testFlag(Qt::LeftEdge) ? frame.x() + frame.width() - width : frame.x();
+  const int y = edges.testFlag(Qt::TopEdge) ? frame.y() + frame.height() - height : frame.y();
+  return {x, y, width, height};
+}
+
+void WindowDrag::press(QMouseEvent* event, const QRect& frame) {
+  event->accept();
+  if (event->button() != Qt::LeftButton) return;
+  state_ = State::kPressed;
+  pressedAt_ = event->globalPosition().toPoint();
+  pressedFrame_ = frame;
+}
+
+std::optional<QPoint> WindowDrag::move(QMouseEvent* event, QWindow* window,
+                                       const std::function<bool(QWindow&)>& handOver) {
+  event->accept();
+  const QPoint distance = event->globalPosition().toPoint() - pressedAt_;
+  // Not on the press: some window managers stay in their mode after a plain click.
+  if (state_ == State::kPressed &&
+      distance.manhattanLength() >= QApplication::startDragDistance()) {
+    state_ = window != nullptr && handOver(*window) ? State::kByDesktop : State::kByUs;
+  }
+  return state_ == State::kByUs ? std::optional(distance) : std::nullopt;
+}
+
+void WindowDrag::release(QMouseEvent* event) {
+  event->accept();
+  if (event->button() == Qt::LeftButton) end();
+}
 
 AppStoreWindow::AppStoreWindow(QWidget* parent, Scheduler& timers)
     : QWidget(parent, Qt::Window | Qt::FramelessWindowHint),
@@ -51,10 +143,6 @@ AppStoreWindow::AppStoreWindow(QWidget* parent, Scheduler& timers)
   layoutEdges();
 }
 
-double AppStoreWindow::titleBarHeight() const {
-  return titleBar_->minimumHeight();
-}
-
 void AppStoreWindow::setTitleBarHeight(double height) {
   titleBar_->setFixedHeight(static_cast<int>(std::lround(height)));
 }
@@ -69,14 +157,6 @@ void AppStoreWindow::setView(QPointer<QWidget>& slot, QWidget* holder, QWidget* 
   if (view != nullptr) holder->layout()->addWidget(view);
 }
 
-void AppStoreWindow::setTitleBarView(QWidget* view) {
-  setView(titleBarView_, titleBar_, view);
-}
-
-void AppStoreWindow::setContentView(QWidget* view) {
-  setView(contentView_, content_, view);
-}
-
 void AppStoreWindow::setMenuBar(QMenuBar* menuBar) {
   // As a view of the layout: as its menu bar it would stand over the border.
   layout_->insertWidget(0, menuBar);
@@ -89,11 +169,7 @@ void AppStoreWindow::setResizable(bool isResizable) {
 }
 
 void AppStoreWindow::zoom() {
-  if (isMaximized()) {
-    showNormal();
-  } else {
-    showMaximized();
-  }
+  isMaximized() ? showNormal() : showMaximized();
 }
 
 bool AppStoreWindow::fillsScreen() const {
@@ -163,33 +239,22 @@ void AppStoreWindow::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void AppStoreWindow::mousePressEvent(QMouseEvent* event) {
-  event->accept();
-  if (event->button() != Qt::LeftButton) return;
-  drag_ = Drag::kPressed;
-  pressedAt_ = event->globalPosition().toPoint();
-  pressedPosition_ = pos();
+  drag_.press(event, QRect(pos(), size()));
 }
 
 void AppStoreWindow::mouseMoveEvent(QMouseEvent* event) {
-  event->accept();
-  const QPoint distance = event->globalPosition().toPoint() - pressedAt_;
-  // Not on the press: some window managers stay in their move mode after a plain click.
-  if (drag_ == Drag::kPressed && distance.manhattanLength() >= QApplication::startDragDistance()) {
-    QWindow* handle = windowHandle();
-    const bool taken = handle != nullptr && handle->startSystemMove();
-    drag_ = taken ? Drag::kByDesktop : Drag::kByUs;
-  }
-  if (drag_ == Drag::kByUs && !fillsScreen()) move(pressedPosition_ + distance);
+  const auto distance =
+      drag_.move(event, windowHandle(), [](QWindow& handle) { return handle.startSystemMove(); });
+  if (distance && !fillsScreen()) move(drag_.pressedFrame().topLeft() + *distance);
 }
 
 void AppStoreWindow::mouseReleaseEvent(QMouseEvent* event) {
-  event->accept();
-  if (event->button() == Qt::LeftButton) drag_ = Drag::kNone;
+  drag_.release(event);
 }
 
 void AppStoreWindow::mouseDoubleClickEvent(QMouseEvent* event) {
   event->accept();
-  drag_ = Drag::kNone;
+  drag_.end();
   if (event->button() != Qt::LeftButton || !isResizable_) return;
   if (titleBar_->geometry().contains(event->position().toPoint())) zoom();
 }

@@ -2,14 +2,17 @@
 
 #include <QPoint>
 #include <QPointer>
+#include <QRect>
+#include <QSize>
 #include <QWidget>
+#include <Qt>
 
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "platform/timer.h"
-#include "widgets/window_edge.h"
 
 class QMenuBar;
 class QVBoxLayout;
@@ -25,6 +28,43 @@ struct TitleBarAppearance {
   bool showsTitle = true;
 };
 
+/// One of the eight strips along a frameless window's border that the window is resized by.
+struct EdgeStrip {
+  Qt::Edges edges;
+  QRect rect;
+};
+
+/// The strips of a window of that size: four sides of the thickness, between four square corners.
+std::array<EdgeStrip, 8> edgeStrips(const QSize& size, int thickness, int corner);
+
+/// A window's frame after its edges were dragged by a distance: the opposite edges stay, also when
+/// a limit of the size is reached.
+QRect resizedFrame(const QRect& frame, Qt::Edges edges, const QPoint& distance,
+                   const QSize& minimum, const QSize& maximum);
+
+/// A press of the left button that becomes a drag of a window: by the desktop where it can do that,
+/// so that its snapping works, else by us.
+class WindowDrag {
+ public:
+  /// The button went down on a window that stands there.
+  void press(QMouseEvent* event, const QRect& frame);
+  /// How far we are to bring the window from where it stood; nothing if that is not up to us.
+  /// `handOver` asks the desktop to take the drag and returns whether it does.
+  std::optional<QPoint> move(QMouseEvent* event, QWindow* window,
+                             const std::function<bool(QWindow&)>& handOver);
+  void release(QMouseEvent* event);
+  void end() { state_ = State::kNone; }
+
+  const QRect& pressedFrame() const { return pressedFrame_; }
+
+ private:
+  enum class State { kNone, kPressed, kByUs, kByDesktop };
+
+  State state_ = State::kNone;
+  QPoint pressedAt_;
+  QRect pressedFrame_;
+};
+
 /// A window without the desktop's frame: a thin border, a title bar drawn by a view of the owner's,
 /// and a content view below it. It is moved by its background (whatever child does not take the
 /// mouse itself) and resized at all edges and corners, by the desktop where that can do it; a
@@ -37,15 +77,15 @@ class AppStoreWindow : public QWidget {
   explicit AppStoreWindow(QWidget* parent = nullptr, Scheduler& timers = eventLoopTimers());
 
   /// The height of the title bar in points, 0 to begin with.
-  double titleBarHeight() const;
+  double titleBarHeight() const { return titleBar_->minimumHeight(); }
   void setTitleBarHeight(double height);
 
   /// The views are taken over and filled into their places; what stood there before is given back
   /// without a parent.
   QWidget* titleBarView() const { return titleBarView_; }
-  void setTitleBarView(QWidget* view);
+  void setTitleBarView(QWidget* view) { setView(titleBarView_, titleBar_, view); }
   QWidget* contentView() const { return contentView_; }
-  void setContentView(QWidget* view);
+  void setContentView(QWidget* view) { setView(contentView_, content_, view); }
 
   /// Shows a menu bar above the title bar; at most once.
   void setMenuBar(QMenuBar* menuBar);
@@ -88,8 +128,6 @@ class AppStoreWindow : public QWidget {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
 
  private:
-  enum class Drag { kNone, kPressed, kByUs, kByDesktop };
-
   bool fillsScreen() const;
   void layoutEdges();
   void awaitEndOfResize();
@@ -101,13 +139,10 @@ class AppStoreWindow : public QWidget {
   QWidget* content_;
   QPointer<QWidget> titleBarView_;
   QPointer<QWidget> contentView_;
-  std::array<WindowEdge*, 8> edges_{};
+  std::array<QWidget*, 8> edges_{};
   bool isResizable_ = true;
   std::unique_ptr<Timer> liveResize_;
-
-  Drag drag_ = Drag::kNone;
-  QPoint pressedAt_;
-  QPoint pressedPosition_;
+  WindowDrag drag_;
 };
 
 }  // namespace velmara

@@ -7,7 +7,7 @@
 namespace velmara {
 
 IconButton::IconButton(QWidget* parent, ImageProvider& images) : ActionButton(parent, images) {
-  click_.disablesWhilePressed = false;
+  disablesWhilePressed_ = false;
   setCheckable(true);
   setCursor(Qt::PointingHandCursor);
 }

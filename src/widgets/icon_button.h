@@ -15,11 +15,9 @@ class IconButton : public ActionButton {
   /// Takes the images NAME, NAME_selected, NAME_yellow_selected and NAME_disabled for the off, on,
   /// hovered and disabled look.
   void setIconName(const QString& name);
-  const QString& iconName() const { return iconName_; }
 
   /// A button that does not toggle keeps the state its owner gives it. Buttons toggle by default.
   void setToggles(bool toggles) { toggles_ = toggles; }
-  bool toggles() const { return toggles_; }
 
   QSize sizeHint() const override;
 

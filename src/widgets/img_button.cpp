@@ -1,15 +1,66 @@
 #include "widgets/img_button.h"
 
+#include <QFont>
+#include <QFontDatabase>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
+#include <QStringList>
 
 #include <algorithm>
 
-#include "widgets/image_button_paint.h"
-
 namespace velmara {
+namespace {
+
+// The font of this desktop that stands for a title font.
+QFont fontFor(const TitleFont& font) {
+  QFont result = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+  if (font.face == TitleFont::Face::kLucidaGrande) {
+    result.setFamilies({QStringLiteral("Lucida Grande"), QStringLiteral("Noto Sans"),
+                        QStringLiteral("DejaVu Sans"), QStringLiteral("Sans Serif")});
+  }
+  result.setPixelSize(font.size);
+  result.setBold(font.bold);
+  return result;
+}
+
+void drawPart(QPainter& painter, const QRectF& target, const QPixmap& image) {
+  if (image.isNull() || target.isEmpty()) return;
+  painter.drawPixmap(target, image, QRectF(QPointF(), QSizeF(image.size())));
+}
+
+// A three-part image over the bounds; images that are missing draw nothing.
+void drawThreePartImage(QPainter& painter, const QRectF& bounds, const QPixmap& start,
+                        const QPixmap& middle, const QPixmap& end) {
+  const ThreePartRects rects = threePartRects(bounds, start.deviceIndependentSize().width(),
+                                              end.deviceIndependentSize().width());
+  painter.setRenderHint(QPainter::SmoothPixmapTransform);
+  drawPart(painter, rects.start, start);
+  drawPart(painter, rects.middle, middle);
+  drawPart(painter, rects.end, end);
+}
+
+void drawTitle(QPainter& painter, const ChosenTitle& title) {
+  if (title.text.isEmpty()) return;
+  int flags = Qt::AlignTop | Qt::TextDontClip;
+  flags |= title.attributes.centred ? Qt::AlignHCenter : Qt::AlignLeft;
+  if (title.attributes.wordWraps) flags |= Qt::TextWordWrap;
+  painter.setFont(fontFor(title.attributes.font));
+  painter.setPen(title.attributes.color);
+  painter.drawText(title.rect, flags, title.text);
+}
+
+}  // namespace
+
+QSizeF measureTitle(const QString& text, const TitleFont& font) {
+  const QFontMetricsF metrics(fontFor(font));
+  const QStringList lines = text.split(QLatin1Char('\n'));
+  double width = 0.0;
+  for (const QString& line : lines) width = std::max(width, metrics.horizontalAdvance(line));
+  return {width, metrics.height() + static_cast<double>(lines.size() - 1) * metrics.lineSpacing()};
+}
 
 IMGButton::IMGButton(QWidget* parent, ImageProvider& images) : ActionButton(parent, images) {
   createTrackingArea();
@@ -24,7 +75,7 @@ void IMGButton::setButtonImages(
     const QString& offSt, const QString& offMd, const QString& offEn,
     const QString& offDwnSt, const QString& offDwnMd, const QString& offDwnEn,
     const QString& offDisSt, const QString& offDisMd, const QString& offDisEn) {
-  click_.isMouseDown = false;
+  isMouseDown_ = false;
   imgOnState_St = onSt;       imgOnState_Md = onMd;       imgOnState_En = onEn;
   imgOnStateDwn_St = onDwnSt; imgOnStateDwn_Md = onDwnMd; imgOnStateDwn_En = onDwnEn;
   imgOnStateDis_St = onDisSt; imgOnStateDis_Md = onDisMd; imgOnStateDis_En = onDisEn;
@@ -74,7 +125,8 @@ void IMGButton::completeClick() {
   const QPointer<IMGButton> alive(this);
   sendAction();
   if (!alive) return;
-  finishClick(click_, enableImmediately);
+  state_ = state_ == 0 ? 1 : 0;
+  if (enableImmediately) enabled_ = true;
   applyEnabled();
 }
 
@@ -118,9 +170,32 @@ void IMGButton::mouseReleaseEvent(QMouseEvent* event) {
 
 void IMGButton::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  const ImageButtonDrawing drawing{
-      .enabled = isEnabled(), .on = state() != 0, .isMouseDown = isMouseDown()};
-  paintImageButton(painter, rect(), text(), drawing, *this, images());
+  const auto named = [&](const QString& name) {
+    return images().imageNamed(name, devicePixelRatioF());
+  };
+  const QRectF bounds = rect();
+  const bool on = state() != 0;
+  mTitle = oTitle = text();
+  colorText = titleColorFor(*this, isEnabled(), on);
+  const ImageButtonPattern pattern = patternFor(*this, isEnabled(), on, isMouseDown());
+  pattern_St = named(pattern.start);
+  pattern_Mdl = named(pattern.middle);
+  pattern_En = named(pattern.end);
+  drawThreePartImage(painter, bounds, pattern_St, pattern_Mdl, pattern_En);
+
+  rectText = rectTextM = rectTextNoM = bounds;
+  // The search for a size loads a font for each it tries.
+  if (!oTitle.isEmpty()) layoutTitle(*this, bounds, false, measureTitle);
+  if (canBreakTitle(*this)) layoutTitle(*this, bounds, true, measureTitle);
+  const ChosenTitle chosen = chooseTitle(*this, isMouseDown());
+  rectText = chosen.rect;
+  drawTitle(painter, chosen);
+
+  if (isMouseHover && !on) {
+    // The hover image is the right cap of the overlay only.
+    drawThreePartImage(painter, bounds, named(imgOnState_St), named(imgOnState_Md),
+                       named(imgMouseHover));
+  }
   drawFocusRing(painter);
 }
 

@@ -7,6 +7,9 @@
 
 namespace velmara {
 
+/// Measures a title with the fonts of this desktop.
+QSizeF measureTitle(const QString& text, const TitleFont& font);
+
 /// A push and toggle button drawn entirely from named images: for each state a left cap, a
 /// stretched middle and a right cap, with a title over it. The button's title is its text(). A
 /// click sends the action and then flips the state; a press in progress disables the button.

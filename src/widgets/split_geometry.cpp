@@ -111,18 +111,6 @@ QRectF effectiveRect(const QRectF& proposed, const QRectF& drawn) {
   return {proposed.x(), drawn.y(), drawn.width(), drawn.height()};
 }
 
-std::vector<DividerFill> dividerFills(const QRectF& rect) {
-  const double x = rect.x();
-  const double h = rect.height();
-  const QColor black = Qt::black;
-  const QColor lightGray(170, 170, 170);  // Two thirds white.
-  return {{{x + 1, 0, 1, h}, black},
-          {{x + 2, 0, 2, h}, lightGray},
-          {{x + 4, 0, 1, h}, black},
-          {{x + 1, h / 2 - 10, 4, 20}, black},
-          {{x, h / 2 - 1, 6, 2}, black}};
-}
-
 SplitFrames interpolated(const SplitFrames& from, const SplitFrames& to, double t) {
   SplitFrames result = to;
   const std::size_t count = std::min(from.frames.size(), to.frames.size());

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QColor>
 #include <QRectF>
 #include <QSizeF>
 
@@ -57,16 +56,6 @@ QRectF dividerRect(const SplitFrames& split, std::size_t i, const QSizeF& bounds
 /// The rectangle in which a divider is taken hold of: the proposed one's x, and the drawn one's y,
 /// width and height.
 QRectF effectiveRect(const QRectF& proposed, const QRectF& drawn);
-
-/// One filled rectangle of the split line.
-struct DividerFill {
-  QRectF rect;
-  QColor color;
-};
-
-/// What the split line in a divider rectangle is made of, in the order of drawing: a light grey
-/// band framed by black hairlines, with a grip in its middle.
-std::vector<DividerFill> dividerFills(const QRectF& rect);
 
 /// Frames between two layouts of the same subviews, t from 0 to 1.
 SplitFrames interpolated(const SplitFrames& from, const SplitFrames& to, double t);

@@ -10,6 +10,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "widgets/style.h"
+
 namespace velmara {
 namespace {
 
@@ -243,6 +245,55 @@ void SplitView::endAnimation() {
   if (!animation_) return;
   animation_.reset();
   if (delegate_ != nullptr) delegate_->splitViewIsAnimating(*this, false);
+}
+
+// A light grey band framed by black hairlines, with a grip in its middle.
+void CustomizedSplitView::drawDividerInRect(QPainter& painter, const QRectF& rect) {
+  const double x = rect.x();
+  const double h = rect.height();
+  const QColor lightGray(170, 170, 170);  // Two thirds white.
+  painter.fillRect(QRectF(x + 1, 0, 1, h), Qt::black);
+  painter.fillRect(QRectF(x + 2, 0, 2, h), lightGray);
+  painter.fillRect(QRectF(x + 4, 0, 1, h), Qt::black);
+  painter.fillRect(QRectF(x + 1, h / 2 - 10, 4, 20), Qt::black);
+  painter.fillRect(QRectF(x, h / 2 - 1, 6, 2), Qt::black);
+  if (hasFocus()) painter.fillRect(QRectF(x + 2, h / 2 - 9, 2, 18), style::kAccent);
+}
+
+double CustomSplitViewDelegate::minimumLength(int index) const {
+  const auto found = lengthsByViewIndex.find(index);
+  return found != lengthsByViewIndex.end() ? found->second : 0.0;
+}
+
+double CustomSplitViewDelegate::constrainMinCoordinate(const SplitView& splitView,
+                                                       double /*proposed*/, int ofSubviewAt) {
+  return lowestPosition(splitView.subviewFrames(), static_cast<std::size_t>(ofSubviewAt),
+                        minimumLength(ofSubviewAt));
+}
+
+double CustomSplitViewDelegate::constrainMaxCoordinate(const SplitView& splitView,
+                                                       double /*proposed*/, int ofSubviewAt) {
+  return highestPosition(splitView.subviewFrames(), static_cast<std::size_t>(ofSubviewAt),
+                         minimumLength(ofSubviewAt + 1));
+}
+
+void CustomSplitViewDelegate::resizeSubviewsWithOldSize(SplitView& splitView,
+                                                        const QSizeF& oldSize) {
+  splitView.setSubviewFrames(resizedByPriority(splitView.subviewFrames(), oldSize, splitView.size(),
+                                               splitView.dividerThickness(), viewIndicesByPriority,
+                                               lengthsByViewIndex));
+}
+
+QRectF CustomSplitViewDelegate::effectiveRect(const SplitView& /*splitView*/,
+                                              const QRectF& proposedEffectiveRect,
+                                              const QRectF& forDrawnRect,
+                                              int /*ofDividerAtIndex*/) {
+  center_.post(notifications::kSpliviewPositionMoved);
+  return velmara::effectiveRect(proposedEffectiveRect, forDrawnRect);
+}
+
+void CustomSplitViewDelegate::splitViewDidResizeSubviews(const SplitView& /*splitView*/) {
+  center_.post(notifications::kSpliviewPositionMoved);
 }
 
 }  // namespace velmara

@@ -3,9 +3,11 @@
 #include <QPoint>
 #include <QWidget>
 
+#include <map>
 #include <memory>
 #include <vector>
 
+#include "platform/notification_center.h"
 #include "platform/timer.h"
 #include "widgets/split_geometry.h"
 
@@ -62,7 +64,6 @@ class SplitView : public QWidget {
 
   /// The delegate is not owned; null for none. A delegate that dies is taken away first.
   void setDelegate(SplitViewDelegate* delegate);
-  SplitViewDelegate* delegate() const { return delegate_; }
 
   const SplitFrames& subviewFrames() const { return split_; }
   void setSubviewFrames(const SplitFrames& frames);
@@ -75,8 +76,6 @@ class SplitView : public QWidget {
 
   /// Moves a divider within what the delegate allows. Nothing happens for an index of no divider.
   void setPosition(double position, int ofDividerAtIndex);
-
-  // Positions of dividers, in split_view_animation.cpp.
 
   /// The far edge of the subview before the divider; 0 for an index of no subview.
   double positionOfDividerAtIndex(int index) const;
@@ -123,6 +122,61 @@ class SplitView : public QWidget {
   std::unique_ptr<Animation> animation_;
   int draggedDivider_ = -1;
   double dragOffset_ = 0.0;
+};
+
+/// The before/after line: a split view with a line 6 points thick that carries a grip. The grip is
+/// yellow while the line has the keyboard's focus.
+class CustomizedSplitView : public SplitView {
+  Q_OBJECT
+
+ public:
+  using SplitView::SplitView;
+
+  double dividerThickness() const override { return 6.0; }
+  void drawDividerInRect(QPainter& painter, const QRectF& rect) override;
+
+  /// The same as the base class draws.
+  void drawRect(QPaintEvent* event) { SplitView::paintEvent(event); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override { drawRect(event); }
+};
+
+/// Keeps minimum lengths and resize priorities of a split view's subviews, holds its dividers and
+/// sizes to them, and announces every move with "notificationSpliviewPositionMoved". That comes
+/// with every layout too, so listeners must tolerate repeats.
+class CustomSplitViewDelegate final : public SplitViewDelegate {
+ public:
+  explicit CustomSplitViewDelegate(NotificationCenter& center = defaultCenter())
+      : center_(center) {}
+
+  void setMinimumLength(double length, int forViewAtIndex) {
+    lengthsByViewIndex[forViewAtIndex] = length;
+  }
+
+  /// Lower priorities are served first when the size changes.
+  void setPriority(int priority, int forViewAtIndex) {
+    viewIndicesByPriority[priority] = forViewAtIndex;
+  }
+
+  double constrainMinCoordinate(const SplitView& splitView, double proposed,
+                                int ofSubviewAt) override;
+  double constrainMaxCoordinate(const SplitView& splitView, double proposed,
+                                int ofSubviewAt) override;
+  void resizeSubviewsWithOldSize(SplitView& splitView, const QSizeF& oldSize) override;
+  QRectF effectiveRect(const SplitView& splitView, const QRectF& proposedEffectiveRect,
+                       const QRectF& forDrawnRect, int ofDividerAtIndex) override;
+  void splitViewDidResizeSubviews(const SplitView& splitView) override;
+
+  /// For users of the delegate, which does not set it itself.
+  bool isSplitViewHandleMoved = false;
+
+ private:
+  double minimumLength(int index) const;
+
+  NotificationCenter& center_;
+  std::map<int, double> lengthsByViewIndex;
+  std::map<int, int> viewIndicesByPriority;
 };
 
 }  // namespace velmara

@@ -14,9 +14,9 @@
 #include "preview/views/picture_view.h"
 #include "session/bookmarks.h"
 #include "support/run_program.h"
-#include "widgets/customized_split_view.h"
 #include "widgets/icon_button.h"
 #include "widgets/img_button.h"
+#include "widgets/split_view.h"
 
 namespace velmara {
 namespace {

@@ -14,7 +14,7 @@
 #include "preview/views/picture_view.h"
 #include "support/run_program.h"
 #include "widgets/action_button.h"
-#include "widgets/customized_split_view.h"
+#include "widgets/split_view.h"
 #include "widgets/style.h"
 
 namespace velmara {

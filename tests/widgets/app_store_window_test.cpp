@@ -15,7 +15,6 @@
 #include "support/manual_time.h"
 #include "support/painted_images.h"
 #include "widgets/style.h"
-#include "widgets/window_edge.h"
 
 namespace velmara {
 namespace {

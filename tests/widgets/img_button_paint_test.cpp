@@ -6,7 +6,6 @@
 #include <string>
 
 #include "support/painted_images.h"
-#include "widgets/image_button_paint.h"
 #include "widgets/img_button.h"
 
 namespace velmara {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "support/manual_time.h"
-#include "widgets/customized_split_view.h"
+#include "widgets/split_view.h"
 
 namespace velmara {
 namespace {

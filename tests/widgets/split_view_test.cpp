@@ -1,3 +1,5 @@
+#include "widgets/split_view.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,7 +13,6 @@
 #include "platform/notification_center.h"
 #include "support/manual_time.h"
 #include "support/painted_images.h"
-#include "widgets/customized_split_view.h"
 #include "widgets/style.h"
 
 namespace velmara {

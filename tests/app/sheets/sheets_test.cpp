@@ -21,7 +21,7 @@
 #include "app/sheets/tip_picture.h"
 #include "app/sheets/tips_sheet.h"
 #include "platform/panels.h"
-#include "widgets/save_dialog.h"
+#include "widgets/desktop_panels.h"
 
 namespace velmara {
 namespace {
