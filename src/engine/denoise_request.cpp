@@ -6,7 +6,7 @@
 
 #include "base/alpha.h"
 #include "base/mirror.h"
-#include "engine/alpha_rows.h"
+#include "engine/row_kernels.h"
 
 namespace velmara {
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "base/alpha.h"
-#include "engine/median_filter.h"
+#include "engine/row_kernels.h"
 
 namespace velmara {
 namespace {

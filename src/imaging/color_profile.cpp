@@ -61,14 +61,14 @@ std::string localizedDescription(std::span<const std::uint8_t> tag) {
 
 }  // namespace
 
-std::optional<ProfileColors> profileColors(std::span<const std::uint8_t> profile) {
+std::optional<PictureColors> profileColors(std::span<const std::uint8_t> profile) {
   if (profile.size() < kHeaderBytes + 4 || !hasSignature(profile, 36, "acsp") ||
       bigEndian(profile, 0) > profile.size()) {
     return std::nullopt;
   }
-  if (hasSignature(profile, 16, "RGB ")) return ProfileColors::rgb;
-  if (hasSignature(profile, 16, "GRAY")) return ProfileColors::gray;
-  if (hasSignature(profile, 16, "CMYK")) return ProfileColors::cmyk;
+  if (hasSignature(profile, 16, "RGB ")) return PictureColors::rgb;
+  if (hasSignature(profile, 16, "GRAY")) return PictureColors::gray;
+  if (hasSignature(profile, 16, "CMYK")) return PictureColors::cmyk;
   return std::nullopt;
 }
 

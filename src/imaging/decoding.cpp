@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
-#include <optional>
 #include <utility>
 
-#include "imaging/color_profile.h"
 #include "imaging/memory_budget.h"
 
 namespace velmara {
@@ -36,99 +34,47 @@ Status checkSize(const VipsImage* image, const PictureFile& file) {
   return Done{};
 }
 
-enum class Colors { gray, rgb, cmyk, lab };
-
 constexpr int kStripRows = 64;
 
-std::optional<Colors> colorsOf(VipsImage* image) {
-  const int bands = vips().image_get_bands(image);
-  switch (vips().image_guess_interpretation(image)) {
-    case VIPS_INTERPRETATION_B_W:
-    case VIPS_INTERPRETATION_GREY16:
-      return Colors::gray;
-    case VIPS_INTERPRETATION_sRGB:
-    case VIPS_INTERPRETATION_RGB:
-    case VIPS_INTERPRETATION_RGB16:
-      return bands >= 3 ? Colors::rgb : Colors::gray;
-    case VIPS_INTERPRETATION_CMYK:
-      return bands >= 4 ? std::optional(Colors::cmyk) : std::nullopt;
-    case VIPS_INTERPRETATION_LAB:
-    case VIPS_INTERPRETATION_LABS:
-      return bands >= 3 ? std::optional(Colors::lab) : std::nullopt;
-    default:
-      return std::nullopt;
-  }
-}
-
-int sampleCount(Colors colors) {
-  switch (colors) {
-    case Colors::gray:
-      return 1;
-    case Colors::cmyk:
-      return 4;
-    case Colors::rgb:
-    case Colors::lab:
-      break;
-  }
-  return 3;
+int sampleCount(PictureColors colors) {
+  if (colors == PictureColors::gray) return 1;
+  return colors == PictureColors::cmyk ? 4 : 3;
 }
 
 /// The embedded profile if it is one for these colours.
-ColorProfile matchingProfile(const VipsImage* image, Colors colors) {
+ColorProfile matchingProfile(const VipsImage* image, PictureColors colors) {
   ColorProfile profile = embeddedProfile(image);
-  if (profile == nullptr) return nullptr;
-  const auto meant = profileColors(*profile);
-  const bool matches = (colors == Colors::gray && meant == ProfileColors::gray) ||
-                       (colors == Colors::rgb && meant == ProfileColors::rgb) ||
-                       (colors == Colors::cmyk && meant == ProfileColors::cmyk);
-  return matches ? profile : nullptr;
-}
-
-/// Takes the place of an image with the result of an operation on it; false if that failed.
-bool replace(VipsImagePtr& image, int failed, VipsImage* result) {
-  if (failed != 0) return false;
-  image.reset(result);
-  return true;
+  return profile != nullptr && profileColors(*profile) == colors ? profile : nullptr;
 }
 
 bool extractBands(VipsImagePtr& image, int first, int count) {
-  if (first == 0 && count == vips().image_get_bands(image.get())) return true;
-  VipsImage* part = nullptr;
-  const int failed = vips().extract_band(image.get(), &part, first, "n", count, nullptr);
-  return replace(image, failed, part);
+  return (first == 0 && count == vips().image_get_bands(image.get())) ||
+         replaceBy<&VipsApi::extract_band>(image, first, "n", count);
 }
 
-bool throughProfile(VipsImagePtr& image, Colors colors, bool hasProfile) {
-  VipsImage* out = nullptr;
-  const char* fallback = colors == Colors::cmyk ? "cmyk" : "srgb";
-  const int failed =
-      vips().icc_transform(image.get(), &out, "srgb", "embedded", static_cast<gboolean>(hasProfile),
-                           "input_profile", fallback, "intent", VIPS_INTENT_RELATIVE,
-                           "black_point_compensation", TRUE, "depth", 8, nullptr);
-  if (!replace(image, failed, out)) return false;
-  return colors != Colors::gray || extractBands(image, 1, 1);
-}
-
-bool labToRgb(VipsImagePtr& image) {
-  VipsImage* out = nullptr;
-  const int failed = vips().colourspace(image.get(), &out, VIPS_INTERPRETATION_sRGB, nullptr);
-  return replace(image, failed, out);
+bool throughProfile(VipsImagePtr& image, PictureColors colors, bool hasProfile) {
+  const char* fallback = colors == PictureColors::cmyk ? "cmyk" : "srgb";
+  return replaceBy<&VipsApi::icc_transform>(image, "srgb", "embedded",
+                                            static_cast<gboolean>(hasProfile), "input_profile",
+                                            fallback, "intent", VIPS_INTENT_RELATIVE,
+                                            "black_point_compensation", TRUE, "depth", 8) &&
+         (colors != PictureColors::gray || extractBands(image, 1, 1));
 }
 
 /// Puts an alpha sample of 8 or 16 bits behind 8-bit colours.
 bool joinAlpha(VipsImagePtr& image, VipsImagePtr alpha) {
-  if (vips().image_get_format(alpha.get()) == VIPS_FORMAT_USHORT) {
-    VipsImage* narrow = nullptr;
-    const int failed = vips().msb(alpha.get(), &narrow, nullptr);
-    if (!replace(alpha, failed, narrow)) return false;
+  if (vips().image_get_format(alpha.get()) == VIPS_FORMAT_USHORT &&
+      !replaceBy<&VipsApi::msb>(alpha)) {
+    return false;
   }
   VipsImage* joined = nullptr;
-  const int failed = vips().bandjoin2(image.get(), alpha.get(), &joined, nullptr);
-  return replace(image, failed, joined);
+  if (vips().bandjoin2(image.get(), alpha.get(), &joined, nullptr) != 0) return false;
+  image.reset(joined);
+  return true;
 }
 
 /// Converts what has to go through a profile, alpha kept aside meanwhile.
-bool convertColors(VipsImagePtr& image, Colors colors, bool hasProfile) {
+bool convertColors(VipsImagePtr& image, PictureColors colors, bool hasProfile) {
   const int samples = sampleCount(colors);
   VipsImagePtr alpha;
   if (vips().image_get_bands(image.get()) > samples) {
@@ -136,8 +82,9 @@ bool convertColors(VipsImagePtr& image, Colors colors, bool hasProfile) {
     alpha.reset(image.get());
     if (!extractBands(alpha, samples, 1) || !extractBands(image, 0, samples)) return false;
   }
-  const bool converted =
-      colors == Colors::lab ? labToRgb(image) : throughProfile(image, colors, hasProfile);
+  const bool converted = colors == PictureColors::lab
+                             ? replaceBy<&VipsApi::colourspace>(image, VIPS_INTERPRETATION_sRGB)
+                             : throughProfile(image, colors, hasProfile);
   return converted && (alpha == nullptr || joinAlpha(image, std::move(alpha)));
 }
 
@@ -201,12 +148,32 @@ ColorProfile embeddedProfile(const VipsImage* image) {
   return std::make_shared<const std::vector<std::uint8_t>>(bytes.begin(), bytes.end());
 }
 
+std::optional<PictureColors> colorsOf(VipsImage* image) {
+  const int bands = vips().image_get_bands(image);
+  switch (vips().image_guess_interpretation(image)) {
+    case VIPS_INTERPRETATION_B_W:
+    case VIPS_INTERPRETATION_GREY16:
+      return PictureColors::gray;
+    case VIPS_INTERPRETATION_sRGB:
+    case VIPS_INTERPRETATION_RGB:
+    case VIPS_INTERPRETATION_RGB16:
+      return bands >= 3 ? PictureColors::rgb : PictureColors::gray;
+    case VIPS_INTERPRETATION_CMYK:
+      return bands >= 4 ? std::optional(PictureColors::cmyk) : std::nullopt;
+    case VIPS_INTERPRETATION_LAB:
+    case VIPS_INTERPRETATION_LABS:
+      return bands >= 3 ? std::optional(PictureColors::lab) : std::nullopt;
+    default:
+      return std::nullopt;
+  }
+}
+
 Result<PlainPicture> toPlainPicture(VipsImagePtr image) {
-  const std::optional<Colors> colors = colorsOf(image.get());
+  const std::optional<PictureColors> colors = colorsOf(image.get());
   const VipsBandFormat format = vips().image_get_format(image.get());
   const bool isPlain = format == VIPS_FORMAT_UCHAR || format == VIPS_FORMAT_USHORT;
   if (!colors || vips().image_get_coding(image.get()) != VIPS_CODING_NONE ||
-      (!isPlain && colors != Colors::lab)) {
+      (!isPlain && colors != PictureColors::lab)) {
     return Error{"pictures with " + std::to_string(vips().image_get_bands(image.get())) +
                  " samples of this kind a pixel cannot be read"};
   }
@@ -217,8 +184,9 @@ Result<PlainPicture> toPlainPicture(VipsImagePtr image) {
 
   const bool isPalette = vips().image_get_typeof(image.get(), "palette-bit-depth") != 0;
   const bool isDeep = format != VIPS_FORMAT_UCHAR;
-  const bool convert = *colors == Colors::cmyk || *colors == Colors::lab ||
-                       (profile != nullptr && (*colors == Colors::gray || isDeep || isPalette));
+  const bool convert =
+      *colors == PictureColors::cmyk || *colors == PictureColors::lab ||
+      (profile != nullptr && (*colors == PictureColors::gray || isDeep || isPalette));
   if (convert) {
     if (!convertColors(image, *colors, profile != nullptr)) return Error{};
     profile = nullptr;

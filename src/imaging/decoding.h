@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "base/image.h"
 #include "base/job_control.h"
 #include "base/result.h"
+#include "imaging/color_profile.h"
 #include "imaging/picture_file.h"
 #include "imaging/vips_api.h"
 
@@ -34,6 +36,9 @@ struct PlainPicture {
   VipsImagePtr image;
   ColorProfile profile;
 };
+
+/// The kind of colour of a decoded picture; nothing for one that cannot be shown.
+std::optional<PictureColors> colorsOf(VipsImage* image);
 
 /// Brings a decoded picture of any kind of colour to gray or RGB, by the rules of readImage.
 /// Nothing is computed before the pixels are asked for.

@@ -73,16 +73,13 @@ int saveBmp(VipsImage* image, int /*quality*/, VipsTarget* target) {
   return failed != 0 ? failed : vips().target_end(target);
 }
 
-int saveGif(VipsImage* image, int /*quality*/, VipsTarget* target) {
-  return vips().gifsave_target(image, target, nullptr);
-}
-
-int savePng(VipsImage* image, int /*quality*/, VipsTarget* target) {
-  return vips().pngsave_target(image, target, nullptr);
-}
-
 int saveJpeg2000(VipsImage* image, int /*quality*/, VipsTarget* target) {
   return vips().jp2ksave_target(image, target, "lossless", TRUE, nullptr);
+}
+
+template <auto kOperation>
+int save(VipsImage* image, int /*quality*/, VipsTarget* target) {
+  return (vips().*kOperation)(image, target, nullptr);
 }
 
 constexpr FormatFacts kFormats[] = {
@@ -131,7 +128,7 @@ constexpr FormatFacts kFormats[] = {
          },
      .decoder = "VipsForeignLoadNsgif",
      .load = load<&VipsApi::gifload_source>,
-     .save = saveGif,
+     .save = save<&VipsApi::gifsave_target>,
      .carriesAlpha = true},
     {.format = FileFormat::png,
      .name = "PNG",
@@ -141,7 +138,7 @@ constexpr FormatFacts kFormats[] = {
      .matches = [](std::string_view head) { return head.starts_with("\x89PNG\r\n\x1a\n"sv); },
      .decoder = "VipsForeignLoadPng",
      .load = load<&VipsApi::pngload_source>,
-     .save = savePng,
+     .save = save<&VipsApi::pngsave_target>,
      .metadata = MetadataPlace::file,
      .carriesProfile = true,
      .carriesAlpha = true},

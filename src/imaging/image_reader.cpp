@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "imaging/decoding.h"
+#include "imaging/file_checks.h"
 #include "imaging/memory_budget.h"
-#include "imaging/sample_check.h"
 
 namespace velmara {
 namespace {

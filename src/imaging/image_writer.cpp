@@ -39,13 +39,6 @@ VipsImagePtr described(VipsImage* image, const ColorProfile& profile,
   return VipsImagePtr(copy);
 }
 
-VipsImagePtr withoutLastBand(const VipsImagePtr& image) {
-  VipsImage* colours = nullptr;
-  const int bands = vips().image_get_bands(image.get());
-  vips().extract_band(image.get(), &colours, 0, "n", bands - 1, nullptr);
-  return VipsImagePtr(colours);
-}
-
 // What was written to a target in memory. Savers end their target, after which its bytes are to be
 // had as its blob only.
 std::vector<std::uint8_t> contentsOf(VipsTarget* target) {
@@ -76,8 +69,10 @@ Result<std::vector<std::uint8_t>> encode(const Bitmap& bitmap, const ColorProfil
   const Bitmap flat = flattens ? withoutAlpha(bitmap) : bitmap;
   if (!flat.isValid()) return Error{"not enough memory for the picture"};
   VipsImagePtr image = wrapped(flat);
-  if (image != nullptr && dropsAlpha) image = withoutLastBand(image);
-  if (image == nullptr) return cannotEncode();
+  if (image == nullptr || (dropsAlpha && !replaceBy<&VipsApi::extract_band>(
+                                             image, 0, "n", flat.samplesPerPixel() - 1))) {
+    return cannotEncode();
+  }
   return encodeVipsImage(image.get(), profile, format, options);
 }
 

@@ -49,7 +49,7 @@ Result<std::vector<std::uint8_t>> withMetadata(std::vector<std::uint8_t> bytes, 
 /// states, its width and height exchanged if those of the picture were.
 EncodeOptions encodeOptionsFor(const ImageMetadata& metadata, int width, int height);
 
-/// encodeImage with encodeOptionsFor, and withMetadata, in one.
+/// encodeImage with encodeOptionsFor, and withMetadata.
 Result<std::vector<std::uint8_t>> encodeImageWithMetadata(const Bitmap& bitmap,
                                                           const ColorProfile& profile,
                                                           FileFormat format,

@@ -2,7 +2,6 @@
 #include <exception>
 #include <utility>
 
-#include "imaging/color_profile.h"
 #include "imaging/decoding.h"
 #include "imaging/metadata.h"
 #include "imaging/metadata_carrier.h"
@@ -11,18 +10,9 @@ namespace velmara {
 namespace {
 
 std::string colorModelOf(VipsImage* image) {
-  switch (vips().image_guess_interpretation(image)) {
-    case VIPS_INTERPRETATION_B_W:
-    case VIPS_INTERPRETATION_GREY16:
-      return "Gray";
-    case VIPS_INTERPRETATION_CMYK:
-      return "CMYK";
-    case VIPS_INTERPRETATION_LAB:
-    case VIPS_INTERPRETATION_LABS:
-      return "Lab";
-    default:
-      return vips().image_get_bands(image) < 3 ? "Gray" : "RGB";
-  }
+  constexpr const char* kNames[] = {"Gray", "RGB", "CMYK", "Lab"};
+  const auto usual = vips().image_get_bands(image) < 3 ? PictureColors::gray : PictureColors::rgb;
+  return kNames[static_cast<std::size_t>(colorsOf(image).value_or(usual))];
 }
 
 // Pixels an inch; a value that differs from a whole number by the rounding of a unit is that

@@ -9,9 +9,8 @@
 #include <unistd.h>
 #include <utility>
 
+#include "imaging/file_checks.h"
 #include "imaging/initialise.h"
-#include "imaging/sample_check.h"
-#include "imaging/tiff_directories.h"
 
 namespace velmara {
 namespace {

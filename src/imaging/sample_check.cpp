@@ -1,9 +1,8 @@
-#include "imaging/sample_check.h"
-
 #include <array>
 #include <optional>
 
 #include "base/bitmap.h"
+#include "imaging/file_checks.h"
 
 namespace velmara {
 namespace {

@@ -1,8 +1,8 @@
-#include "imaging/tiff_directories.h"
-
 #include <algorithm>
 #include <set>
 #include <span>
+
+#include "imaging/file_checks.h"
 
 namespace velmara {
 namespace {

@@ -14,7 +14,6 @@ class CapturableView {
  public:
   virtual ~CapturableView() = default;
 
-  /// The view's own extent, in logical units.
   virtual Rect bounds() const = 0;
   /// The pixels the view shows now inside its bounds; not valid if they cannot be had.
   virtual Bitmap captureBounds() = 0;
@@ -23,26 +22,22 @@ class CapturableView {
 };
 
 /// The image toolkit's front: the operations on whole images under the names the rest of the
-/// program knows them by. Each delegates to the plain functions of this layer and writes the log
-/// lines they leave out. It keeps no state, so any thread may call anything but
-/// screenShotOfImageView. Nothing is thrown; images that are not valid give images that are not
-/// valid, or what is stated.
+/// program knows them by, over the plain functions of this layer, with the log lines those leave
+/// out. It keeps no state, so any thread may call anything but screenShotOfImageView. Nothing is
+/// thrown; an image that is not valid gives one that is not, or what is stated.
 class Utils {
  public:
   /// The one instance, made on first use.
   static Utils& sharedUtils();
 
-  /// The bitmap an image is decoded from: its first representation, the size and samples as they
-  /// are. Not valid for an image that is not.
+  /// The bitmap an image is decoded from: its first representation as it is.
   Bitmap getCgiImageRef(const Image& image) const;
 
-  /// A copy of the bytes of getCgiImageRef: rows from top to bottom, interleaved, without gaps.
-  /// Empty for an image that is not valid.
+  /// A copy of the bytes of getCgiImageRef; empty for an image that is not valid.
   std::vector<std::uint8_t> NSImageToCharByteArray(const Image& image) const;
 
-  /// An opaque 4-sample image of packed RGB bytes, 3 a pixel, rows from top to bottom without gaps;
-  /// `bytes` must hold withWidth * withHeight * 3 of them. Not valid if the size is not positive or
-  /// the memory is not to be had.
+  /// An opaque 4-sample image of packed RGB bytes, 3 a pixel, rows from top to bottom without gaps.
+  /// Not valid if the size is not positive or the memory is not to be had.
   Image convertBitmapRGBA8ToNSImage(const std::uint8_t* bytes, int withWidth, int withHeight) const;
 
   /// The image drawn over black, without alpha (4 samples become 3, 2 become 1, others stay), under
@@ -66,7 +61,7 @@ class Utils {
                                      const Image& originalImage) const;
 
   /// The image at a new logical size, one pixel a unit (canvasPixels of each side), as a 4-sample
-  /// canvas. Not valid if the input is not or the size has no extent.
+  /// canvas. Not valid if the size has no extent.
   Image scaleImage(const Image& image, Size newSize) const;
 
   /// The part of an image inside a rectangle with its origin at the bottom-left corner, likewise;
@@ -95,8 +90,7 @@ class Utils {
   /// Removes every item in the process's own temporary directory.
   void cleanAllFilesFromTempDirectory() const;
 
-  /// A picture of a view, of its bounds' size: what it shows, or else what it draws when asked.
-  /// Main thread only.
+  /// A picture of a view: what it shows, or else what it draws when asked. Main thread only.
   Image screenShotOfImageView(CapturableView& view) const;
 
  private:

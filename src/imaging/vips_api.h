@@ -59,6 +59,16 @@ using VipsRegionPtr = std::unique_ptr<VipsRegion, GObjectRelease>;
 using VipsSourcePtr = std::unique_ptr<VipsSource, GObjectRelease>;
 using VipsTargetPtr = std::unique_ptr<VipsTarget, GObjectRelease>;
 
+/// Takes the place of an image with the result of an operation on it, whose options follow; false
+/// if that failed.
+template <auto kOperation, typename... Options>
+bool replaceBy(VipsImagePtr& image, Options... options) {
+  VipsImage* result = nullptr;
+  if ((vips().*kOperation)(image.get(), &result, options..., nullptr) != 0) return false;
+  image.reset(result);
+  return true;
+}
+
 /// What libvips says went wrong last, one line without the name of the operation, cleared with the
 /// call; empty if it says nothing.
 std::string takeVipsError();

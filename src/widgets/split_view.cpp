@@ -186,16 +186,6 @@ void SplitView::keyPressEvent(QKeyEvent* event) {
   setPosition(positionOfDividerAtIndex(0) + (back ? -step : step), 0);
 }
 
-void SplitView::focusInEvent(QFocusEvent* event) {
-  QWidget::focusInEvent(event);
-  update();
-}
-
-void SplitView::focusOutEvent(QFocusEvent* event) {
-  QWidget::focusOutEvent(event);
-  update();
-}
-
 double SplitView::positionOfDividerAtIndex(int index) const {
   if (index < 0 || index >= subviewCount() || isSubviewCollapsed(index)) return 0.0;
   return split_.farEdge(static_cast<std::size_t>(index));

@@ -1,10 +1,9 @@
-#include "engine/median_filter.h"
-
 #include <gtest/gtest.h>
 #include <vips/vips.h>
 
 #include "engine/fast/instruction_sets.h"
 #include "engine/pictures.h"
+#include "engine/row_kernels.h"
 
 namespace velmara {
 namespace {

@@ -115,7 +115,7 @@ TEST(ColorConversionTest, GrayStaysGrayThroughItsProfile) {
   const ScratchFolder folder;
   const std::string profile = folder.file("gray.icc");
   testing_support::writeFile(profile, linearGrayProfile());
-  ASSERT_EQ(profileColors(bytesOf(profile)), ProfileColors::gray);
+  ASSERT_EQ(profileColors(bytesOf(profile)), PictureColors::gray);
   EXPECT_EQ(profileName(bytesOf(profile)), "Straight gray");
   for (const std::string depth : {"8", "16"}) {
     const std::string file = folder.file("gray" + depth + ".tif");

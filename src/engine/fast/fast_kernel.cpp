@@ -7,7 +7,7 @@
 #include <thread>
 #include <utility>
 
-#include "engine/fast/fast_tile.h"
+#include "engine/fast/fast_scratch.h"
 #include "engine/fast/instruction_sets.h"
 #include "engine/reference_kernel.h"
 

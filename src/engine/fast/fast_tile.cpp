@@ -1,9 +1,8 @@
-#include "engine/fast/fast_tile.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 
+#include "engine/fast/fast_scratch.h"
 #include "engine/fast/instruction_sets.h"
 
 #undef HWY_TARGET_INCLUDE

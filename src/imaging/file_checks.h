@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "base/result.h"
 #include "imaging/picture_file.h"
 
@@ -16,5 +18,18 @@ Status checkPnmHeader(const InputFile& file);
 /// Whether a PNM file of a plain kind (P1 to P3) has as many numbers as its header says; reads the
 /// whole file. Well for the binary kinds.
 Status checkPnmSamples(const InputFile& file);
+
+/// What the chain of directories at the top of a TIFF says.
+struct TiffDirectories {
+  /// The size each directory states, in order.
+  std::vector<RepresentationSize> sizes;
+  /// A directory, or one nested in it, holds a camera's mosaic and not a picture.
+  bool isCameraRaw = false;
+};
+
+/// Walks the directories of a classic or big TIFF (TIFF 6.0, section 2) without decoding anything.
+/// A chain that leaves the file, turns back on itself or is longer than any real one ends where it
+/// goes wrong. Empty if there is no directory at all.
+TiffDirectories readTiffDirectories(const InputFile& file);
 
 }  // namespace velmara
