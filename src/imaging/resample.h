@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "base/bitmap.h"
 #include "base/geometry.h"
 
@@ -51,5 +53,10 @@ Bitmap copiedPixels(const Bitmap& bitmap, const PixelRect& rect);
 
 /// The pixel count of a canvas for a logical length: rounded to the nearest, at least 1.
 int canvasPixels(double length);
+
+/// Runs a piece of work over the rows 0 to `rows`, cut into as many stretches as the machine has
+/// processors, and waits for all of them. The work gets the first row of a stretch and the one
+/// behind its last, on any thread, and must not throw; stretches do not overlap.
+void parallelRows(int rows, const std::function<void(int, int)>& work);
 
 }  // namespace velmara

@@ -111,20 +111,8 @@ class TiffReader {
 
   // Bytes of the types of whole numbers: BYTE, SHORT, LONG, IFD, LONG8, IFD8.
   static std::size_t sizeOfType(std::uint64_t type) {
-    switch (type) {
-      case 1:
-        return 1;
-      case 3:
-        return 2;
-      case 4:
-      case 13:
-        return 4;
-      case 16:
-      case 18:
-        return 8;
-      default:
-        return 0;
-    }
+    constexpr std::uint8_t kSizes[] = {0, 1, 0, 2, 4, 0, 0, 0, 0, 0, 0, 0, 0, 4, 0, 0, 8, 0, 8};
+    return type < std::size(kSizes) ? kSizes[type] : 0;
   }
 
   const InputFile& file_;

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "base/alpha.h"
-#include "imaging/row_drawer.h"
 #include "preview/viewport.h"
 
 namespace velmara {

@@ -5,9 +5,6 @@
 #include <QPalette>
 #include <QProxyStyle>
 
-#include <algorithm>
-#include <array>
-#include <cstddef>
 #include <utility>
 
 #include "widgets/image_provider.h"
@@ -15,21 +12,14 @@
 namespace velmara::style {
 namespace {
 
-constexpr std::array kNames = std::to_array<std::pair<const char*, QColor>>({
-    {"@kWindow", kWindow},
-    {"@kRaised", kRaised},
-    {"@kPressed", kPressed},
-    {"@kBorder", kBorder},
-    {"@kTextDim", kTextDim},
-    {"@kTextDisabled", kTextDisabled},
-    {"@kText", kText},
-    {"@kDark", kDark},
-    {"@kAccentDark", kAccentDark},
-    {"@kAccent", kAccent},
-    {"@kSurround", kSurround},
-    {"@kFocusRing", kFocusRing},
+// A name that begins with another stands before it.
+constexpr std::pair<const char*, QColor> kNames[] = {
+    {"@kWindow", kWindow}, {"@kRaised", kRaised},     {"@kPressed", kPressed},
+    {"@kBorder", kBorder}, {"@kTextDim", kTextDim},   {"@kTextDisabled", kTextDisabled},
+    {"@kText", kText},     {"@kDark", kDark},         {"@kAccentDark", kAccentDark},
+    {"@kAccent", kAccent}, {"@kSurround", kSurround}, {"@kFocusRing", kFocusRing},
     {"@kError", kError},
-});
+};
 
 QPalette lightPalette() {
   QPalette palette;
@@ -75,11 +65,7 @@ class ScreenStyle final : public QProxyStyle {
 
 QString resolved(const QString& sheet) {
   QString result = sheet;
-  // Longer names first, since one name may begin with another.
-  auto names = kNames;
-  std::sort(names.begin(), names.end(),
-            [](const auto& a, const auto& b) { return qstrlen(a.first) > qstrlen(b.first); });
-  for (const auto& [name, color] : names) result.replace(QLatin1String(name), color.name());
+  for (const auto& [name, color] : kNames) result.replace(QLatin1String(name), color.name());
   return result;
 }
 

@@ -1,5 +1,5 @@
-// Patch distances of one shift along a row of a tile, as exact integer box sums, and the weights
-// that follow from them. Compiled once per instruction set.
+// Patch distances of one shift along a row of a tile, as exact integer box sums, and the weights in
+// single precision that follow from them. Compiled once per instruction set.
 //
 // Integers may be added in any order, so squared differences are summed first over the rows of the
 // patches and then over their columns. 16-bit sums stop at 65535; the plan uses them only where
@@ -7,10 +7,11 @@
 
 #include <hwy/highway.h>
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "engine/fast/fast_scratch.h"
-#include "engine/fast/weights-inl.h"
 
 #if defined(VELMARA_DISTANCES_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef VELMARA_DISTANCES_INL_H_
@@ -71,7 +72,8 @@ HWY_INLINE hn::Vec<D> pixelSquares(D d, const RowPair<kChannels>& rows, std::ptr
   return sum;
 }
 
-/// The sums over all `count` rows of the patches, each row's squares computed here.
+/// The sums over all `count` rows of the patches, each row's squares computed here; of one row its
+/// squares, to be kept.
 template <class Distance, int kChannels>
 HWY_INLINE void sumColumns(const RowPair<kChannels>* rows, int count, std::ptrdiff_t length,
                            Distance* sums) {
@@ -81,17 +83,6 @@ HWY_INLINE void sumColumns(const RowPair<kChannels>* rows, int count, std::ptrdi
     auto sum = hn::Zero(d);
     for (int n = 0; n < count; ++n) sum = addDistances(d, sum, pixelSquares(d, rows[n], i));
     hn::Store(sum, d, sums + i);
-  }
-}
-
-/// Squares of one row, to be kept.
-template <class Distance, int kChannels>
-HWY_INLINE void keepSquares(const RowPair<kChannels> rows, std::ptrdiff_t length,
-                            Distance* squares) {
-  const hn::ScalableTag<Distance> d;
-  const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
-  for (std::ptrdiff_t i = 0; i < length; i += lanes) {
-    hn::Store(pixelSquares(d, rows, i), d, squares + i);
   }
 }
 
@@ -111,6 +102,62 @@ HWY_INLINE void keepSquaresAndSumColumns(const RowPair<kChannels> rows,
     }
     hn::Store(sum, d, sums + i);
   }
+}
+
+/// The weight function ready for use, its numbers spread over vectors.
+///
+/// 2^x is 2^n 2^f with n the nearest integer: adding 1.5 * 2^23 rounds x and leaves n in the low
+/// bits; 2^f is a polynomial of degree 5 that is exactly 1 for f = 0. No bound of its error is
+/// needed here: largestWeightError compares every entry of the table.
+template <class DF>
+class WeightVectors {
+ public:
+  using V = hn::Vec<DF>;
+
+  explicit WeightVectors(const WeightFunction& f)
+      : scale_(hn::Set(DF(), f.scale)), bias_(hn::Set(DF(), f.bias)), cut_(hn::Set(DF(), f.cut)) {}
+
+  /// The weights of distance indices, as whole numbers in single precision.
+  HWY_INLINE V operator()(V index) const {
+    const DF df;
+    const hn::RebindToSigned<DF> di;
+    const auto x = hn::Min(hn::MulAdd(index, scale_, bias_), hn::Zero(df));
+    const auto rounder = hn::Set(df, 12582912.0F);
+    const auto shifted = hn::Add(x, rounder);
+    const auto f = hn::Sub(x, hn::Sub(shifted, rounder));
+    auto p = hn::Set(df, 0.00132647239F);
+    p = hn::MulAdd(p, f, hn::Set(df, 0.00967151287F));
+    p = hn::MulAdd(p, f, hn::Set(df, 0.0555073375F));
+    p = hn::MulAdd(p, f, hn::Set(df, 0.240222421F));
+    p = hn::MulAdd(p, f, hn::Set(df, 0.693146978F));
+    p = hn::MulAdd(p, f, hn::Set(df, 1.0F));
+    const auto power = hn::ShiftLeft<23>(hn::BitCast(di, shifted));
+    const auto weight = hn::BitCast(df, hn::Add(hn::BitCast(di, p), power));
+    return hn::IfThenElseZero(hn::Lt(index, cut_), weight);
+  }
+
+ private:
+  V scale_, bias_, cut_;
+};
+
+/// The largest relative difference between the weight function and the entries of the table that
+/// are not zero: all of them are compared, so this is no estimate. Infinite if one is not a number.
+inline double largestWeightError(const WeightFunction& f, const double* table,
+                                 std::int64_t cutOff) {
+  const hn::ScalableTag<float> df;
+  const WeightVectors<decltype(df)> weights(f);
+  const auto lanes = static_cast<std::int64_t>(hn::Lanes(df));
+  HWY_ALIGN float got[64];
+  double largest = 0.0;
+  for (std::int64_t first = 0; first < cutOff; first += lanes) {
+    hn::Store(weights(hn::Iota(df, static_cast<float>(first))), df, got);
+    for (std::int64_t i = 0; i < std::min(lanes, cutOff - first); ++i) {
+      const double wanted = table[first + i];
+      const double error = std::abs(static_cast<double>(got[i]) - wanted) / wanted;
+      if (!(error <= largest)) largest = std::isnan(error) ? HUGE_VAL : error;
+    }
+  }
+  return largest;
 }
 
 /// The sum over the columns of the patches that begin at each pixel of a vector. kT is t, or 0 for
@@ -240,7 +287,8 @@ struct ShiftRow {
 template <class Distance, int kChannels>
 void beginShift(const ShiftRow<Distance, kChannels>& row, int t) {
   for (int n = 0; n + 1 < t; ++n) {
-    keepSquares<Distance, kChannels>(row.rows(n), row.length + t - 1, row.keptSquares(n));
+    const RowPair<kChannels> rows = row.rows(n);
+    sumColumns<Distance, kChannels>(&rows, 1, row.length + t - 1, row.keptSquares(n));
   }
 }
 
@@ -260,7 +308,8 @@ HWY_INLINE void sumShiftColumns(const ShiftRow<Distance, kChannels>& row, int t,
   if (keeps) {
     const hn::ScalableTag<Distance> d;
     const auto lanes = static_cast<std::ptrdiff_t>(hn::Lanes(d));
-    keepSquares<Distance, kChannels>(row.rows(t - 1), length, row.keptSquares(t - 1));
+    const RowPair<kChannels> newest = row.rows(t - 1);
+    sumColumns<Distance, kChannels>(&newest, 1, length, row.keptSquares(t - 1));
     for (std::ptrdiff_t i = 0; i < length; i += lanes) {
       auto sum = hn::Zero(d);
       for (int n = 0; n < t; ++n) sum = addDistances(d, sum, hn::Load(d, row.keptSquares(n) + i));

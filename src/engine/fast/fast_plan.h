@@ -112,7 +112,7 @@ std::optional<FastPlan> makeFastPlan(const FilterGeometry& geometry, FilterBuffe
 /// for t = 7, which is found out by trying them all.
 std::optional<IndexDivider> exactDivider(int t, std::int64_t cutOff);
 
-/// How far a pixel's weighted mean as average_single-inl.h computes it may be from the
+/// How far a pixel's weighted mean as averages-inl.h computes it may be from the
 /// double-precision sum that defines the result.
 ///
 /// Let u = 2^-24, w the weights of the table, a the samples less 128 (so |a| <= 128), and

@@ -102,7 +102,7 @@ class FastScratch {
 /// instruction set. Returns how many pixels were undecided and averaged in double precision.
 std::int64_t filterTile(const FastPlan& plan, FastScratch& scratch, const Tile& tile);
 
-/// See weights-inl.h; on the chosen instruction set.
+/// See largestWeightError; on the chosen instruction set.
 double weightErrorOf(const WeightFunction& weight, const double* table, std::int64_t cutOff);
 
 }  // namespace velmara

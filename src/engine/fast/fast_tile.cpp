@@ -14,7 +14,6 @@
 #include "engine/fast/averages-inl.h"
 #include "engine/fast/distances-inl.h"
 #include "engine/fast/source_rows-inl.h"
-#include "engine/fast/weights-inl.h"
 #endif
 
 HWY_BEFORE_NAMESPACE();
