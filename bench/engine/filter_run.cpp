@@ -20,8 +20,8 @@ double secondsOf(clockid_t clock) {
 
 FilterRun::FilterRun(const FilterCase& filterCase, int width, int height)
     : geometry_(geometryOfRequest(width, height, filterCase.channels, filterCase.t, filterCase.s)),
-      padded_(addBorder(rowsOf(noisyPhoto(width, height, filterCase.channels, filterCase.kind)),
-                        static_cast<int>(borderOfWindows(filterCase.t, filterCase.s)), {})),
+      padded_(withMirroredBorder(noisyPhoto(width, height, filterCase.channels, filterCase.kind),
+                                 static_cast<int>(borderOfWindows(filterCase.t, filterCase.s)))),
       output_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
               static_cast<std::size_t>(filterCase.channels)) {
   buffers_.sourceBytes = padded_.bytes();

@@ -86,6 +86,8 @@ class BitmapBuilder {
   std::span<std::uint8_t> bytes() { return {samples_, bitmap_.byteCount()}; }
   std::uint8_t* row(int y) { return samples_ + static_cast<std::size_t>(y) * rowBytes(); }
 
+  /// The bitmap it will be, for readers that know which samples are set by now.
+  Bitmap unfinished() const { return bitmap_; }
   /// Turns the samples into a bitmap without a copy; the builder is used up.
   Bitmap finish() && { return std::move(bitmap_); }
 
@@ -94,7 +96,7 @@ class BitmapBuilder {
       : bitmap_(std::move(bitmap)), samples_(samples) {}
 
   Bitmap bitmap_;
-  std::uint8_t* samples_;  ///< of the bitmap, which nobody else has yet
+  std::uint8_t* samples_;  ///< Those of the bitmap.
 };
 
 }  // namespace velmara

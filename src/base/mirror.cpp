@@ -1,5 +1,6 @@
 #include "base/mirror.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <utility>
@@ -33,30 +34,51 @@ PictureRows rowsOf(const Bitmap& bitmap) {
       [bitmap](int y, std::uint8_t* out) { std::memcpy(out, bitmap.row(y), bitmap.rowBytes()); }};
 }
 
-Bitmap addBorder(const PictureRows& picture, int border, const LogSink& log) {
-  const auto& [width, height, samples, writeRow] = picture;
-  if (log) {
-    log("Utils addBorderToImage");
-    log("input Image Size {" + std::to_string(width) + ", " + std::to_string(height) + "}");
-  }
-  if (border < 0) return {};
-  auto framed = BitmapBuilder::allocate(width + 2 * std::int64_t{border},
-                                        height + 2 * std::int64_t{border}, samples);
-  if (!framed) return {};
-  const std::size_t offset = static_cast<std::size_t>(border) * static_cast<std::size_t>(samples);
-  for (int y = 0; y < height; ++y) {
-    std::uint8_t* row = framed->row(y + border);
-    writeRow(y, row + offset);
-    mirrorEnds(row, width, samples, border);
-  }
-  for (int y = 1; y <= border; ++y) {
-    for (const std::int64_t outside : {-std::int64_t{y}, height - 1 + std::int64_t{y}}) {
-      const auto inside = static_cast<int>(mirroredIndex(outside, height));
-      std::memcpy(framed->row(static_cast<int>(outside + border)), framed->row(inside + border),
-                  framed->rowBytes());
+Bitmap withMirroredBorder(const Bitmap& bitmap, int border) {
+  if (!bitmap.isValid()) return {};
+  auto frame = MirroredFrame::allocate(rowsOf(bitmap), border);
+  return frame ? std::move(*frame).finish() : Bitmap();
+}
+
+std::optional<MirroredFrame> MirroredFrame::allocate(PictureRows picture, int border) {
+  if (border < 0) return std::nullopt;
+  auto framed = BitmapBuilder::allocate(picture.width + 2 * std::int64_t{border},
+                                        picture.height + 2 * std::int64_t{border}, picture.samples);
+  if (!framed) return std::nullopt;
+  return MirroredFrame(std::move(picture), border, std::move(*framed));
+}
+
+MirroredFrame::MirroredFrame(PictureRows picture, int border, BitmapBuilder framed)
+    : picture_(std::move(picture)), border_(border), framed_(std::move(framed)) {}
+
+void MirroredFrame::fillTo(int end) {
+  const auto& [width, height, samples, writeRow] = picture_;
+  for (; filled_ < std::min(end, framed_.height()); ++filled_) {
+    const int y = static_cast<int>(mirroredIndex(std::int64_t{filled_} - border_, height));
+    std::uint8_t* row = framed_.row(filled_);
+    if (y + border_ < filled_) {
+      std::memcpy(row, framed_.row(y + border_), framed_.rowBytes());
+      continue;
     }
+    writeRow(y, row + static_cast<std::ptrdiff_t>(border_) * samples);
+    mirrorEnds(row, width, samples, border_);
   }
-  return std::move(*framed).finish();
+}
+
+// The rows above the picture show its first ones, as many as the border has.
+int MirroredFrame::pictureRowsUpTo(int end) const {
+  return end <= 0 ? 0 : std::min(picture_.height, std::max(border_, end - border_));
+}
+
+Bitmap MirroredFrame::finish() && {
+  fillTo(framed_.height());
+  return std::move(framed_).finish();
+}
+
+void logBorder(int width, int height, const LogSink& log) {
+  if (!log) return;
+  log("Utils addBorderToImage");
+  log("input Image Size {" + std::to_string(width) + ", " + std::to_string(height) + "}");
 }
 
 }  // namespace velmara

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
+#include <span>
 
 #include "base/bitmap.h"
 #include "base/task_queue.h"
@@ -12,6 +14,11 @@ namespace velmara {
 /// at both ends again and again, the end samples repeated: -1 shows 0, count shows count - 1.
 std::int64_t mirroredIndex(std::int64_t index, std::int64_t count);
 
+/// The bitmap inside a mirrored frame `border` pixels wide on each side, its corners mirrored both
+/// ways, with the same samples per pixel. Not valid if the input is not, the border is negative or
+/// the memory is not to be had.
+Bitmap withMirroredBorder(const Bitmap& bitmap, int border);
+
 /// A picture of which only the rows are known: `writeRow(y, out)` writes width * samples bytes.
 struct PictureRows {
   int width = 0, height = 0, samples = 0;
@@ -19,10 +26,32 @@ struct PictureRows {
 };
 PictureRows rowsOf(const Bitmap& bitmap);
 
-/// The toolkit's border, with its lines in the log: the picture, of which each row is asked for
-/// once, inside a mirrored frame `border` pixels wide on each side, its corners mirrored both ways,
-/// with the same samples per pixel. Not valid if the input is not, the border is negative or the
-/// memory is not to be had.
-Bitmap addBorder(const PictureRows& picture, int border, const LogSink& log);
+/// A picture in a mirrored frame, made from the top to the bottom as its rows are wanted.
+class MirroredFrame {
+ public:
+  /// Nothing if the border is negative or the memory is not to be had.
+  static std::optional<MirroredFrame> allocate(PictureRows picture, int border);
+
+  /// Makes the frame's rows up to `end`, and asks for the picture's rows that they show.
+  void fillTo(int end);
+  /// How many rows of the picture, from the first, the frame's rows up to `end` show.
+  int pictureRowsUpTo(int end) const;
+  /// The frame's samples, those of rows not made yet not set.
+  std::span<const std::uint8_t> bytes() { return framed_.bytes(); }
+  int rowCount() const { return framed_.height(); }
+  /// The whole frame; it is used up.
+  Bitmap finish() &&;
+
+ private:
+  MirroredFrame(PictureRows picture, int border, BitmapBuilder framed);
+
+  PictureRows picture_;
+  int border_;
+  BitmapBuilder framed_;
+  int filled_ = 0;
+};
+
+/// The lines of the toolkit's border in the log.
+void logBorder(int width, int height, const LogSink& log);
 
 }  // namespace velmara

@@ -161,8 +161,9 @@ class Run : public std::enable_shared_from_this<Run> {
  private:
   void filterTile(std::unique_ptr<TileFilter>& filter, const Tile& tile) {
     if (filter == nullptr) filter = kernel_.makeTileFilter();
-    if (filter != nullptr) filter->filter(tile);
-    if (filter == nullptr || buffers_.isCancelled()) stopped_ = true;
+    const bool isReady = filter != nullptr && (!watch_.awaitRows || watch_.awaitRows(tile.yEnd));
+    if (isReady) filter->filter(tile);
+    if (!isReady || buffers_.isCancelled()) stopped_ = true;
   }
 
   // Tells what is done by now. Who finds another thread at it leaves it to that one, or else to the

@@ -21,8 +21,9 @@ bool runOneBand(const FilterKernel& kernel, FilterBuffers& buffers, const Filter
 /// bottom (TileQueue), so the time is that of an even split even if one processor is slow, and the
 /// run ends even if no worker is free. A band counts in completedSlices once, when all its rows are
 /// done; each time one does, the main queue is asked to check whether all eight are. Must not be
-/// called on the main queue's own thread. False if the memory to work in is not to be had or the
-/// buffers' control is cancelled.
+/// called on the main queue's own thread. The watch's awaitRows is asked for the source of each
+/// tile. False if the memory to work in or the source is not to be had or the buffers' control is
+/// cancelled.
 bool runBands(const EngineEnvironment& environment, const FilterKernel& kernel,
               FilterBuffers& buffers, const FilterGeometry& geometry, const RunWatch& watch = {});
 

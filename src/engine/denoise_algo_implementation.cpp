@@ -1,5 +1,6 @@
 #include "engine/denoise_algo_implementation.h"
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -108,8 +109,8 @@ Image DenoiseAlgoImplementation::applyFastNLMeansAlgorithmOnImage(
   if (!image.isValid()) return image;
   if (!isTestSpeedMode && !mayRunInParallel()) return {};
 
-  const std::unique_ptr<DenoiseRequest> request =
-      prepareRequest(image.bitmap(), templateWinSize, searchWinSize, sigmaVal, environment_.log);
+  const std::unique_ptr<DenoiseRequest> request = prepareRequest(
+      image.bitmap(), templateWinSize, searchWinSize, sigmaVal, watch.awaitRows, environment_.log);
   if (request == nullptr) {
     log("denoise: not enough memory for the request");
     return {};
@@ -119,9 +120,17 @@ Image DenoiseAlgoImplementation::applyFastNLMeansAlgorithmOnImage(
       isFilterable(request->geometry) ? request->geometry : withoutRows(request->geometry);
   // Only a colour picture's output rows are the result's.
   RunWatch bandWatch = watch;
+  std::atomic<bool> hasSource = true;
+  // The kernels read ahead, by less than a row.
+  const int rowsBelow = request->padded->rowCount() - image.bitmap().height() + 1;
+  bandWatch.awaitRows = [&](int rows) {
+    if (!request->padded->fillTo(rows + rowsBelow)) hasSource = false;
+    return hasSource.load();
+  };
   if (isTestSpeedMode || geometry.channelsDest != 3) bandWatch.rowsFinished = nullptr;
   bool done = false;
   if (isTestSpeedMode) {
+    request->padded->fillTo(request->padded->rowCount());
     // Runs are filtered by the fast kernel, so that is what is measured.
     done = filterBand(KernelChoice::kFast, request->buffers, geometry, {0, geometry.heightSrc});
   } else {
@@ -129,7 +138,7 @@ Image DenoiseAlgoImplementation::applyFastNLMeansAlgorithmOnImage(
     done =
         kernel != nullptr && runBands(environment_, *kernel, request->buffers, geometry, bandWatch);
   }
-  if (request->buffers.isCancelled()) return {};
+  if (request->buffers.isCancelled() || !hasSource) return {};
   if (!isTestSpeedMode) log(("Threads Processed = " + std::to_string(kBands)).c_str());
   if (!done) {
     log("denoise: not enough memory to filter");
@@ -147,7 +156,7 @@ std::int64_t DenoiseAlgoImplementation::calculateProcessingSpeedForTestImage(
   const double start = now();
   const Image opaque(removeAlpha(image.bitmap(), environment_.log), image.profile());
   applyFastNLMeansAlgorithmOnImage(opaque, templateWinSize, searchWinSize,
-                                   static_cast<double>(sigmaVal), true, {control, {}});
+                                   static_cast<double>(sigmaVal), true, {control});
   if (control != nullptr && control->isCancelled()) return 0;
   return pixelsPerSecond(image.size(), now() - start);
 }
@@ -155,6 +164,11 @@ std::int64_t DenoiseAlgoImplementation::calculateProcessingSpeedForTestImage(
 double DenoiseAlgoImplementation::getPSNRofImage(const Image& image) const {
   log("getPSNRofImage:");
   return noiseLevel(image, environment_);
+}
+
+double DenoiseAlgoImplementation::psnrOfCanvas(const Bitmap& rgb) const {
+  log("getPSNRofImage:");
+  return noiseLevelOfCanvas(rgb, environment_);
 }
 
 // NOLINTNEXTLINE(readability-function-size): the geometry arguments are the interface.

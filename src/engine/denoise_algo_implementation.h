@@ -55,6 +55,9 @@ class DenoiseAlgoImplementation {
 
   /// How noisy an image is, in dB; see noiseLevel.
   double getPSNRofImage(const Image& image) const;
+  /// getPSNRofImage of the opaque 4-sample canvas that packed RGB is drawn on at its own size,
+  /// without making it. Looks at no more than rowsMeasuredOfCanvas.
+  double psnrOfCanvas(const Bitmap& rgb) const;
 
   /// The kernel: filters band `counter` of `totalThreads` from the buffers' sourceBytes to their
   /// destBytes and adds one to their completedSlices, whatever happened. Writes nothing for

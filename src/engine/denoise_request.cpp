@@ -30,33 +30,52 @@ Bitmap PackedRgbCanvas::finish() && {
   return std::move(rgba_).finish();
 }
 
+PaddedSource::PaddedSource(MirroredFrame frame, std::function<bool(int)> awaitRows)
+    : frame_(std::move(frame)), awaitRows_(std::move(awaitRows)) {}
+
 // The rows lose their alpha on their way into the frame: no copy lies in between. Neither the
 // canvas nor what comes of the frame has any alpha left to remove.
-Bitmap paddedSource(const Bitmap& bitmap, int border, const LogSink& log) {
-  if (bitmap.samplesPerPixel() != 4) return addBorder(rowsOf(bitmap), border, log);
-  logAlphaRemoval(log);
-  logAlphaRemoval(log);
-  const auto pixels = static_cast<std::size_t>(bitmap.width());
-  const Bitmap padded =
-      addBorder({bitmap.width(), bitmap.height(), 3,
-                 [&](int y, std::uint8_t* out) { dropAlpha(bitmap.row(y), pixels, out); }},
-                border, log);
-  return removeAlpha(padded, log);
+std::unique_ptr<PaddedSource> PaddedSource::make(const Bitmap& bitmap, int border,
+                                                 std::function<bool(int)> awaitRows,
+                                                 const LogSink& log) {
+  PictureRows rows = rowsOf(bitmap);
+  const bool losesAlpha = bitmap.samplesPerPixel() == 4;
+  if (losesAlpha) {
+    rows.samples = 3;
+    rows.writeRow = [bitmap](int y, std::uint8_t* out) {
+      dropAlpha(bitmap.row(y), static_cast<std::size_t>(bitmap.width()), out);
+    };
+    logAlphaRemoval(log);
+    logAlphaRemoval(log);
+  }
+  logBorder(bitmap.width(), bitmap.height(), log);
+  if (losesAlpha) logAlphaRemoval(log);
+  auto frame = MirroredFrame::allocate(std::move(rows), border);
+  if (!frame) return nullptr;
+  return std::unique_ptr<PaddedSource>(new PaddedSource(std::move(*frame), std::move(awaitRows)));
+}
+
+bool PaddedSource::fillTo(int end) {
+  const std::scoped_lock lock(mutex_);
+  if (awaitRows_ && !awaitRows_(frame_.pictureRowsUpTo(end))) return false;
+  frame_.fillTo(end);
+  return true;
 }
 
 std::unique_ptr<DenoiseRequest> prepareRequest(const Bitmap& bitmap, int templateWinSize,
                                                int searchWinSize, double sigma,
+                                               std::function<bool(int)> awaitRows,
                                                const LogSink& log) try {
   const std::int64_t border = borderOfWindows(templateWinSize, searchWinSize);
   const int channels = std::min(bitmap.samplesPerPixel(), 3);
   auto canvas = PackedRgbCanvas::allocate(bitmap.width(), bitmap.height());
   if (!canvas) return nullptr;
   auto request = std::make_unique<DenoiseRequest>(std::move(*canvas));
-  request->padded = paddedSource(bitmap, static_cast<int>(border), log);
-  if (!request->padded.isValid()) return nullptr;
+  request->padded = PaddedSource::make(bitmap, static_cast<int>(border), std::move(awaitRows), log);
+  if (request->padded == nullptr) return nullptr;
   request->geometry =
       geometryOfRequest(bitmap.width(), bitmap.height(), channels, templateWinSize, searchWinSize);
-  request->buffers.sourceBytes = request->padded.bytes();
+  request->buffers.sourceBytes = request->padded->bytes();
   request->buffers.weightTable = buildWeightTable(sigma, channels);
   std::span<std::uint8_t> black = request->canvas.packed();
   if (isFilterable(request->geometry)) {

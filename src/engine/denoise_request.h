@@ -1,9 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 
 #include "base/bitmap.h"
+#include "base/mirror.h"
 #include "base/task_queue.h"
 #include "engine/filter_kernel.h"
 
@@ -29,29 +32,53 @@ class PackedRgbCanvas {
   BitmapBuilder rgba_;
 };
 
+/// A bitmap without its alpha in a mirrored frame, one of 4 samples as 3; one of 2 keeps both. It
+/// is made as its rows are wanted, by whoever wants them. Any thread.
+class PaddedSource {
+ public:
+  /// `awaitRows` waits until so many of the bitmap's rows, from the first, may be read; false if
+  /// they will not come. Empty: all are there.
+  ///
+  /// The toolkit's steps write their lines in the order of the request: the removal of the
+  /// picture's alpha, of the canvas's, the border, the removal of the framed picture's alpha, the
+  /// removals for 4 samples only. Null if the bitmap is not valid, the memory is not to be had or
+  /// the frame is too large.
+  static std::unique_ptr<PaddedSource> make(const Bitmap& bitmap, int border,
+                                            std::function<bool(int rows)> awaitRows,
+                                            const LogSink& log);
+
+  std::span<const std::uint8_t> bytes() { return frame_.bytes(); }
+  int rowCount() const { return frame_.rowCount(); }
+  /// Makes the rows up to `end`; false if they cannot be had.
+  bool fillTo(int end);
+
+ private:
+  PaddedSource(MirroredFrame frame, std::function<bool(int)> awaitRows);
+
+  std::mutex mutex_;
+  MirroredFrame frame_;
+  std::function<bool(int)> awaitRows_;
+};
+
 /// What one request works with from its padded input to its result.
 struct DenoiseRequest {
   FilterGeometry geometry;
-  Bitmap padded;           ///< Holds sourceBytes.
-  PackedRgbCanvas canvas;  ///< Holds destBytes.
+  std::unique_ptr<PaddedSource> padded;  ///< Holds sourceBytes.
+  PackedRgbCanvas canvas;                ///< Holds destBytes.
   FilterBuffers buffers;
 
   explicit DenoiseRequest(PackedRgbCanvas rgb) : canvas(std::move(rgb)) {}
 };
 
-/// The bitmap without its alpha in a mirrored frame, one of 4 samples as 3; one of 2 keeps both.
-/// The toolkit's steps write their lines in the order of the request: the removal of the picture's
-/// alpha, of the canvas's, the border, the removal of the framed picture's alpha, the removals for
-/// 4 samples only. Not valid if the memory is not to be had or the frame is too large.
-Bitmap paddedSource(const Bitmap& bitmap, int border, const LogSink& log);
-
-/// Pads a bitmap for its windows, makes the canvas, black where the kernel writes nothing, and
-/// builds the weight table. Null if the memory is not to be had or the padded picture would be
-/// larger than a bitmap may be.
+/// Sets up the padding of a bitmap for its windows, makes the canvas, black where the kernel writes
+/// nothing, and builds the weight table. Null if the memory is not to be had or the padded picture
+/// would be larger than a bitmap may be.
 ///
 /// destBytes are the first bytes of a packed colour canvas whatever the channels, as the result is
 /// built from three bytes a pixel: a one-channel output fills the first third of them.
 std::unique_ptr<DenoiseRequest> prepareRequest(const Bitmap& bitmap, int templateWinSize,
-                                               int searchWinSize, double sigma, const LogSink& log);
+                                               int searchWinSize, double sigma,
+                                               std::function<bool(int rows)> awaitRows,
+                                               const LogSink& log);
 
 }  // namespace velmara

@@ -40,7 +40,11 @@ struct RunWatch {
   /// one call at a time, from any of the threads that filter: three samples a pixel, rows without
   /// gaps, valid during the call. After a success all rows have been told; after a failure or a
   /// cancel no more are. Must not throw; a slow one holds up one thread of the filter.
-  std::function<void(const std::uint8_t* rows, int firstRow, int rowCount)> rowsFinished;
+  std::function<void(const std::uint8_t* rows, int firstRow, int rowCount)> rowsFinished = {};
+  /// For an image that is still being decoded: waits until so many rows of its bitmap, from the
+  /// first, may be read; false if they will not come, which ends the request without an image. From
+  /// any of the threads that filter, one call at a time.
+  std::function<bool(int rows)> awaitRows = {};
 };
 
 }  // namespace velmara

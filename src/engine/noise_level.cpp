@@ -12,6 +12,7 @@ namespace velmara {
 namespace {
 
 constexpr std::uint64_t kFileHeader = 8;
+constexpr std::int64_t kFewestPixels = 10000;
 
 // What a picture takes: its samples, a directory of twelve required fields (thirteen with alpha),
 // the two resolutions, and the bit depths where they do not fit into their field.
@@ -60,6 +61,11 @@ Bitmap filteredCopy(const Image& image, std::int64_t compared,
   if (!top.isValid() || !environment.recompressJpeg) return {};
   return environment.recompressJpeg(Image(top, image.profile()), static_cast<float>(ratio))
       .bitmap();
+}
+
+double cannotMeasure(const EngineEnvironment& environment) {
+  if (environment.log) environment.log("getPSNRofImage: no filtered copy to compare with");
+  return 0.0;
 }
 
 // A sum of whole numbers in single precision, each addition rounded before the next, which makes a
@@ -120,31 +126,46 @@ std::uint64_t tiffLength(const Image& image) {
 }
 
 double noiseLevel(const Image& image, const EngineEnvironment& environment) {
-  constexpr std::int64_t kFewestPixels = 10000;
   const Bitmap& bitmap = image.bitmap();
   const std::int64_t compared = std::int64_t{bitmap.height()} * bitmap.width();
   if (compared < kFewestPixels) return 0.0;
   const Bitmap copy = filteredCopy(image, compared, environment);
   const auto count = static_cast<std::size_t>(compared);
-  if (!copy.isValid() || copy.byteCount() < count) {
-    if (environment.log) environment.log("getPSNRofImage: no filtered copy to compare with");
-    return 0.0;
-  }
-  return peakSignalToNoiseRatio(bitmap.bytes().first(count), copy.bytes().first(count));
+  if (!copy.isValid() || copy.byteCount() < count) return cannotMeasure(environment);
+  return peakSignalToNoiseRatio(bitmap.bytes().first(count), copy.bytes().first(count), count);
 }
 
-double peakSignalToNoiseRatio(std::span<const std::uint8_t> a, std::span<const std::uint8_t> b) {
+int rowsMeasuredOfCanvas(int width, int height) {
+  // The median of the last compared row looks at the one below.
+  const std::int64_t rows = rowsHolding(std::int64_t{width} * height, width, 4) + 1;
+  return static_cast<int>(std::min<std::int64_t>(rows, height));
+}
+
+// The canvas's fourth samples are all the same and would add nothing to the sum.
+double noiseLevelOfCanvas(const Bitmap& rgb, const EngineEnvironment& environment) {
+  const std::int64_t compared = std::int64_t{rgb.height()} * rgb.width();
+  if (compared < kFewestPixels) return 0.0;
+  const std::int64_t rows = rowsHolding(compared, rgb.width(), 4);
+  const Bitmap copy = medianFiltered(rgb, static_cast<int>(rows));
+  if (!copy.isValid()) return cannotMeasure(environment);
+  const auto count = static_cast<std::size_t>(compared);
+  const std::size_t colours = count / 4 * 3 + count % 4;
+  return peakSignalToNoiseRatio(rgb.bytes().first(colours), copy.bytes().first(colours), count);
+}
+
+double peakSignalToNoiseRatio(std::span<const std::uint8_t> a, std::span<const std::uint8_t> b,
+                              std::size_t count) {
   SinglePrecisionSum sum;
   std::array<float, SinglePrecisionSum::kBlock> squares;
   for (std::size_t begin = 0; begin < a.size(); begin += squares.size()) {
-    const std::size_t count = std::min(squares.size(), a.size() - begin);
-    for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t block = std::min(squares.size(), a.size() - begin);
+    for (std::size_t i = 0; i < block; ++i) {
       const int difference = a[begin + i] - b[begin + i];
       squares[i] = static_cast<float>(difference * difference);
     }
-    sum.add({squares.data(), count});
+    sum.add({squares.data(), block});
   }
-  const float mean = sum.value() / static_cast<float>(a.size());
+  const float mean = sum.value() / static_cast<float>(count);
   return static_cast<double>(20.0F * std::log10(255.0F / std::sqrt(mean)));
 }
 

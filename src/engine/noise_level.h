@@ -19,9 +19,15 @@ namespace velmara {
 /// factor is that ratio.
 double noiseLevel(const Image& image, const EngineEnvironment& environment);
 
-/// 20 log10(255 / sqrt(mean squared difference)) of two rows of bytes of the same length, in single
-/// precision, the squares added one after another.
-double peakSignalToNoiseRatio(std::span<const std::uint8_t> a, std::span<const std::uint8_t> b);
+/// The same of the opaque canvas of packed RGB, of which it needs the colours only, and no rows
+/// beyond the first rowsMeasuredOfCanvas.
+double noiseLevelOfCanvas(const Bitmap& rgb, const EngineEnvironment& environment);
+int rowsMeasuredOfCanvas(int width, int height);
+
+/// 20 log10(255 / sqrt(sum of squared differences / count)) of two rows of bytes of the same
+/// length, in single precision, the squares added one after another.
+double peakSignalToNoiseRatio(std::span<const std::uint8_t> a, std::span<const std::uint8_t> b,
+                              std::size_t count);
 
 /// The length in bytes of a baseline TIFF file (TIFF 6.0) with one uncompressed strip for a
 /// picture, or one after another for an image of several.

@@ -194,7 +194,9 @@ Result<PlainPicture> toPlainPicture(VipsImagePtr image) {
   return PlainPicture{std::move(image), std::move(profile)};
 }
 
-Result<Bitmap> toBitmap(VipsImage* image, const JobControl* control) {
+Result<Bitmap> toBitmap(
+    VipsImage* image, const JobControl* control,
+    const std::function<void(const Bitmap& unfinished, int rows)>& rowsDecoded) {
   const int width = vips().image_get_width(image);
   const int height = vips().image_get_height(image);
   auto bitmap = BitmapBuilder::allocate(width, height, vips().image_get_bands(image));
@@ -208,6 +210,7 @@ Result<Bitmap> toBitmap(VipsImage* image, const JobControl* control) {
     for (int y = top; y < top + strip.height; ++y) {
       copyRow(rowOf(*region, y), format, bitmap->rowBytes(), bitmap->row(y));
     }
+    if (rowsDecoded) rowsDecoded(bitmap->unfinished(), top + strip.height);
   }
   return std::move(*bitmap).finish();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -46,8 +47,11 @@ Result<PlainPicture> toPlainPicture(VipsImagePtr image);
 
 /// Computes the pixels of a plain picture from top to bottom, straight into a bitmap; 16 bits
 /// become 8 by rounding. Error without words if the decoder fails (takeVipsError has them). A
-/// control that is cancelled ends it between strips of rows.
-Result<Bitmap> toBitmap(VipsImage* image, const JobControl* control = nullptr);
+/// control that is cancelled ends it between strips of rows; after each strip `rowsDecoded` is told
+/// how many rows are set.
+Result<Bitmap> toBitmap(
+    VipsImage* image, const JobControl* control = nullptr,
+    const std::function<void(const Bitmap& unfinished, int rows)>& rowsDecoded = {});
 
 /// The bytes of what came along with a picture under a name of libvips; empty if nothing did.
 std::span<const std::uint8_t> blobOf(const VipsImage* image, const char* name);

@@ -29,13 +29,17 @@ Status checkSamples(const PictureFile& file) {
 }
 
 Result<Page> decodePage(const PictureFile& file, int number, bool tolerant,
-                        const JobControl* control) {
+                        const ReadOptions& options) {
   auto opened = openPicture(file, number, tolerant);
   if (!opened) return Error{opened.error()};
   if (const Status whole = checkSamples(file); !whole) return Error{whole.error()};
   auto plain = toPlainPicture(std::move(opened.value().image));
   if (!plain) return explained(plain.error(), file.format);
-  auto bitmap = toBitmap(plain->image.get(), control);
+  const auto tell = [&](const Bitmap& unfinished, int rows) {
+    if (number == 0 && options.rowsDecoded)
+      options.rowsDecoded(Image(unfinished, plain->profile), rows);
+  };
+  auto bitmap = toBitmap(plain->image.get(), options.control, tell);
   if (!bitmap) return explained(bitmap.error(), file.format);
   return Page{std::move(bitmap).value(), std::move(plain).value().profile};
 }
@@ -55,10 +59,10 @@ bool isHarmless(const std::string& message) {
 
 /// Decodes a JPEG. libjpeg goes on after any fault but one; a picture is whole if there was none,
 /// or one that does no harm (it tells only the first in words, so a second counts as damage).
-Result<Page> decodeJpeg(const PictureFile& file, const JobControl* control) {
+Result<Page> decodeJpeg(const PictureFile& file, const ReadOptions& options) {
   for (const bool tolerant : {false, true}) {
     const DecoderWarnings warnings;
-    auto page = decodePage(file, 0, tolerant, control);
+    auto page = decodePage(file, 0, tolerant, options);
     if (!page && (tolerant || !isHarmless(page.error()))) return page;
     if (!page) continue;
     if (warnings.count() == 0 || (warnings.count() == 1 && isHarmless(warnings.first()))) {
@@ -69,9 +73,9 @@ Result<Page> decodeJpeg(const PictureFile& file, const JobControl* control) {
   return damagedFile(file.format);
 }
 
-Result<Page> readPage(const PictureFile& file, int number, const JobControl* control) {
-  return file.format == FileFormat::jpeg ? decodeJpeg(file, control)
-                                         : decodePage(file, number, true, control);
+Result<Page> readPage(const PictureFile& file, int number, const ReadOptions& options) {
+  return file.format == FileFormat::jpeg ? decodeJpeg(file, options)
+                                         : decodePage(file, number, true, options);
 }
 
 Status checkTotal(const std::vector<RepresentationSize>& pages) {
@@ -102,7 +106,7 @@ Result<Image> readImage(const PictureFile& file, const ReadOptions& options) {
   std::vector<Bitmap> representations;
   ColorProfile profile;
   for (std::size_t i = 0; i < pages.size(); ++i) {
-    auto page = readPage(file, static_cast<int>(i), options.control);
+    auto page = readPage(file, static_cast<int>(i), options);
     if (!page && i > 0) return Error{"page " + std::to_string(i + 1) + ": " + page.error()};
     if (!page) return Error{page.error()};
     if (i == 0) profile = page->profile;

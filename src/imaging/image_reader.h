@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,9 @@ struct ReadOptions {
   Representations representations = Representations::all;
   /// Cancelled between strips of rows, with an error.
   const JobControl* control = nullptr;
+  /// Told, on the thread that reads, how many rows of the first picture are decoded, whose other
+  /// rows must not be looked at yet. Another bitmap than before means that reading began anew.
+  std::function<void(const Image& unfinished, int rows)> rowsDecoded;
 };
 
 /// Decodes a file: JPEG, PNG, TIFF, BMP, GIF, WebP, JPEG 2000, HEIC, AVIF or PNM (P1 to P6), told

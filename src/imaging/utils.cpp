@@ -104,7 +104,9 @@ Image Utils::addBorderToImage(const Image& image, int borderWidth) const {
     logLine("not valid image");
     return image;
   }
-  const Bitmap framed = addBorder(rowsOf(getCgiImageRef(image)), borderWidth, logLine);
+  const Bitmap bitmap = getCgiImageRef(image);
+  logBorder(bitmap.width(), bitmap.height(), logLine);
+  const Bitmap framed = withMirroredBorder(bitmap, borderWidth);
   if (framed.samplesPerPixel() == 1) return Image(framed, image.profile());
   return Image(asRgba(framed), image.profile());
 }

@@ -1,6 +1,7 @@
 #include "session/denoise_engine.h"
 
 #include "engine/denoise_algo_implementation.h"
+#include "session/loaded_photo.h"
 
 namespace velmara {
 
@@ -11,7 +12,8 @@ Image AlgorithmEngine::denoise(const Image& image, const FilterParameters& param
 }
 
 double AlgorithmEngine::psnr(const Image& image) const {
-  return algorithm_.getPSNRofImage(image);
+  return isPlainColour(image) ? algorithm_.psnrOfCanvas(image.bitmap())
+                              : algorithm_.getPSNRofImage(atOwnSize(image));
 }
 
 std::int64_t AlgorithmEngine::processingSpeed(const Image& testImage,

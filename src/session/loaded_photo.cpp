@@ -5,7 +5,6 @@
 #include <system_error>
 #include <utility>
 
-#include "imaging/image_reader.h"
 #include "imaging/rotate_with_exif.h"
 #include "imaging/utils.h"
 #include "platform/log.h"
@@ -42,13 +41,14 @@ Result<LoadedPhoto> openPhoto(const std::string& path) {
   return photo;
 }
 
-Result<LoadedPhoto> loadPixels(LoadedPhoto photo, const JobControl* control) {
+Result<LoadedPhoto> loadPixels(LoadedPhoto photo, const JobControl* control,
+                               decltype(ReadOptions::rowsDecoded) rowsDecoded) {
   if (photo.file == nullptr) {
     auto opened = openPictureFile(photo.record.filePath);
     if (!opened) return Error{opened.error()};
     photo.file = std::make_shared<const PictureFile>(std::move(opened).value());
   }
-  auto image = readImage(*photo.file, {Representations::all, control});
+  auto image = readImage(*photo.file, {Representations::all, control, std::move(rowsDecoded)});
   if (!image) return Error{image.error()};
   photo.image = std::move(image).value();
   photo.fullSize = largestOf(photo.image);
@@ -58,6 +58,18 @@ Result<LoadedPhoto> loadPixels(LoadedPhoto photo, const JobControl* control) {
 
 bool isLargeEnoughToFilter(const PhotoFile& photo) {
   return photo.width * photo.height > kLargestUnfilteredPhoto;
+}
+
+bool isPlainColour(const Image& image) {
+  const Bitmap& bitmap = image.bitmap();
+  return image.representations().size() == 1 && bitmap.samplesPerPixel() == 3 &&
+         image.size() == pixelSize(bitmap);
+}
+
+bool isFilteredAsDecoded(const LoadedPhoto& photo, const Image& image) {
+  const Size size = {static_cast<double>(photo.record.width),
+                     static_cast<double>(photo.record.height)};
+  return isPlainColour(image) && image.size() == size && size == photo.fullSize;
 }
 
 Image wholePhotoToFilter(const LoadedPhoto& photo) {
@@ -70,10 +82,7 @@ Image wholePhotoToFilter(const LoadedPhoto& photo) {
     image = image.withSize(photo.fullSize);
   }
   // The filter makes the same of opaque pixels with and without their alpha.
-  const Bitmap& bitmap = image.bitmap();
-  const bool isPlain = image.representations().size() == 1 && bitmap.samplesPerPixel() == 3 &&
-                       image.size() == pixelSize(bitmap);
-  return isPlain ? image : Utils::sharedUtils().scaleImage(image, image.size());
+  return isPlainColour(image) ? image : Utils::sharedUtils().scaleImage(image, image.size());
 }
 
 Image atOwnSize(const Image& image) {

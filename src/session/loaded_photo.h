@@ -10,6 +10,7 @@
 #include "base/image.h"
 #include "base/job_control.h"
 #include "base/result.h"
+#include "imaging/image_reader.h"
 #include "imaging/image_writer.h"
 #include "imaging/picture_file.h"
 #include "imaging/row_encoder.h"
@@ -39,10 +40,18 @@ Result<LoadedPhoto> openPhoto(const std::string& path);
 /// Reads the pixels, from the open file, or else by opening it again; the result has them, and the
 /// file no more. Not on the main thread: it takes its time. A control that is cancelled ends it
 /// early, with an error.
-Result<LoadedPhoto> loadPixels(LoadedPhoto photo, const JobControl* control = nullptr);
+Result<LoadedPhoto> loadPixels(LoadedPhoto photo, const JobControl* control = nullptr,
+                               decltype(ReadOptions::rowsDecoded) rowsDecoded = {});
 
 /// Whether the record's photo has enough pixels to be filtered at all.
 bool isLargeEnoughToFilter(const PhotoFile& photo);
+
+/// Opaque colours of 3 samples, one picture, as large as its pixels.
+bool isPlainColour(const Image& image);
+
+/// Whether an export filters an image of the photo's file as it is decoded: opaque colours of 3
+/// samples at the photo's full size.
+bool isFilteredAsDecoded(const LoadedPhoto& photo, const Image& image);
 
 /// What an export filters: the photo at its full size, opaque colours of 3 samples as they are and
 /// everything else on a 4-sample canvas. Not valid if the memory is not to be had.

@@ -8,9 +8,11 @@
 #include <utility>
 
 #include "base/fixed_text.h"
+#include "engine/noise_level.h"
 #include "imaging/image_writer.h"
 #include "imaging/rotate_with_exif.h"
 #include "platform/whole_file.h"
+#include "session/photo_decoding.h"
 
 namespace velmara {
 namespace {
@@ -60,6 +62,7 @@ class Run {
     } else if (result_.end == End::cancelled || result_.step <= PhotoStep::filter) {
       result_.image = {};
     }
+    if (decoding_ != nullptr) result_.photo.image = {};  // Its rows may not all be there.
     return std::move(result_);
   }
 
@@ -150,10 +153,34 @@ class Run {
       result_.photo = std::move(opened).value();
     }
     if (!needsPixels_) return Done{};
-    auto loaded = loadPixels(result_.photo, &control_);
-    if (!loaded) return Error{loaded.error()};
-    result_.photo = std::move(loaded).value();
-    return Done{};
+    decoding_ = std::make_unique<PhotoDecoding>(result_.photo, control_);
+    if (mayBeginWithFirstRows()) {
+      const Image picture = decoding_->picture();
+      if (isFilteredAsDecoded(result_.photo, picture)) {
+        result_.photo.image = picture;
+        return Done{};
+      }
+    }
+    return takeDecodedPhoto();
+  }
+
+  // Whether measuring and filtering ask for the rows they look at before they do.
+  bool mayBeginWithFirstRows() const {
+    return isPlanned_[indexOf(PhotoStep::filter)] && isWhole() && !request_.isDeep &&
+           !request_.calibrates;
+  }
+
+  // What has been decoded meanwhile, all of it.
+  Status takeDecodedPhoto() {
+    auto loaded = decoding_->finish();
+    decoding_ = nullptr;
+    if (loaded) {
+      result_.photo = std::move(loaded).value();
+      return Done{};
+    }
+    result_.photo.image = {};
+    result_.step = PhotoStep::load;
+    return Error{loaded.error()};
   }
 
   // Before an export the speed is measured anew, as its windows will be; choosing them leaves its
@@ -193,18 +220,21 @@ class Run {
   Status measure() {
     if (isTooSmall()) return Done{};
     const Image& photo = result_.photo.image;
-    // The deep method takes opaque colours as they are.
-    const bool isPlain = request_.isDeep && photo.bitmap().samplesPerPixel() == 3;
-    const Image picture = isPlain ? photo : atOwnSize(photo);
-    if (!picture.isValid()) return Error{kNoMemory};
     if (request_.isDeep) {
+      // The deep method takes opaque colours as they are.
+      const Image picture = isPlainColour(photo) ? photo : atOwnSize(photo);
+      if (!picture.isValid()) return Error{kNoMemory};
       JobControl part = partOfStep();
       const DeepNoise noise = measureNoise(picture.bitmap(), &part);
       if (part.isCancelled()) return Error{"cancelled"};
       result_.deepNoise = noise;
       return Done{};
     }
-    result_.psnrOfRealImage = static_cast<float>(services_.engine.psnr(picture));
+    const int rows = rowsMeasuredOfCanvas(photo.bitmap().width(), photo.bitmap().height());
+    if (decoding_ != nullptr && !decoding_->awaitRows(rows)) {
+      if (Status decoded = takeDecodedPhoto(); !decoded) return decoded;
+    }
+    result_.psnrOfRealImage = static_cast<float>(services_.engine.psnr(photo));
     return Done{};
   }
 
@@ -248,7 +278,7 @@ class Run {
     const Image picture = pictureToFilter();
     if (!picture.isValid()) return Error{kNoMemory};
     JobControl part = partOfStep();
-    RunWatch watch{&part, {}};
+    RunWatch watch{&part};
     if (isWrittenAsFiltered(picture)) {
       encoder_ = startEncoding(result_.photo.record, picture, *request_.output->format, &control_);
     }
@@ -257,9 +287,18 @@ class Run {
         encoder_->add(rows, firstRow, rowCount);
       };
     }
+    if (decoding_ != nullptr) {
+      watch.awaitRows = [this](int rows) { return decoding_->awaitRows(rows); };
+    }
     result_.image = result_.parameters
                         ? services_.engine.denoise(picture, *result_.parameters, watch)
                         : picture;
+    if (decoding_ != nullptr) {
+      if (Status decoded = takeDecodedPhoto(); !decoded) return decoded;
+      const bool hasBegunAnew =
+          result_.photo.image.bitmap().storage() != picture.bitmap().storage();
+      if (hasBegunAnew) return filter();
+    }
     return result_.image.isValid() ? Status(Done{}) : Error{"the picture could not be filtered"};
   }
 
@@ -339,6 +378,8 @@ class Run {
   const std::function<void(std::int64_t)>& calibrated_;
   std::array<bool, kPhotoSteps> isPlanned_{};
   bool needsPixels_ = false;
+  /// While the photo's rows are still being decoded.
+  std::unique_ptr<PhotoDecoding> decoding_;
   /// Where rows are encoded while others are still filtered.
   std::unique_ptr<RowEncoder> encoder_;
   Image upright_;

@@ -23,7 +23,7 @@ TEST(MirrorTest, RepeatsTheEdgeAndMirrorsAgainAndAgain) {
 }
 
 TEST(MirrorTest, FramesAPictureWithItsOwnEdgesAndCorners) {
-  const Bitmap framed = addBorder(rowsOf(Bitmap::copyOf(Bytes{1, 2, 3, 4, 5, 6}, 3, 2, 1)), 2, {});
+  const Bitmap framed = withMirroredBorder(Bitmap::copyOf(Bytes{1, 2, 3, 4, 5, 6}, 3, 2, 1), 2);
   EXPECT_EQ(bytesOf(framed), (Bytes{5, 4, 4, 5, 6, 6, 5,  //
                                     2, 1, 1, 2, 3, 3, 2,  //
                                     2, 1, 1, 2, 3, 3, 2,  //
@@ -33,7 +33,7 @@ TEST(MirrorTest, FramesAPictureWithItsOwnEdgesAndCorners) {
 }
 
 TEST(MirrorTest, FrameWiderThanThePicture) {
-  const Bitmap framed = addBorder(rowsOf(Bitmap::copyOf(Bytes{10, 20, 30, 40}, 1, 1, 4)), 3, {});
+  const Bitmap framed = withMirroredBorder(Bitmap::copyOf(Bytes{10, 20, 30, 40}, 1, 1, 4), 3);
   ASSERT_EQ(framed.width(), 7);
   for (int y = 0; y < 7; ++y) {
     for (int x = 0; x < 7; ++x) {
@@ -41,8 +41,8 @@ TEST(MirrorTest, FrameWiderThanThePicture) {
       EXPECT_EQ(framed.pixel(x, y)[3], 40);
     }
   }
-  EXPECT_FALSE(addBorder(rowsOf(framed), -1, {}).isValid());
-  EXPECT_FALSE(addBorder(rowsOf(framed), 1 << 20, {}).isValid());
+  EXPECT_FALSE(withMirroredBorder(framed, -1).isValid());
+  EXPECT_FALSE(withMirroredBorder(framed, 1 << 20).isValid());
 }
 
 TEST(AlphaTest, DrawsOverBlackExactly) {

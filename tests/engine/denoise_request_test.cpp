@@ -247,6 +247,32 @@ TEST_F(DenoiseRequestTest, TellsEachRowOfTheResultOnceFromTheTopToTheBottom) {
   }
 }
 
+// Rows that nobody waited for are black here, and would be seen in the result.
+TEST_F(DenoiseRequestTest, FiltersAnImageWhoseRowsAreStillToCome) {
+  for (const auto& [height, t, s] : {std::tuple(200, 3, 8), {7, 5, 21}, {150, 2, 3}}) {
+    const Bitmap picture = makePicture(Content::kPhoto, 130, height, 3, 8);
+    auto builder = BitmapBuilder::allocate(130, height, 3);
+    ASSERT_TRUE(builder);
+    std::ranges::fill(builder->bytes(), std::uint8_t{0});
+    RunWatch watch;
+    watch.awaitRows = [&, come = 0](int rows) mutable {
+      for (; come < rows; ++come) {
+        std::copy_n(picture.row(come), picture.rowBytes(), builder->row(come));
+      }
+      return true;
+    };
+    const Image unfinished(builder->unfinished());
+    const Image result = engine_.denoiseImageUsingCustomFastNLMeans(unfinished, t, s, 8, watch);
+    EXPECT_EQ(
+        bytesOf(result.bitmap()),
+        bytesOf(engine_.denoiseImageUsingCustomFastNLMeans(Image(picture), t, s, 8).bitmap()));
+    watch.awaitRows = [half = height / 2](int rows) { return rows <= half; };
+    takeLines();
+    EXPECT_FALSE(engine_.denoiseImageUsingCustomFastNLMeans(unfinished, t, s, 8, watch).isValid());
+    EXPECT_THAT(takeLines(), Not(Contains(testing::HasSubstr("memory"))));
+  }
+}
+
 TEST_F(DenoiseRequestTest, ACancelledRequestGivesNothingAndTellsOfNoSuccess) {
   const Image input(makePicture(Content::kPhoto, 700, 300, 3, 9));
   // Before it starts, and when the first rows are there.

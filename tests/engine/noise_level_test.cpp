@@ -60,10 +60,22 @@ TEST(NoiseLevelTest, SumsOneAfterAnotherInSinglePrecision) {
       float sum = 0.0F;
       for (const std::uint8_t sample : a) sum += static_cast<float>(sample * sample);
       const float mean = sum / static_cast<float>(count);
-      EXPECT_EQ(peakSignalToNoiseRatio(a, b),
+      EXPECT_EQ(peakSignalToNoiseRatio(a, b, count),
                 static_cast<double>(20.0F * std::log10(255.0F / std::sqrt(mean))))
           << largest << ", " << count;
     }
+  }
+}
+
+TEST(NoiseLevelTest, ACanvasNeedNotBeMadeToBeMeasured) {
+  const DenoiseAlgoImplementation engine{EngineEnvironment{}};
+  for (const auto& [width, height] : {std::pair(99, 101), {101, 103}, {103, 99}, {20000, 1}}) {
+    const Bitmap rgb = makePicture(Content::kRandom, width, height, 3, 12);
+    EXPECT_EQ(engine.psnrOfCanvas(rgb), engine.getPSNRofImage(Image(asRgba(rgb)))) << width;
+    const int rows = rowsMeasuredOfCanvas(width, height);
+    Bytes cut = bytesOf(rgb);
+    std::fill(cut.begin() + std::ptrdiff_t{3} * width * rows, cut.end(), std::uint8_t{0});
+    EXPECT_EQ(engine.psnrOfCanvas(Bitmap::copyOf(cut, width, height, 3)), engine.psnrOfCanvas(rgb));
   }
 }
 

@@ -55,9 +55,9 @@ KernelRequest randomRequest(std::mt19937_64& random) {
 KernelBuffers::KernelBuffers(const KernelRequest& request)
     : geometry_(
           geometryOfRequest(request.width, request.height, request.channels, request.t, request.s)),
-      padded_(addBorder(rowsOf(makePicture(request.content, request.width, request.height,
-                                           request.channels, request.seed)),
-                        static_cast<int>(borderOfWindows(request.t, request.s)), {})),
+      padded_(withMirroredBorder(makePicture(request.content, request.width, request.height,
+                                             request.channels, request.seed),
+                                 static_cast<int>(borderOfWindows(request.t, request.s)))),
       output_(static_cast<std::size_t>(request.width * request.height * request.channels) +
               2 * kGuard) {
   buffers_.sourceBytes = padded_.bytes();
