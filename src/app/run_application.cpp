@@ -10,8 +10,8 @@
 
 #include "app/app_delegate.h"
 #include "engine/denoise_algo_implementation.h"
-#include "imaging/initialise.h"
 #include "imaging/image_writer.h"
+#include "imaging/initialise.h"
 #include "platform/bundle.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
