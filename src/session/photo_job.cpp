@@ -1,6 +1,5 @@
 #include "session/photo_job.h"
 
-#include <array>
 #include <chrono>
 #include <exception>
 #include <new>
@@ -13,6 +12,7 @@
 #include "imaging/rotate_with_exif.h"
 #include "platform/whole_file.h"
 #include "session/photo_decoding.h"
+#include "session/photo_job_plan.h"
 
 namespace velmara {
 namespace {
@@ -22,29 +22,22 @@ using Seconds = std::chrono::duration<double>;
 
 constexpr const char* kNoMemory = "not enough memory for the picture";
 
-// Roughly how long the steps take in comparison, for the one figure of progress.
-constexpr std::array<double, kPhotoSteps> kShares = {30.0, 20.0, 5.0, 0.0, 40.0, 2.0, 20.0, 3.0};
-// The deep method's own steps.
-constexpr double kDeepMeasure = 60.0;
-constexpr double kDeepFilter = 600.0;
-
-std::size_t indexOf(PhotoStep step) {
-  return static_cast<std::size_t>(step);
-}
-
 // One job's way through its steps. Each gives its status; the first that is not well, or a wish to
 // stop between two, ends it.
 class Run {
  public:
   Run(const PhotoJobRequest& request, const PhotoJobServices& services, JobControl& control,
       const std::function<void(std::int64_t)>& calibrated)
-      : request_(request), services_(services), control_(control), calibrated_(calibrated) {
+      : request_(request),
+        services_(services),
+        control_(control),
+        calibrated_(calibrated),
+        plan_(request) {
     if (request.photo) result_.photo = *request.photo;
     result_.psnrOfRealImage = request.psnrOfRealImage;
     result_.mapping = request.mapping;
     result_.deepNoise = request.deepNoise;
     result_.pixelsProcessRate = request.pixelsProcessRate;
-    planSteps();
   }
 
   PhotoJobResult run() && {
@@ -54,7 +47,7 @@ class Run {
         {PhotoStep::filter, &Run::filter},   {PhotoStep::turn, &Run::turn},
         {PhotoStep::encode, &Run::encode},   {PhotoStep::write, &Run::write}};
     for (const auto& [step, work] : steps) {
-      if (isPlanned_[indexOf(step)] && !carryOut(step, work)) break;
+      if (plan_.has(step) && !carryOut(step, work)) break;
     }
     if (result_.reason.empty() && result_.end != End::cancelled) {
       result_.end = End::finished;
@@ -69,27 +62,6 @@ class Run {
  private:
   bool isOnlyWritten() const { return request_.filtered.isValid(); }
   bool isWhole() const { return request_.isExportingPhoto(); }
-
-  void plan(PhotoStep step, bool isPlanned) { isPlanned_[indexOf(step)] = isPlanned; }
-
-  void planSteps() {
-    const bool filters = request_.filters && !isOnlyWritten();
-    const bool isMeasured =
-        request_.isDeep ? request_.deepNoise.has_value()
-                        : request_.parameters.has_value() || request_.psnrOfRealImage != 0.0F;
-    const bool measures = (filters || request_.isDeep) && !isMeasured;
-    needsPixels_ = !request_.filters || (filters && (isWhole() || request_.isDeep)) || measures;
-    const bool hasPixels = request_.photo && request_.photo->image.isValid();
-    const bool writes = request_.output.has_value();
-    plan(PhotoStep::load, !request_.photo || (needsPixels_ && !hasPixels));
-    plan(PhotoStep::calibrate, request_.calibrates);
-    plan(PhotoStep::measure, measures);
-    plan(PhotoStep::choose, filters);
-    plan(PhotoStep::filter, filters);
-    plan(PhotoStep::turn, writes);
-    plan(PhotoStep::encode, writes);
-    plan(PhotoStep::write, writes && !request_.output->path.empty());
-  }
 
   // Whether the job goes on after a step.
   bool carryOut(PhotoStep step, Status (Run::*work)()) {
@@ -112,12 +84,13 @@ class Run {
         return Error{fault.what()};
       }
     }();
-    result_.seconds[indexOf(step)] = Seconds(std::chrono::steady_clock::now() - begin).count();
+    result_.seconds[static_cast<int>(step)] =
+        Seconds(std::chrono::steady_clock::now() - begin).count();
     if (!status) {
       result_.end = control_.isCancelled() ? End::cancelled : End::failed;
       if (result_.end == End::failed) result_.reason = inWords(step, status.error());
     } else {
-      control_.setProgress(shareUpTo(indexOf(step) + 1));
+      control_.setProgress(plan_.shareAfter(step));
     }
     return status.ok();
   }
@@ -129,30 +102,13 @@ class Run {
     return isNamed || path.empty() ? reason : "cannot write " + path + ": " + reason;
   }
 
-  double shareOf(std::size_t step) const {
-    if (request_.isDeep && step == indexOf(PhotoStep::measure)) return kDeepMeasure;
-    if (request_.isDeep && step == indexOf(PhotoStep::filter)) return kDeepFilter;
-    return kShares[step];
-  }
-
-  double shareUpTo(std::size_t end) const {
-    double done = 0.0;
-    double all = 0.0;
-    for (std::size_t i = 0; i < kPhotoSteps; ++i) {
-      if (!isPlanned_[i]) continue;
-      all += shareOf(i);
-      if (i < end) done += shareOf(i);
-    }
-    return all > 0.0 ? done / all : 0.0;
-  }
-
   Status load() {
     if (!request_.photo) {
       auto opened = openPhoto(request_.path);
       if (!opened) return Error{opened.error()};
       result_.photo = std::move(opened).value();
     }
-    if (!needsPixels_) return Done{};
+    if (!plan_.needsPixels()) return Done{};
     decoding_ = std::make_unique<PhotoDecoding>(result_.photo, control_);
     if (mayBeginWithFirstRows()) {
       const Image picture = decoding_->picture();
@@ -166,8 +122,7 @@ class Run {
 
   // Whether measuring and filtering ask for the rows they look at before they do.
   bool mayBeginWithFirstRows() const {
-    return isPlanned_[indexOf(PhotoStep::filter)] && isWhole() && !request_.isDeep &&
-           !request_.calibrates;
+    return plan_.has(PhotoStep::filter) && isWhole() && !request_.isDeep && !request_.calibrates;
   }
 
   // What has been decoded meanwhile, all of it.
@@ -270,7 +225,7 @@ class Run {
   }
 
   JobControl partOfStep() {
-    return {control_, shareUpTo(indexOf(result_.step)), shareUpTo(indexOf(result_.step) + 1)};
+    return {control_, plan_.shareBefore(result_.step), plan_.shareAfter(result_.step)};
   }
 
   Status filter() {
@@ -376,8 +331,7 @@ class Run {
   const PhotoJobServices& services_;
   JobControl& control_;
   const std::function<void(std::int64_t)>& calibrated_;
-  std::array<bool, kPhotoSteps> isPlanned_{};
-  bool needsPixels_ = false;
+  const PhotoJobPlan plan_;
   /// While the photo's rows are still being decoded.
   std::unique_ptr<PhotoDecoding> decoding_;
   /// Where rows are encoded while others are still filtered.
