@@ -85,7 +85,8 @@ void compare(const std::string& name, const Bitmap& noisy, const Bitmap& clean, 
   const double before = psnr(noisy, clean);
   const double after = psnr(*result, clean);
   std::printf("%-20s %6.2f -> %6.2f  %s  dark %5.2f middle %5.2f bright %5.2f  %.2f + %.2f s\n",
-              name.c_str(), before, after, noise.isWhite ? "white" : "photo",
+              name.c_str(), before, after,
+              noise.isWhite ? "white" : (noise.sizes > 1 ? "photo" : "JPEG"),
               noise.deviation[1][64], noise.deviation[1][128], noise.deviation[1][192],
               measuring.count(), took.count());
   save(name, *result);
@@ -114,7 +115,10 @@ void timeOne(int width, int height, int threads, double deviation, int partWidth
   const auto begin = std::chrono::steady_clock::now();
   noise = measureNoise(noisy);
   const auto measured = std::chrono::steady_clock::now();
-  if (deviation == 0.0) noise.isWhite = false;
+  if (deviation == 0.0) {
+    noise.isWhite = false;
+    noise.sizes = 3;
+  }
   const std::clock_t processor = std::clock();
   DeepRequest request{1.0F, &workers, threads, false};
   request.part = {(width - partWidth) / 2, (height - partHeight) / 2, partWidth, partHeight};

@@ -12,18 +12,20 @@ constexpr int kLeastSideToHalve = 64;
 // A multiple of the step at the next smaller size as well.
 constexpr int kGrid = 2 * OpponentPlanes::kStep;
 
-// Both passes, and the pixel at an edge that a smaller size was enlarged into without its
-// neighbour.
-constexpr int kMargin = 2 * DeepPass::kReach + 1;
+// All steps, and the pixel at an edge that a smaller size was enlarged into without its neighbour.
+constexpr int marginOf(int sizes) {
+  return DeepPass::reach(DeepStep::kThreshold) + DeepPass::reach(DeepStep::kWiener) +
+         (sizes == 1 ? DeepPass::reach(DeepStep::kBayes) : 1);
+}
 
 PixelRect between(int left, int top, int right, int bottom) {
   return {left, top, right - left, bottom - top};
 }
 
-PixelRect workedFor(const DeepArea& area) {
-  const auto begin = [](int at) { return std::max(at - kMargin, 0) / kGrid * kGrid; };
-  const auto end = [](int at, int side) {
-    return std::min((at + kMargin + kGrid - 1) / kGrid * kGrid, side);
+PixelRect workedFor(const DeepArea& area, int margin) {
+  const auto begin = [=](int at) { return std::max(at - margin, 0) / kGrid * kGrid; };
+  const auto end = [=](int at, int side) {
+    return std::min((at + margin + kGrid - 1) / kGrid * kGrid, side);
   };
   const PixelRect& asked = area.asked;
   return between(begin(asked.x), begin(asked.y), end(asked.x + asked.width, area.width),
@@ -36,7 +38,7 @@ std::vector<DeepArea> deepAreas(int width, int height, const PixelRect& part, in
   DeepArea area{paddedSide(width), paddedSide(height), part, {}};
   std::vector<DeepArea> areas;
   for (int i = 0; i < most; ++i) {
-    area.worked = workedFor(area);
+    area.worked = workedFor(area, marginOf(most));
     areas.push_back(area);
     if (std::min(area.width, area.height) < kLeastSideToHalve) break;
     const PixelRect larger = area.worked;

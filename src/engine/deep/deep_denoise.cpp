@@ -20,8 +20,7 @@ namespace {
 // Rows of the grid in a band. Blocks reach 15 pixels up and 22 down from their band, so every other
 // band may be worked on at the same time.
 constexpr int kBandRows = 10;
-static_assert(kBandRows * DeepPass::kStep >= 2 * DeepPass::kRadius + 8);
-constexpr int kPhotoSizes = 3;
+static_assert(kBandRows * DeepPass::kStep >= 2 * DeepPass::kRadius[0] + 8);
 
 std::optional<OpponentPlanes> planesOf(const Bitmap& bitmap, const DeepRequest& request,
                                        const JobControl& control) {
@@ -57,13 +56,13 @@ class DeepRun {
 
   // A part of a picture, filtered; nothing if it was cancelled or memory is short.
   std::optional<Bitmap> run(const Bitmap& bitmap, const PixelRect& part) {
-    areas_ = deepAreas(bitmap.width(), bitmap.height(), part, noise_.isWhite ? 1 : kPhotoSizes);
+    areas_ = deepAreas(bitmap.width(), bitmap.height(), part, noise_.sizes);
     PixelRect held = areas_.back().worked;
     for (std::size_t size = areas_.size(); --size > 0;) {
       held = enlarged(held, areas_[size], areas_[size - 1]);
     }
     for (const DeepArea& area : areas_) {
-      total_ += 2.0 * area.worked.width * area.worked.height;
+      total_ += (noise_.isWhite ? 3.0 : 2.0) * area.worked.width * area.worked.height;
     }
     const PixelRect picture{0, 0, bitmap.width(), bitmap.height()};
     const Bitmap needed = cut(bitmap, intersection(held, picture));
@@ -113,23 +112,41 @@ class DeepRun {
     BlockSums sums;
     if (!sums.allocate(planes.pixels(), control_)) return false;
     const PixelRect asked = within(area.asked, area.worked);
-    comparedBrightness(planes, compared);
-    if (!runPass({planes, nullptr, compared, noise}, asked, DeepPass::kReach, sums, *guide)) {
-      return false;
-    }
-    comparedBrightness(*guide, compared);
-    return runPass({planes, &*guide, compared, noise}, asked, 0, sums, planes);
+    const auto run = [&](DeepStep step, const OpponentPlanes* from, int margin,
+                         OpponentPlanes& result) {
+      comparedBrightness(from == nullptr ? planes : *from, compared);
+      return runPass({step, planes, from, compared, noise}, asked, margin, sums, result);
+    };
+    const int last = noise_.isWhite ? DeepPass::reach(DeepStep::kBayes) : 0;
+    const int both = DeepPass::reach(DeepStep::kWiener) + last;
+    if (!run(DeepStep::kThreshold, nullptr, both, *guide)) return false;
+    if (!noise_.isWhite) return run(DeepStep::kWiener, &*guide, 0, planes);
+    return run(DeepStep::kWiener, &*guide, last, *guide) &&
+           run(DeepStep::kBayes, &*guide, 0, planes);
   }
 
   // Makes the pixels of a result that lie inside a rectangle or at most `margin` around it.
   bool runPass(const DeepPass& pass, const PixelRect& asked, int margin, BlockSums& sums,
                OpponentPlanes& result) {
-    // Blocks of a stack begin at most kRadius before and after that of the grid.
-    const auto first = [margin](int begin) {
-      return std::max(begin - margin - DeepPass::kRadius - 7, 0) / DeepPass::kStep;
+    const auto inPieces = [&](const auto& piece) {
+      const std::size_t pixels = result.pixels();
+      constexpr std::size_t kPiece = 1 << 16;
+      shareWork(request_.workers, request_.threads,
+                static_cast<int>((pixels + kPiece - 1) / kPiece), [&](int i) {
+                  const std::size_t begin = static_cast<std::size_t>(i) * kPiece;
+                  if (!control_.isCancelled()) piece(begin, std::min(begin + kPiece, pixels));
+                });
     };
-    const auto end = [margin](int at, int most) {
-      return std::min((at + margin + DeepPass::kRadius - 1) / DeepPass::kStep + 1, most);
+    if (pass.step == DeepStep::kBayes) {
+      inPieces([&](auto from, auto to) { sums.beginWith(*pass.guide, from, to); });
+    }
+    // Blocks of a stack begin at most the radius before and after that of the grid.
+    const int reach = margin + pass.radius();
+    const auto first = [reach](int begin) {
+      return std::max(begin - reach - 7, 0) / DeepPass::kStep;
+    };
+    const auto end = [reach](int at, int most) {
+      return std::min((at + reach - 1) / DeepPass::kStep + 1, most);
     };
     const PixelRect grid{first(asked.x), first(asked.y),
                          end(asked.x + asked.width, pass.columns()) - first(asked.x),
@@ -139,14 +156,7 @@ class DeepRun {
       shareWork(request_.workers, request_.threads, (bands - odd + 1) / 2,
                 [&](int i) { addBand(pass, grid, odd + 2 * i, sums); });
     }
-    const std::size_t pixels = result.pixels();
-    constexpr std::size_t kPiece = 1 << 16;
-    shareWork(request_.workers, request_.threads, static_cast<int>((pixels + kPiece - 1) / kPiece),
-              [&](int i) {
-                const std::size_t begin = static_cast<std::size_t>(i) * kPiece;
-                if (control_.isCancelled()) return;
-                takeMeans(sums, result, begin, std::min(begin + kPiece, pixels));
-              });
+    inPieces([&](auto from, auto to) { takeMeans(sums, result, from, to); });
     return !control_.isCancelled();
   }
 

@@ -31,13 +31,13 @@ struct DeepRequest {
 DeepNoise measureNoise(const Bitmap& bitmap, JobControl* control = nullptr);
 
 /// A picture without its noise, of the same size and samples per pixel; alpha stays. Collaborative
-/// filtering (deep_pass.h): white noise at full size, with what clipping did undone; a camera's
-/// also at smaller sizes first, whose result takes the place of the lower frequencies.
+/// and Bayesian filtering (deep_pass.h): white noise at full size, with what clipping did undone; a
+/// camera's also at smaller sizes first, whose result takes the place of the lower frequencies.
 ///
 /// The result depends on the picture, the noise, the strength and the scale alone. A part of it, as
 /// large as `part` is inside the picture, is the same to the bit, and only the picture around it is
-/// filtered that it depends on: some 80 pixels each way, for a camera's noise also 160 at half and
-/// 320 at a quarter of its size.
+/// filtered that it depends on: some 90 pixels each way, for a camera's noise also 140 at half and
+/// 280 at a quarter of its size.
 /// Calls from any thread, waits for its helpers, sets `control`'s progress. Nothing if it was
 /// cancelled, the picture is not valid or the memory is not to be had (40 bytes a pixel).
 std::optional<Bitmap> denoiseDeeply(const Bitmap& bitmap, const DeepNoise& noise,

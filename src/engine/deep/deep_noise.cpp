@@ -10,8 +10,7 @@ namespace velmara {
 namespace {
 
 // Measured on photos: with more than there is the filter does better than with less.
-constexpr float kPhotoBrightness = 1.35F;
-constexpr float kPhotoColor = 1.75F;
+constexpr float kSmooth = 1.35F;
 // What is left of the lowest frequencies after those of a filtered smaller picture took their
 // place.
 constexpr float kFused[3] = {0.25F, 0.5F, 0.8F};
@@ -68,8 +67,8 @@ BlockNoise blockNoise(const DeepNoise& noise, float strength, float scale, bool 
       result.variance[c][i] = kUnit * std::max(static_cast<float>(variance), kLeastVariance);
     }
   }
+  const float factor = noise.sizes == 1 ? 1.0F : kSmooth;
   for (std::size_t k = 0; k < 3; ++k) {
-    const float factor = noise.isWhite ? 1.0F : (k == 0 ? kPhotoBrightness : kPhotoColor);
     for (std::size_t i = 0; i < 64; ++i) {
       const std::size_t frequency = frequencyOf(i);
       const float amplitude =
@@ -85,10 +84,11 @@ BlockNoise blockNoise(const DeepNoise& noise, float strength, float scale, bool 
 SampleTables sampleTables(const DeepNoise& noise, float strength) {
   SampleTables tables;
   for (std::size_t c = 0; c < 3; ++c) {
-    const ClippedNoise clipped(scaledDeviation(noise.deviation[c], std::min(strength, 1.0F)));
+    const ClippedNoise clipped(
+        scaledDeviation(noise.deviation[c], noise.whenClipped * std::min(strength, 1.0F)));
     for (std::size_t i = 0; i < tables[c].size(); ++i) {
       const double seen = static_cast<double>(i) / OpponentPlanes::kOne;
-      const double sample = noise.isWhite ? clipped.seenAs(seen).level : seen;
+      const double sample = noise.whenClipped > 0.0F ? clipped.seenAs(seen).level : seen;
       tables[c][i] = static_cast<std::uint8_t>(std::lround(std::clamp(sample, 0.0, 255.0)));
     }
   }

@@ -15,9 +15,14 @@ struct DeepNoise {
   /// The amplitude of the cosine coefficients of each opponent plane by frequency (frequencyOf),
   /// relative to that of white noise of the same deviation.
   std::array<std::array<float, 15>, 3> amplitude = {};
-  /// Whether it is independent from pixel to pixel. If not it has been through a camera's
-  /// processing and JPEG compression: smooth, and coarser in colour.
+  /// Whether it is independent from pixel to pixel. If not it has been through JPEG compression,
+  /// which makes it coarser in colour, and maybe through a camera's processing, which makes it
+  /// smooth.
   bool isWhite = true;
+  /// At how many sizes of the picture it is filtered: more than one if it is smooth.
+  int sizes = 1;
+  /// How many times stronger it was when it was clipped to 0 to 255; 0 if nothing tells.
+  float whenClipped = 1.0F;
 
   /// Whether there is none worth filtering.
   bool isNone() const;

@@ -18,6 +18,16 @@ bool BlockSums::allocate(std::size_t pixels, const JobControl& control) {
   return true;
 }
 
+void BlockSums::beginWith(const OpponentPlanes& planes, std::size_t begin, std::size_t end) {
+  const auto first = static_cast<std::ptrdiff_t>(begin);
+  const auto last = static_cast<std::ptrdiff_t>(end);
+  for (std::size_t k = 0; k < 3; ++k) {
+    std::copy(planes.planes[k].begin() + first, planes.planes[k].begin() + last,
+              samples[k].begin() + first);
+  }
+  std::fill(weights.begin() + first, weights.begin() + last, 1);
+}
+
 void comparedBrightness(const OpponentPlanes& planes, std::vector<std::int16_t>& brightness) {
   brightness.resize(planes.planes[0].size());
   std::transform(planes.planes[0].begin(), planes.planes[0].end(), brightness.begin(),

@@ -18,49 +18,72 @@ struct BlockNoise {
   std::array<std::array<float, 64>, 3> spectrum;
 };
 
-/// One of the two steps of collaborative filtering (K. Dabov, A. Foi, V. Katkovnik, K. Egiazarian,
-/// "Image denoising by sparse 3-D transform-domain collaborative filtering", IEEE Transactions on
-/// Image Processing 16, 2007).
+/// The steps of the filter. The first two are those of collaborative filtering (K. Dabov, A. Foi,
+/// V. Katkovnik, K. Egiazarian, "Image denoising by sparse 3-D transform-domain collaborative
+/// filtering", IEEE Transactions on Image Processing 16, 2007), the last one is the second of M.
+/// Lebrun, A. Buades, J.-M. Morel, "A nonlocal Bayesian image denoising algorithm", SIAM Journal on
+/// Imaging Sciences 6, 2013.
+enum class DeepStep : std::uint8_t { kThreshold, kWiener, kBayes };
+
+/// One step over a picture.
 ///
-/// The blocks of a grid of step 4 are looked at one after another. The 16 blocks within 15 pixels
+/// The blocks of a grid of step 4 are looked at one after another. The 16 blocks within the radius
 /// whose brightness is most like the block's own (sum of squared differences; of equal ones those
-/// that come first in kSearchOrder) are stacked and transformed, along the stack by Walsh-Hadamard.
-/// Without a guide small coefficients are dropped; with one, the result of the first step, each is
-/// weighted by the share of the guide's energy in the sum of it and the noise's (Wiener's filter).
-/// Every block of the stack then adds to the sums of the pixels it covers, with a weight that falls
-/// with how much noise it kept.
+/// that come first in searchOrder) are stacked.
+///
+/// In the first two steps the stack is transformed, along itself by Walsh-Hadamard. The first drops
+/// small coefficients; the second weights each by the share of the guide's energy in the sum of it
+/// and the noise's (Wiener's filter). Every block of the stack then adds to the sums of the pixels
+/// it covers, with a weight that falls with how much noise it kept.
+///
+/// In the last step the 4 x 4 pixels in the middle of the guide's blocks, all planes together, are
+/// taken for samples of a normal distribution, and the noisy ones replaced by what is most likely
+/// behind them. What no such patch covers stays as the guide has it. For white noise only.
 struct DeepPass {
+  DeepStep step;
   const OpponentPlanes& noisy;
+  /// The result of the step before; null in the first.
   const OpponentPlanes* guide;
   /// The brightness that blocks are compared by, with the planes' slack.
   const std::vector<std::int16_t>& compared;
   const BlockNoise& noise;
 
   static constexpr int kGroup = 16;
-  static constexpr int kRadius = 15;
+  /// By step.
+  static constexpr int kRadius[3] = {15, 11, 7};
   static constexpr int kStep = OpponentPlanes::kStep;
-  /// How far from a pixel its result is made of others: the block that covers it, the stack that
-  /// block is in and what that stack was found in.
-  static constexpr int kReach = 2 * kRadius + 7;
   /// What a coefficient has to exceed, in standard deviations of its noise.
   static constexpr float kThreshold[3] = {2.5F, 3.2F, 3.2F};
   /// The largest weight, and the largest sample: sums of every block that can reach a pixel stay
   /// below 2^31.
   static constexpr float kMostWeight = 64.0F;
   static constexpr float kMostSample = 8191.0F;
+  /// The side of the last step's patches, and how far they lie inside their blocks.
+  static constexpr int kPatch = 4;
+  static constexpr int kPatchInset = 2;
+  static constexpr std::int32_t kPatchWeight = 16;
 
   int columns() const { return (noisy.width - 8) / kStep + 1; }
   int rows() const { return (noisy.height - 8) / kStep + 1; }
   /// Whether a row of the grid takes part. The guide need not be as good as the result: every other
   /// row and the last cover all pixels.
-  bool uses(int row) const { return guide != nullptr || row % 2 == 0 || row + 1 == rows(); }
+  bool uses(int row) const {
+    return step != DeepStep::kThreshold || row % 2 == 0 || row + 1 == rows();
+  }
+  /// How far away blocks are looked for.
+  static constexpr int radiusOf(DeepStep step) { return kRadius[static_cast<std::size_t>(step)]; }
+  int radius() const { return radiusOf(step); }
+  /// How many shifts are tried along each axis.
+  int shifts() const { return 2 * radius() + 1; }
+  /// How far from a pixel its result is made of others: the block that covers it, the stack that
+  /// block is in and what that stack was found in.
+  static constexpr int reach(DeepStep step) { return 2 * radiusOf(step) + 7; }
 };
 
 /// The shifts along one axis in the order in which they are tried: 0, -1, 1, -2, 2 and so on.
 constexpr int searchOrder(int i) {
   return i % 2 == 0 ? i / 2 : -(i / 2) - 1;
 }
-inline constexpr int kShifts = 2 * DeepPass::kRadius + 1;
 
 /// What the blocks say of each pixel, summed. Whole numbers, so that the order of the blocks, and
 /// with it how they are dealt out to threads, does not matter.
@@ -70,6 +93,8 @@ struct BlockSums {
 
   /// Zeros for so many pixels; false if the memory is not to be had or the control was cancelled.
   bool allocate(std::size_t pixels, const JobControl& control);
+  /// Makes the sums of pixels [begin, end) those of a picture, of weight 1.
+  void beginWith(const OpponentPlanes& planes, std::size_t begin, std::size_t end);
 };
 
 /// The brightness of planes as blocks are compared by it, in halves of a level.
@@ -82,8 +107,7 @@ void addBlocksPlainly(const DeepPass& pass, int row, int columnBegin, int column
 /// The same bits with the vectors of the chosen instruction set (engine/fast/instruction_sets.h).
 void addBlocks(const DeepPass& pass, int row, int columnBegin, int columnEnd, BlockSums& sums);
 
-/// The weighted means of pixels [begin, end) that the sums stand for, 0 where no block has added
-/// any; the sums become 0.
+/// The weighted means of pixels [begin, end) that the sums stand for; the sums become 0.
 void takeMeans(BlockSums& sums, OpponentPlanes& planes, std::size_t begin, std::size_t end);
 
 }  // namespace velmara

@@ -10,6 +10,7 @@
 #include <hwy/highway.h>
 
 #if HWY_TARGET != HWY_SCALAR
+#include "engine/deep/fast_bayes-inl.h"
 #include "engine/deep/fast_block-inl.h"
 #include "engine/deep/fast_search-inl.h"
 #endif
@@ -150,10 +151,17 @@ void addBlocksOfRow(const DeepPass& pass, int row, int columnBegin, int columnEn
     const int end = std::min(begin + BlockSearch::kMostColumns, columnEnd);
     search.run(pass, row, begin, end);
     for (int i = 0; i < end - begin; ++i) {
-      if (pass.guide == nullptr) {
-        addStack<false>(pass, search.placesOf(i), noisy, guide, sums);
-      } else {
-        addStack<true>(pass, search.placesOf(i), noisy, guide, sums);
+      const std::ptrdiff_t* places = search.placesOf(i);
+      switch (pass.step) {
+        case DeepStep::kThreshold:
+          addStack<false>(pass, places, noisy, guide, sums);
+          break;
+        case DeepStep::kWiener:
+          addStack<true>(pass, places, noisy, guide, sums);
+          break;
+        case DeepStep::kBayes:
+          fastAddPatches(pass, places, sums);
+          break;
       }
     }
   }

@@ -43,10 +43,11 @@ class BlockSearch {
       worst[0] = kNone;
       worst[1] = kNever;
     }
-    for (int i = 0; i < kShifts; ++i) {
+    const int shifts = pass.shifts();
+    for (int i = 0; i < shifts; ++i) {
       const int dy = searchOrder(i);
       if (y + dy < 0 || y + dy > pass.noisy.height - 8) continue;
-      for (int j = 0; j < kShifts; ++j) {
+      for (int j = 0; j < shifts; ++j) {
         const int dx = searchOrder(j);
         if (dx == 0 && dy == 0) continue;
         // The columns whose blocks stay inside the picture.
@@ -55,7 +56,7 @@ class BlockSearch {
         const int last = (width - 8 - std::max(dx, 0)) / DeepPass::kStep;
         const int end = std::min(columnEnd, last + 1);
         if (begin < end) {
-          compare(pass, begin - columnBegin, end - begin, i * kShifts + j);
+          compare(pass, begin - columnBegin, end - begin, (i << 8) | j);
         }
       }
     }
@@ -76,7 +77,7 @@ class BlockSearch {
   static constexpr int kSlack = 16;
 
   static std::ptrdiff_t shiftOf(int order, int width) {
-    return std::ptrdiff_t{searchOrder(order / kShifts)} * width + searchOrder(order % kShifts);
+    return std::ptrdiff_t{searchOrder(order >> 8)} * width + searchOrder(order & 0xFF);
   }
 
   void compare(const DeepPass& pass, int first, int count, int order) {

@@ -31,10 +31,12 @@ class GroupLimits {
         variance += kOpponent[k][c] * kOpponent[k][c] * variances[c];
       }
       const float factor = DeepPass::kThreshold[k] * DeepPass::kThreshold[k];
-      variances_[k] = pass.guide == nullptr ? factor * variance : variance;
+      variances_[k] = pass.step == DeepStep::kThreshold ? factor * variance : variance;
     }
   }
 
+  /// The variance of white noise in plane k.
+  float variance(std::size_t k) const { return variances_[k]; }
   /// The limits of plane k, coefficient by coefficient.
   Block of(std::size_t k) const {
     Block limits;
@@ -46,6 +48,25 @@ class GroupLimits {
   const DeepPass& pass_;
   std::array<float, 3> variances_;
 };
+
+/// What the last step does with a stack: patches and its square matrices.
+using Patches = std::array<std::array<float, 48>, DeepPass::kGroup>;
+using GroupMatrix = std::array<std::array<float, DeepPass::kGroup>, DeepPass::kGroup>;
+
+/// For each plane, what makes noise of its variance one of 1 / (kGroup - 1), so that products of
+/// patches are covariances. `means` are those of the guide's patches.
+inline std::array<float, 3> whiteningFactors(const DeepPass& pass, const float* means) {
+  std::array<float, 3> sumsOfMeans = {};
+  for (std::size_t i = 0; i < 48; ++i) sumsOfMeans[i / 16] += means[i];
+  for (float& sum : sumsOfMeans) sum *= 8.0F;
+  const GroupLimits limits(pass, sumsOfMeans);
+  std::array<float, 3> factors;
+  for (std::size_t k = 0; k < 3; ++k) {
+    factors[k] =
+        1.0F / std::sqrt((DeepPass::kGroup - 1) * limits.variance(k) * pass.noise.spectrum[k][0]);
+  }
+  return factors;
+}
 
 /// The weight of a stack's blocks from how much noise its brightness kept: a whole number.
 inline float groupWeight(float kept) {

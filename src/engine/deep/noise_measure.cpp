@@ -57,34 +57,13 @@ DeepNoise whiteNoiseOf(const BlockStatistics& blocks) {
   return noise;
 }
 
-// Amplitudes by frequency of what cameras' JPEGs hold of noise, against those of brightness from 2
-// to 4. They hardly differ from camera to camera but for the upper frequencies of brightness, which
-// depend on how strong noise and compression are and are measured.
-constexpr std::array<float, 15> kBrightnessShape = {1.7F,  1.37F, 1.13F, 1.01F, 0.86F,
-                                                    0.68F, 0.44F, 0.35F, 0.28F, 0.23F,
-                                                    0.2F,  0.16F, 0.14F, 0.1F,  0.1F};
-constexpr std::array<float, 15> kColorShape = {1.7F,  0.75F, 0.26F, 0.17F, 0.09F,
-                                               0.08F, 0.06F, 0.07F, 0.05F, 0.04F,
-                                               0.04F, 0.04F, 0.03F, 0.03F, 0.03F};
-
-DeepNoise photoNoiseOf(const PhotoNoise& measured) {
+// Noise whose amplitudes by frequency, plane by plane, are those times that of a range.
+DeepNoise noiseOf(const NoiseRanges& ranges, const std::array<std::array<float, 15>, 3>& shape) {
   DeepNoise noise;
   noise.isWhite = false;
-  noise.amplitude = {kBrightnessShape, kColorShape, kColorShape};
-  for (std::size_t i = 5; i < 15; ++i) {
-    noise.amplitude[0][i] =
-        std::max(noise.amplitude[0][i], 1.1F * measured.measuredAmplitude[0][i]);
-  }
-  // White noise that was compressed: its colours are halved in size at most.
-  if (measured.measuredAmplitude[0][11] >= 0.5F) {
-    for (std::size_t k = 1; k < 3; ++k) {
-      for (std::size_t i = 1; i < 15; ++i) {
-        noise.amplitude[k][i] = std::max(noise.amplitude[k][i], measured.measuredAmplitude[k][i]);
-      }
-    }
-  }
+  noise.amplitude = shape;
   float energy = 0.0F;
-  for (const auto& plane : noise.amplitude) {
+  for (const auto& plane : shape) {
     for (std::size_t i = 0; i < 64; ++i) energy += plane[frequencyOf(i)] * plane[frequencyOf(i)];
   }
   const float perSample = std::sqrt(energy / (3 * 64));
@@ -93,9 +72,72 @@ DeepNoise photoNoiseOf(const PhotoNoise& measured) {
   }
   for (auto& channel : noise.deviation) {
     for (std::size_t i = 0; i < 256; ++i) {
-      channel[i] = perSample * measured.amplitudeAt(static_cast<float>(i));
+      channel[i] = perSample * amplitudeAt(ranges, static_cast<float>(i));
     }
   }
+  return noise;
+}
+
+// Amplitudes of the lower frequencies of brightness in cameras' JPEGs, against those from 2 to 4.
+// They hardly differ from camera to camera, and cannot be told from what is in the picture.
+constexpr std::array<float, 5> kLowerShape = {1.7F, 1.37F, 1.13F, 1.01F, 0.86F};
+// The calmest blocks have less of the other frequencies, and of the colours', than the others.
+constexpr float kCalm = 2.1F;
+
+DeepNoise cameraNoiseOf(const NoiseRanges& ranges, const CalmSpectra& spectra) {
+  std::array<std::array<float, 15>, 3> shape = {};
+  float count = 0.0F;
+  for (std::size_t range = 0; range < ranges.size(); ++range) {
+    if (!ranges[range].isNoise) continue;
+    count += 1.0F;
+    for (std::size_t k = 0; k < 3; ++k) {
+      for (std::size_t i = 0; i < 15; ++i) {
+        shape[k][i] +=
+            kCalm * spectra[range].amplitude(k, i, i) / std::max(ranges[range].amplitude, 0.1F);
+      }
+    }
+  }
+  for (auto& plane : shape) {
+    for (float& amplitude : plane) amplitude /= std::max(count, 1.0F);
+    plane[0] = 2.0F * plane[1];
+  }
+  std::copy(kLowerShape.begin(), kLowerShape.end(), shape[0].begin());
+  DeepNoise noise = noiseOf(ranges, shape);
+  noise.sizes = 3;
+  noise.whenClipped = 0.0F;
+  return noise;
+}
+
+// White noise that was compressed as a JPEG, and more of its colours than of its brightness: that
+// is still white up to the highest frequencies, which neither texture nor a camera's noise is.
+bool isCompressedWhite(const CalmSpectra& spectra) {
+  return std::count_if(spectra.begin(), spectra.end(), [](const CalmSpectrum& spectrum) {
+           const float upper = spectrum.amplitude(0, 7, 9);
+           return upper > 4.0F && spectrum.amplitude(0, 10, 12) > 0.8F * upper;
+         }) > 2;
+}
+
+DeepNoise compressedNoiseOf(const CalmSpectra& spectra) {
+  // Brightness against what each channel had before.
+  constexpr float kCompressed = 1.1F;
+  NoiseRanges ranges;
+  // What the picture has in common with noise differs between ranges; the least of it is noise.
+  std::array<std::array<float, 15>, 3> shape;
+  for (auto& plane : shape) plane.fill(1.0F);
+  for (std::size_t range = 0; range < ranges.size(); ++range) {
+    const CalmSpectrum& spectrum = spectra[range];
+    const float amplitude = std::max(spectrum.amplitude(0, 7, 9), 0.1F);
+    ranges[range] = {spectrum.brightness, amplitude, true};
+    for (std::size_t k = 0; k < 3; ++k) {
+      for (std::size_t i = k == 0 ? 5 : 1; i < 15; ++i) {
+        shape[k][i] = std::min(shape[k][i], spectrum.amplitude(k, i, i) / amplitude);
+      }
+    }
+  }
+  for (std::size_t i = 0; i < 5; ++i) shape[0][i] = shape[0][5];
+  for (auto& plane : shape) plane[0] = plane[1];
+  DeepNoise noise = noiseOf(ranges, shape);
+  noise.whenClipped = noise.amplitude[0][7] / kCompressed;
   return noise;
 }
 
@@ -108,6 +150,8 @@ DeepNoise measureNoise(const OpponentPlanes& planes, JobControl& control) {
   if (blocks.whiteness() >= kWhiteness) return whiteNoiseOf(blocks);
   std::array<BrightnessEnergies, 3> levels;
   levels[0] = BrightnessEnergies(planes, 4, control);
+  const CalmSpectra spectra = calmSpectra(planes, levels[0], control);
+  if (isCompressedWhite(spectra)) return compressedNoiseOf(spectra);
   std::optional<OpponentPlanes> half = halved(planes);
   for (std::size_t i = 1; i < levels.size() && half && !control.isCancelled(); ++i) {
     levels[i] = BrightnessEnergies(*half, 2, control);
@@ -115,7 +159,7 @@ DeepNoise measureNoise(const OpponentPlanes& planes, JobControl& control) {
   }
   control.setProgress(0.8);
   if (control.isCancelled()) return {};
-  return photoNoiseOf(PhotoNoise(planes, levels, control));
+  return cameraNoiseOf(photoNoise(levels), spectra);
 }
 
 }  // namespace velmara

@@ -157,60 +157,69 @@ BrightnessEnergies::BrightnessEnergies(const OpponentPlanes& planes, int step,
       const std::ptrdiff_t place = std::ptrdiff_t{y} * planes.width + x;
       const Block block = cosinesOf(planes.planes[0].data() + place, planes.width);
       entries.push_back({block[0] * kOpponent[0][0] / (8 * kUnit), bandEnergy(block, 2, 4),
-                         bandEnergy(block, 10, 12), static_cast<std::size_t>(place)});
+                         static_cast<std::size_t>(place)});
     }
   }
 }
 
-PhotoNoise::PhotoNoise(const OpponentPlanes& planes,
-                       const std::array<BrightnessEnergies, 3>& levels, const JobControl& control) {
+std::array<float, kBrightnessRanges + 1> BrightnessEnergies::edges() const {
+  std::array<float, kBrightnessRanges + 1> found;
+  for (std::size_t i = 0; i <= kBrightnessRanges; ++i) {
+    found[i] = quantileOf(entries, static_cast<double>(i) / kBrightnessRanges,
+                          [](const Entry& entry) { return entry.brightness; });
+  }
+  return found;
+}
+
+float amplitudeAt(const NoiseRanges& ranges, float brightness) {
+  if (brightness <= ranges.front().brightness) return ranges.front().amplitude;
+  for (std::size_t i = 1; i < ranges.size(); ++i) {
+    const NoiseRange& below = ranges[i - 1];
+    const NoiseRange& above = ranges[i];
+    if (brightness > above.brightness) continue;
+    const float gap = std::max(above.brightness - below.brightness, 1e-3F);
+    return below.amplitude +
+           (brightness - below.brightness) / gap * (above.amplitude - below.amplitude);
+  }
+  return ranges.back().amplitude;
+}
+
+NoiseRanges photoNoise(const std::array<BrightnessEnergies, 3>& levels) {
   // Energies of noise at a fifth and at the half of all blocks differ by the chance in them alone,
   // and a picture of half the size has half its amplitude, or little more: noise is smooth. Edges
   // and texture differ more from block to block, and are coarser.
   constexpr float kMostSpread = 1.7F;
   constexpr float kMostAtHalf = 2.05F;
   constexpr float kMostAtQuarter = 4.2F;
-  // Cameras leave no more; what is stronger has to be there at the upper frequencies too.
+  // Cameras leave no more.
   constexpr float kMostAmplitude = 14.0F;
-  constexpr float kLeastUpper = 0.45F;
   // The mean against the lower fifth.
   constexpr float kMean = 1.3F;
 
-  std::array<float, kBrightnessRanges + 1> edges;
-  for (std::size_t i = 0; i <= kBrightnessRanges; ++i) {
-    edges[i] = quantileOf(levels[0].entries, static_cast<double>(i) / kBrightnessRanges,
-                          [](const auto& entry) { return entry.brightness; });
-  }
+  const auto edges = levels[0].edges();
+  NoiseRanges told;
   for (std::size_t i = 0; i < kBrightnessRanges; ++i) {
     std::array<float, 3> fifths;
     float half = 0.0F;
-    float upper = 0.0F;
     for (std::size_t level = 0; level < levels.size(); ++level) {
       std::vector<float> energies;
-      std::vector<float> uppers;
       for (const auto& entry : levels[level].entries) {
         if (entry.brightness >= edges[i] && entry.brightness <= edges[i + 1]) {
           energies.push_back(entry.energy);
-          uppers.push_back(entry.upperEnergy);
         }
       }
-      if (level == 0) upper = quantile(uppers, 0.2);
       fifths[level] = std::sqrt(quantile(energies, 0.2)) * static_cast<float>(1 << level);
       if (level == 0) half = std::sqrt(quantile(energies, 0.5));
     }
     const float fifth = std::max(fifths[0], 0.1F);
-    Range& range = ranges_[i];
-    range.brightness = 0.5F * (edges[i] + edges[i + 1]);
-    range.amplitude = kMean * fifths[0];
-    range.isNoise = half <= kMostSpread * fifth && fifths[1] <= kMostAtHalf * fifth &&
-                    fifths[2] <= kMostAtQuarter * fifth &&
-                    (range.amplitude < kMostAmplitude || upper >= kLeastUpper * fifth * fifth);
+    told[i].brightness = 0.5F * (edges[i] + edges[i + 1]);
+    told[i].amplitude = kMean * fifths[0];
+    told[i].isNoise = half <= kMostSpread * fifth && fifths[1] <= kMostAtHalf * fifth &&
+                      fifths[2] <= kMostAtQuarter * fifth && told[i].amplitude < kMostAmplitude;
   }
-  measureUpper(planes, levels[0], edges, control);
-
   // Where it could not be told from texture, noise is taken to be what it is at the nearest
   // brightness where it could, but never more than there is of both.
-  const std::array<Range, kBrightnessRanges> told = ranges_;
+  NoiseRanges ranges = told;
   for (std::size_t i = 0; i < told.size(); ++i) {
     if (told[i].isNoise) continue;
     float amplitude = 0.0F;
@@ -219,53 +228,49 @@ PhotoNoise::PhotoNoise(const OpponentPlanes& planes,
         if (other < told.size() && told[other].isNoise) amplitude = told[other].amplitude;
       }
     }
-    ranges_[i].amplitude = std::min(told[i].amplitude, amplitude);
+    ranges[i].amplitude = std::min(told[i].amplitude, amplitude);
   }
+  return ranges;
 }
 
-void PhotoNoise::measureUpper(const OpponentPlanes& planes, const BrightnessEnergies& energies,
-                              const std::array<float, kBrightnessRanges + 1>& edges,
-                              const JobControl& control) {
-  std::array<std::array<double, 15>, 3> sums = {};
-  std::array<double, 15> counts = {};
-  for (std::size_t range = 0; range < ranges_.size(); ++range) {
-    if (!ranges_[range].isNoise || control.isCancelled()) continue;
-    const float amplitude = std::max(ranges_[range].amplitude, 0.1F);
+float CalmSpectrum::amplitude(std::size_t plane, std::size_t first, std::size_t last) const {
+  float sum = 0.0F;
+  for (std::size_t i = first; i <= last; ++i) sum += energy[plane][i];
+  return std::sqrt(sum / static_cast<float>(last - first + 1));
+}
+
+CalmSpectra calmSpectra(const OpponentPlanes& planes, const BrightnessEnergies& energies,
+                        const JobControl& control) {
+  CalmSpectra spectra;
+  const auto edges = energies.edges();
+  for (std::size_t range = 0; range < kBrightnessRanges; ++range) {
+    std::vector<BrightnessEnergies::Entry> entries;
     for (const auto& entry : energies.entries) {
-      // The flatter half, about.
-      if (entry.brightness < edges[range] || entry.brightness > edges[range + 1] ||
-          entry.energy > amplitude * amplitude) {
-        continue;
+      if (entry.brightness >= edges[range] && entry.brightness <= edges[range + 1]) {
+        entries.push_back(entry);
       }
+    }
+    const float most = quantileOf(entries, 0.2, [](const auto& entry) { return entry.energy; });
+    CalmSpectrum& spectrum = spectra[range];
+    spectrum.brightness = 0.5F * (edges[range] + edges[range + 1]);
+    std::array<float, 15> counts = {};
+    for (const auto& entry : entries) {
+      if (entry.energy > most || control.isCancelled()) continue;
       for (std::size_t k = 0; k < 3; ++k) {
         const Block block = cosinesOf(
             planes.planes[k].data() + static_cast<std::ptrdiff_t>(entry.place), planes.width);
         for (std::size_t i = 0; i < block.size(); ++i) {
-          const double value = block[i] / (kUnit * amplitude);
-          sums[k][frequencyOf(i)] += value * value;
-          if (k == 0) counts[frequencyOf(i)] += 1.0;
+          const float value = block[i] / kUnit;
+          spectrum.energy[k][frequencyOf(i)] += value * value;
+          if (k == 0) counts[frequencyOf(i)] += 1.0F;
         }
       }
     }
-  }
-  for (std::size_t k = 0; k < 3; ++k) {
-    for (std::size_t i = 0; i < counts.size() && counts[i] > 0.0; ++i) {
-      measuredAmplitude[k][i] = static_cast<float>(std::sqrt(sums[k][i] / counts[i]));
+    for (auto& plane : spectrum.energy) {
+      for (std::size_t i = 0; i < plane.size(); ++i) plane[i] /= std::max(counts[i], 1.0F);
     }
   }
-}
-
-float PhotoNoise::amplitudeAt(float brightness) const {
-  if (brightness <= ranges_.front().brightness) return ranges_.front().amplitude;
-  for (std::size_t i = 1; i < ranges_.size(); ++i) {
-    const Range& below = ranges_[i - 1];
-    const Range& above = ranges_[i];
-    if (brightness > above.brightness) continue;
-    const float gap = std::max(above.brightness - below.brightness, 1e-3F);
-    return below.amplitude +
-           (brightness - below.brightness) / gap * (above.amplitude - below.amplitude);
-  }
-  return ranges_.back().amplitude;
+  return spectra;
 }
 
 }  // namespace velmara

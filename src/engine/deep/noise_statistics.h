@@ -47,12 +47,22 @@ class BlockStatistics {
   bool isGray_ = false;
 };
 
-/// The energies of the middle frequencies (2 to 4) of a picture's brightness.
+/// Noise of a range of brightness.
+struct NoiseRange {
+  float brightness = 0.0F;
+  float amplitude = 0.0F;  // Of brightness' cosine coefficients.
+  bool isNoise = false;
+};
+using NoiseRanges = std::array<NoiseRange, kBrightnessRanges>;
+
+/// The amplitude at a brightness, between those of the ranges.
+float amplitudeAt(const NoiseRanges& ranges, float brightness);
+
+/// The energies of the middle frequencies (2 to 4) of a picture's brightness, from block to block.
 struct BrightnessEnergies {
   struct Entry {
     float brightness;
     float energy;
-    float upperEnergy;  // Of frequencies 10 to 12.
     std::size_t place;  // Of the block's first sample.
   };
   std::vector<Entry> entries;
@@ -60,31 +70,26 @@ struct BrightnessEnergies {
   BrightnessEnergies() = default;
   /// Of blocks at least `step` apart.
   BrightnessEnergies(const OpponentPlanes& planes, int step, const JobControl& control);
+  /// Where the ranges of brightness begin and end.
+  std::array<float, kBrightnessRanges + 1> edges() const;
 };
 
-/// What is left of noise in a camera's JPEG.
-class PhotoNoise {
- public:
-  /// `levels` are those of the picture, of its half and of its quarter.
-  PhotoNoise(const OpponentPlanes& planes, const std::array<BrightnessEnergies, 3>& levels,
-             const JobControl& control);
+/// What is left of noise in a camera's JPEG: nothing where it cannot be told from texture at any
+/// brightness. `levels` are those of the picture, of its half and of its quarter.
+NoiseRanges photoNoise(const std::array<BrightnessEnergies, 3>& levels);
 
-  /// The amplitude of the middle frequencies at a brightness, 0 if no noise was found.
-  float amplitudeAt(float brightness) const;
-  /// Amplitudes by frequency against that of the middle ones of brightness, plane by plane.
-  std::array<std::array<float, 15>, 3> measuredAmplitude = {};
+/// The calmest blocks of a range of brightness: the mean energies of their coefficients, plane by
+/// plane and by frequency.
+struct CalmSpectrum {
+  float brightness = 0.0F;
+  std::array<std::array<float, 15>, 3> energy = {};
 
- private:
-  struct Range {
-    float brightness = 0.0F;
-    float amplitude = 0.0F;
-    bool isNoise = false;
-  };
-  void measureUpper(const OpponentPlanes& planes, const BrightnessEnergies& energies,
-                    const std::array<float, kBrightnessRanges + 1>& edges,
-                    const JobControl& control);
-
-  std::array<Range, kBrightnessRanges> ranges_;
+  /// The amplitude of frequencies first to last.
+  float amplitude(std::size_t plane, std::size_t first, std::size_t last) const;
 };
+using CalmSpectra = std::array<CalmSpectrum, kBrightnessRanges>;
+
+CalmSpectra calmSpectra(const OpponentPlanes& planes, const BrightnessEnergies& energies,
+                        const JobControl& control);
 
 }  // namespace velmara

@@ -30,10 +30,10 @@ std::array<std::ptrdiff_t, DeepPass::kGroup> mostAlike(const DeepPass& pass, int
   distances[0] = -1;
   places[0] = std::ptrdiff_t{y} * width + x;
   const std::int16_t* own = pass.compared.data() + places[0];
-  for (int i = 0; i < kShifts; ++i) {
+  for (int i = 0; i < pass.shifts(); ++i) {
     const int dy = searchOrder(i);
     if (y + dy < 0 || y + dy > pass.noisy.height - 8) continue;
-    for (int j = 0; j < kShifts; ++j) {
+    for (int j = 0; j < pass.shifts(); ++j) {
       const int dx = searchOrder(j);
       if (x + dx < 0 || x + dx > width - 8 || (dx == 0 && dy == 0)) continue;
       const std::ptrdiff_t shift = std::ptrdiff_t{dy} * width + dx;
@@ -94,6 +94,86 @@ float shrink(Group& noisy, const Group* guide, const Block& limits) {
   return total(kept);
 }
 
+using Places = std::array<std::ptrdiff_t, DeepPass::kGroup>;
+
+// Where sample i of a plane's part of a patch lies.
+std::size_t patchPixel(std::ptrdiff_t place, std::size_t i, int width) {
+  const auto y = static_cast<std::ptrdiff_t>(i / DeepPass::kPatch) + DeepPass::kPatchInset;
+  const auto x = static_cast<std::ptrdiff_t>(i % DeepPass::kPatch) + DeepPass::kPatchInset;
+  return static_cast<std::size_t>(place + y * width + x);
+}
+
+float product(const std::array<float, 48>& a, const std::array<float, 48>& b) {
+  float sum = 0.0F;
+  for (std::size_t i = 0; i < 48; ++i) sum += a[i] * b[i];
+  return sum;
+}
+
+// Solves (matrix + 1) x = right for all columns, in place (Gauss and Jordan).
+void solve(GroupMatrix& matrix, GroupMatrix& right) {
+  for (std::size_t i = 0; i < matrix.size(); ++i) matrix[i][i] += 1.0F;
+  for (std::size_t p = 0; p < matrix.size(); ++p) {
+    const float inverse = 1.0F / matrix[p][p];
+    for (float& value : matrix[p]) value *= inverse;
+    for (float& value : right[p]) value *= inverse;
+    for (std::size_t row = 0; row < matrix.size(); ++row) {
+      if (row == p) continue;
+      const float factor = matrix[row][p];
+      for (std::size_t i = 0; i < matrix.size(); ++i) {
+        matrix[row][i] -= factor * matrix[p][i];
+        right[row][i] -= factor * right[p][i];
+      }
+    }
+  }
+}
+
+// With the deviations A of the guide's patches from their mean and those Y of the noisy ones, both
+// in units of the noise, a patch becomes the mean + A^T (A A^T + 1)^-1 A y: the same as weighting
+// it by the patches' covariance over the sum of it and the noise's, in fewer dimensions.
+void addPatches(const DeepPass& pass, const Places& places, BlockSums& sums) {
+  const int width = pass.noisy.width;
+  Patches guide;
+  Patches noisy;
+  std::array<float, 48> means = {};
+  for (std::size_t at = 0; at < places.size(); ++at) {
+    for (std::size_t i = 0; i < 48; ++i) {
+      const std::size_t pixel = patchPixel(places[at], i % 16, width);
+      guide[at][i] = pass.guide->planes[i / 16][pixel];
+      noisy[at][i] = pass.noisy.planes[i / 16][pixel];
+      means[i] += guide[at][i];
+    }
+  }
+  for (float& mean : means) mean *= 1.0F / DeepPass::kGroup;
+  const auto factors = whiteningFactors(pass, means.data());
+  GroupMatrix own;
+  GroupMatrix other;
+  for (std::size_t at = 0; at < places.size(); ++at) {
+    for (std::size_t i = 0; i < 48; ++i) {
+      guide[at][i] = (guide[at][i] - means[i]) * factors[i / 16];
+      noisy[at][i] = (noisy[at][i] - means[i]) * factors[i / 16];
+    }
+  }
+  for (std::size_t a = 0; a < places.size(); ++a) {
+    for (std::size_t b = 0; b < places.size(); ++b) {
+      own[a][b] = product(guide[a], guide[b]);
+      other[a][b] = product(guide[a], noisy[b]);
+    }
+  }
+  solve(own, other);
+  for (std::size_t at = 0; at < places.size(); ++at) {
+    for (std::size_t i = 0; i < 48; ++i) {
+      float sum = 0.0F;
+      for (std::size_t a = 0; a < places.size(); ++a) sum += other[a][at] * guide[a][i];
+      const float value = means[i] + sum / factors[i / 16];
+      const float sample = std::min(std::max(value, -DeepPass::kMostSample), DeepPass::kMostSample);
+      const std::size_t pixel = patchPixel(places[at], i % 16, width);
+      sums.samples[i / 16][pixel] +=
+          static_cast<std::int32_t>(std::nearbyint(sample * DeepPass::kPatchWeight));
+      if (i < 16) sums.weights[pixel] += DeepPass::kPatchWeight;
+    }
+  }
+}
+
 }  // namespace
 
 void addBlocksPlainly(const DeepPass& pass, int row, int columnBegin, int columnEnd,
@@ -101,6 +181,10 @@ void addBlocksPlainly(const DeepPass& pass, int row, int columnBegin, int column
   const int width = pass.noisy.width;
   for (int column = columnBegin; column < columnEnd; ++column) {
     const auto places = mostAlike(pass, DeepPass::kStep * column, DeepPass::kStep * row);
+    if (pass.step == DeepStep::kBayes) {
+      addPatches(pass, places, sums);
+      continue;
+    }
     std::array<Group, 3> noisy;
     std::array<Group, 3> guide;
     std::array<float, 3> sumsOfMeans = {};

@@ -108,7 +108,7 @@ TEST(DenoisedDeeply, LosesStrongNoiseThatHasNoColour) {
     bytes[i] = static_cast<std::uint8_t>(std::clamp(bytes[i] + noise[i / 3], 0.0, 255.0));
   }
   const Bitmap noisy = Bitmap::copyOf(bytes, clean.width(), clean.height(), 3);
-  EXPECT_GT(psnrBetween(denoised(noisy), clean), psnrBetween(noisy, clean) + 3.0);
+  EXPECT_GT(psnrBetween(denoised(noisy), clean), psnrBetween(noisy, clean) + 8.0);
 }
 
 TEST(DenoisedDeeply, KeepsItsMeanWhereNoiseWasClipped) {
@@ -132,7 +132,7 @@ TEST(DenoisedDeeply, FollowsItsStrength) {
   // Of a picture that was made smaller a part of the noise is left.
   JobControl control;
   const auto small = denoiseDeeply(noisy, measureNoise(noisy), {.scale = 0.2F}, control);
-  EXPECT_NEAR(psnrBetween(*small, noisy), weak, 3.0);
+  EXPECT_GT(psnrBetween(*small, noisy), measured + 3.0);
 }
 
 TEST(DenoisedDeeply, KeepsGrayGrayAndAlphaAsItIs) {

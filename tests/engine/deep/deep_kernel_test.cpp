@@ -13,6 +13,8 @@ namespace {
 DeepNoise smoothNoise(float deviation) {
   DeepNoise noise = whiteNoise(deviation);
   noise.isWhite = false;
+  noise.sizes = 3;
+  noise.whenClipped = 0.0F;
   for (auto& plane : noise.amplitude) {
     for (std::size_t i = 0; i < plane.size(); ++i)
       plane[i] = 2.0F / (1.0F + 0.4F * static_cast<float>(i));
