@@ -1,8 +1,5 @@
 #pragma once
 
-#include <cstdint>
-#include <functional>
-
 #include "engine/engine_environment.h"
 #include "engine/filter_kernel.h"
 

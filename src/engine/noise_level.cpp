@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <string>
 
 #include "base/alpha.h"
 #include "engine/row_kernels.h"

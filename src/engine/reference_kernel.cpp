@@ -1,8 +1,6 @@
 #include "engine/reference_kernel.h"
 
 #include <algorithm>
-#include <new>
-#include <utility>
 
 namespace velmara {
 namespace {

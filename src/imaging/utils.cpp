@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstring>
 #include <filesystem>
-#include <new>
 #include <system_error>
 #include <utility>
 

@@ -9,7 +9,6 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
-#include <algorithm>
 #include <utility>
 
 #include "widgets/image_provider.h"

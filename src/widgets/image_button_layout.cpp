@@ -1,7 +1,5 @@
 #include "widgets/image_button_layout.h"
 
-#include <QStringList>
-
 #include <algorithm>
 #include <optional>
 

@@ -1,7 +1,6 @@
 #include "widgets/image_provider.h"
 
 #include <QHash>
-#include <QImage>
 
 // Resources in a static library are only linked, and registered, if somebody asks for them; the
 // macro has to stand outside of any namespace.

@@ -7,11 +7,6 @@
 namespace velmara {
 namespace {
 
-double lengthFor(const std::map<int, double>& lengths, int index) {
-  const auto found = lengths.find(index);
-  return found != lengths.end() ? found->second : 0.0;
-}
-
 double along(const SplitFrames& split, const QSizeF& size) {
   return split.isVertical ? size.width() : size.height();
 }
@@ -26,6 +21,11 @@ void SplitFrames::place(std::size_t i, double newOrigin, double newExtent) {
   QRectF& frame = frames[i];
   frame = isVertical ? QRectF(newOrigin, frame.y(), newExtent, frame.height())
                      : QRectF(frame.x(), newOrigin, frame.width(), newExtent);
+}
+
+double minimumLengthOf(const std::map<int, double>& lengths, int index) {
+  const auto found = lengths.find(index);
+  return found != lengths.end() ? found->second : 0.0;
 }
 
 double lowestPosition(const SplitFrames& split, std::size_t i, double minimumLength) {
@@ -46,7 +46,7 @@ SplitFrames resizedByPriority(const SplitFrames& split, const QSizeF& oldSize,
     if (index < 0 || static_cast<std::size_t>(index) >= split.frames.size()) continue;
     const auto i = static_cast<std::size_t>(index);
     const double length = result.extent(i);
-    const double room = std::max(0.0, length - lengthFor(lengthsByViewIndex, index));
+    const double room = std::max(0.0, length - minimumLengthOf(lengthsByViewIndex, index));
     const double taken = change > 0.0 ? change : std::max(change, -room);
     result.place(i, result.origin(i), length + taken);
     change -= taken;

@@ -21,6 +21,9 @@ struct SplitFrames {
   void place(std::size_t i, double origin, double extent);
 };
 
+/// The minimum length of a subview; 0 where none is kept.
+double minimumLengthOf(const std::map<int, double>& lengthsByViewIndex, int index);
+
 /// The lowest place of divider i: the origin of subview i and its minimum length.
 double lowestPosition(const SplitFrames& split, std::size_t i, double minimumLength);
 

@@ -250,21 +250,16 @@ void CustomizedSplitView::drawDividerInRect(QPainter& painter, const QRectF& rec
   if (hasFocus()) painter.fillRect(QRectF(x + 2, h / 2 - 9, 2, 18), style::kAccent);
 }
 
-double CustomSplitViewDelegate::minimumLength(int index) const {
-  const auto found = lengthsByViewIndex.find(index);
-  return found != lengthsByViewIndex.end() ? found->second : 0.0;
-}
-
 double CustomSplitViewDelegate::constrainMinCoordinate(const SplitView& splitView,
                                                        double /*proposed*/, int ofSubviewAt) {
   return lowestPosition(splitView.subviewFrames(), static_cast<std::size_t>(ofSubviewAt),
-                        minimumLength(ofSubviewAt));
+                        minimumLengthOf(lengthsByViewIndex, ofSubviewAt));
 }
 
 double CustomSplitViewDelegate::constrainMaxCoordinate(const SplitView& splitView,
                                                        double /*proposed*/, int ofSubviewAt) {
   return highestPosition(splitView.subviewFrames(), static_cast<std::size_t>(ofSubviewAt),
-                         minimumLength(ofSubviewAt + 1));
+                         minimumLengthOf(lengthsByViewIndex, ofSubviewAt + 1));
 }
 
 void CustomSplitViewDelegate::resizeSubviewsWithOldSize(SplitView& splitView,

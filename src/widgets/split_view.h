@@ -170,8 +170,6 @@ class CustomSplitViewDelegate final : public SplitViewDelegate {
   bool isSplitViewHandleMoved = false;
 
  private:
-  double minimumLength(int index) const;
-
   NotificationCenter& center_;
   std::map<int, double> lengthsByViewIndex;
   std::map<int, int> viewIndicesByPriority;
