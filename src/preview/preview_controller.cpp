@@ -257,8 +257,10 @@ void PreviewController::postCrop() {
 }
 
 void PreviewController::cropVisiblePartofImageAndDenoise() {
+  // The photo may have been given up since it was asked for: the empty screen keeps its invitation.
+  if (!hasPicture()) return;
   views_.vwDragging->hide();
-  if (!region_.mayChange() || !hasPicture()) return;
+  if (!region_.mayChange()) return;
   services_.log("Cropping Visible Part Of Preview Image & Denoise !!");
   dropResult();
   region_.cropVisiblePartofImageAndDenoise(viewport_, picture_.zoomedImage());

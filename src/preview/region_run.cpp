@@ -44,11 +44,14 @@ class RegionRun::RegionFile {
 
   /// Registers a region that replaces those before it.
   GenerationCounter::Token announce() { return newest_.advance(); }
+  /// Nothing is written where there is no folder for it.
   void write(const std::string& path, const Bitmap& region, const GenerationCounter::Token& token) {
     const std::scoped_lock lock(mutex_);
     if (!newest_.isCurrent(token)) return;
     const auto png = encodeImage(region, nullptr, FileFormat::png);
-    if (!png || !writeFile(path, *png)) log_(path + ": the visible region was not written");
+    if (folder_.empty() || !png || !writeFile(path, *png)) {
+      log_(path + ": the visible region was not written");
+    }
   }
 
  private:
