@@ -9,7 +9,6 @@
 #include <QTimer>
 
 #include <atomic>
-#include <condition_variable>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -38,33 +37,30 @@ class GatedEngine final : public DenoiseEngine {
   Image denoise(const Image& image, const FilterParameters& parameters,
                 const RunWatch& watch = {}) const override {
     {
-      std::unique_lock lock(mutex_);
-      ++runs_;
+      const std::scoped_lock lock(mutex_);
       last_ = parameters;
-      opened_.wait(lock, [this] { return isOpen_; });
     }
+    ++runs_;
+    isOpen_.wait(false);
     return givesNothing ? Image() : AlgorithmEngine(algorithm_).denoise(image, parameters, watch);
   }
   double psnr(const Image& image) const override { return AlgorithmEngine(algorithm_).psnr(image); }
-  std::int64_t processingSpeed(const Image&, const FilterParameters& parameters,
-                               JobControl*) const override {
-    measured.push_back(parameters);
+  std::int64_t processingSpeed(const Image&, const FilterParameters&, JobControl*) const override {
     return 1'000'000;
   }
 
-  void close() { setOpen(false); }
-  void open() { setOpen(true); }
-  int runs() const {
-    const std::scoped_lock lock(mutex_);
-    return runs_;
+  void close() { isOpen_ = false; }
+  void open() {
+    isOpen_ = true;
+    isOpen_.notify_all();
   }
+  int runs() const { return runs_; }
   FilterParameters last() const {
     const std::scoped_lock lock(mutex_);
     return last_;
   }
 
   std::atomic<bool> givesNothing = false;
-  mutable std::vector<FilterParameters> measured;
 
  private:
   static EngineEnvironment environment() {
@@ -74,18 +70,31 @@ class GatedEngine final : public DenoiseEngine {
     e.recompressJpeg = recompressJpeg;
     return e;
   }
-  void setOpen(bool isOpen) {
-    const std::scoped_lock lock(mutex_);
-    isOpen_ = isOpen;
-    opened_.notify_all();
-  }
-
   DenoiseAlgoImplementation algorithm_;
   mutable std::mutex mutex_;
-  mutable std::condition_variable opened_;
-  mutable int runs_ = 0;
   mutable FilterParameters last_;
-  bool isOpen_ = true;
+  mutable std::atomic<int> runs_ = 0;
+  std::atomic<bool> isOpen_ = true;
+};
+
+/// The event loop's timers in a hurry: what a user would wait for passes in a fraction of its time,
+/// in the same order. What is to be read a while stays.
+class HurriedTimers final : public Scheduler {
+ public:
+  std::unique_ptr<Timer> start(Seconds interval, bool repeats,
+                               std::function<void()> handler) override {
+    return eventLoopTimers().start(hurried(interval), repeats, std::move(handler));
+  }
+  void after(const void* context, std::string_view key, Seconds delay,
+             std::function<void()> action) override {
+    eventLoopTimers().after(context, key, hurried(delay), std::move(action));
+  }
+  void cancel(const void* context, std::string_view key) override {
+    eventLoopTimers().cancel(context, key);
+  }
+
+ private:
+  static Seconds hurried(Seconds time) { return time > Seconds(2) ? time : time / 6.0; }
 };
 
 /// The main window as the program makes it, offscreen, with the desktop's part scripted.
@@ -95,7 +104,7 @@ class ScreenTest : public testing::Test {
     const auto log = [this](const std::string& line) { note(line); };
     session_ = std::make_unique<EditingSession>(
         EditingServices{{engine, mainQueue(), globalQueue(), log, [] { return Image(); }},
-                        eventLoopTimers(),
+                        timers,
                         alerts,
                         defaults,
                         workspace,
@@ -104,8 +113,8 @@ class ScreenTest : public testing::Test {
                         [this] { ++terminations; },
                         [this] { ++shownInFront; }});
     controller_ = std::make_unique<MainWindowController>(
-        ScreenServices{*session_, mainQueue(), globalQueue(), eventLoopTimers(), center, alerts,
-                       panels, workspace, mainBundle(), log, temporary.path().string() + "/",
+        ScreenServices{*session_, mainQueue(), globalQueue(), timers, center, alerts, panels,
+                       workspace, mainBundle(), log, temporaryDirectory(),
                        [this] { center.post(notifications::kOpenPhotoFromMenuTapped); },
                        [this] { center.post(notifications::kClosePhotoFromMenuTapped); },
                        [this] { center.post(notifications::kSavePhotoFromMenuTapped); },
@@ -126,6 +135,7 @@ class ScreenTest : public testing::Test {
     EXPECT_TRUE(waitUntil(isGlobalQueueIdle));
   }
 
+  virtual std::string temporaryDirectory() const { return temporary.path().string() + "/"; }
   EditingSession& session() { return *session_; }
   MainScreenViewController& screen() { return *controller_->viewController(); }
   AppStoreWindow& window() { return *controller_->windowMain(); }
@@ -201,6 +211,7 @@ class ScreenTest : public testing::Test {
   ScratchFolder folder;
   ScratchFolder temporary;
   GatedEngine engine;
+  HurriedTimers timers;
   NotificationCenter center;
   ScriptedAlerts alerts;
   ScriptedPanels panels;

@@ -4,13 +4,16 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QTranslator>
 
 #include <string>
 
 #include "app/screen_fixture.h"
+#include "app/sheets/feedback_window_controller.h"
 #include "app/sheets/shortcuts_sheet.h"
 #include "app/sheets/tips_sheet.h"
 
@@ -60,8 +63,9 @@ class TranslationTest : public ScreenTest {
       if (text.isEmpty()) continue;
       ++count;
       const QRect room = widget->contentsRect();
-      const QRect needed = widget->fontMetrics().boundingRect(
-          room, Qt::TextShowMnemonic | (wraps ? Qt::TextWordWrap : Qt::TextSingleLine), text);
+      const int lines = wraps ? Qt::TextWordWrap : text.contains('\n') ? 0 : Qt::TextSingleLine;
+      const QRect needed =
+          widget->fontMetrics().boundingRect(room, Qt::TextShowMnemonic | lines, text);
       const std::string name = widget->objectName().toStdString() + ": " + text.toStdString();
       if (!showsFacts(*widget)) {
         EXPECT_TRUE(isTranslated(text)) << name;
@@ -123,6 +127,24 @@ TEST_F(TranslationTest, FitsInTheSheets) {
     tips.btnNextpageTapped();
   }
   tips.close();
+
+  // The form with all that it may say. The service is told the kind in its own words.
+  FeedbackServices services{.alerts = alerts, .panels = panels};
+  services.reachesNobody = true;
+  services.describe = [](const FeedbackForm&, const auto&) {};
+  FeedbackWindowController feedback(std::move(services), &window());
+  feedback.showSheet();
+  for (const char* name : {"btnFBSubmit", "linkSendFeedback"}) {
+    feedback.findChild<QPushButton*>(name)->click();
+  }
+  feedback.findChild<QWidget*>("lblFBWait")->show();
+  EXPECT_EQ(expectWholeTexts(feedback), 16);
+  EXPECT_TRUE(window().geometry().contains(feedback.geometry()));
+  auto& type = *feedback.findChild<QComboBox*>("btnFBType");
+  type.setCurrentIndex(1);
+  EXPECT_TRUE(isTranslated(type.currentText()));
+  EXPECT_EQ(feedback.form().type, "General Feedback");
+  feedback.close();
 
   const auto help = window().findChild<QMenuBar*>()->actions().back()->menu()->actions();
   help[1]->trigger();

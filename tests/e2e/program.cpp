@@ -15,20 +15,13 @@ constexpr int kSmallestMainWindow = 600;
 
 // "X=12\nY=34\nWIDTH=...": what xdotool prints of a window.
 int shellNumber(const std::string& text, const std::string& name) {
-  std::istringstream lines(text);
-  for (std::string line; std::getline(lines, line);) {
-    if (line.starts_with(name + "=")) return std::stoi(line.substr(name.size() + 1));
-  }
-  return 0;
+  const std::size_t at = ("\n" + text).find("\n" + name + "=");
+  return at == std::string::npos ? 0 : std::stoi(text.substr(at + name.size() + 1));
 }
 
 }  // namespace
 
-Program::Program(const VirtualDisplay& display, int scale)
-    : display_(display),
-      scale_(scale),
-      home_(folder_.file("home")),
-      temporary_(folder_.file("tmp")) {
+Program::Program(const VirtualDisplay& display, int scale) : display_(display), scale_(scale) {
   for (const char* name : {"home", "tmp", "run"}) {
     std::filesystem::create_directory(folder_.file(name));
     ::chmod(folder_.file(name).c_str(), 0700);
@@ -37,36 +30,32 @@ Program::Program(const VirtualDisplay& display, int scale)
 }
 
 void Program::start() {
-  const Environment environment{{"DISPLAY", display_.name()},
-                                {"WAYLAND_DISPLAY", ""},
-                                {"QT_QPA_PLATFORM", "xcb"},
-                                {"QT_SCALE_FACTOR", std::to_string(scale_)},
-                                {"HOME", home_},
-                                {"XDG_CONFIG_HOME", home_ + "/.config"},
-                                {"XDG_DATA_HOME", home_ + "/.local/share"},
-                                {"XDG_CACHE_HOME", home_ + "/.cache"},
-                                {"XDG_RUNTIME_DIR", folder_.file("run")},
-                                {"TMPDIR", temporary_},
-                                {"LC_ALL", "C.UTF-8"},
-                                {"DBUS_SESSION_BUS_ADDRESS", "disabled:"}};
-  process_ = std::make_unique<ChildProcess>(std::vector<std::string>{VELMARA_PROGRAM}, environment,
-                                            folder_.file("output"));
+  const std::string home = folder_.file("home");
+  process_ = std::make_unique<ChildProcess>(
+      std::vector<std::string>{VELMARA_PROGRAM},
+      std::vector<std::pair<std::string, std::string>>{{"DISPLAY", display_.name()},
+                                                       {"WAYLAND_DISPLAY", ""},
+                                                       {"QT_QPA_PLATFORM", "xcb"},
+                                                       {"QT_SCALE_FACTOR", std::to_string(scale_)},
+                                                       {"HOME", home},
+                                                       {"XDG_CONFIG_HOME", home + "/.config"},
+                                                       {"XDG_DATA_HOME", home + "/.local/share"},
+                                                       {"XDG_CACHE_HOME", home + "/.cache"},
+                                                       {"XDG_RUNTIME_DIR", folder_.file("run")},
+                                                       {"TMPDIR", temporary_},
+                                                       {"LC_ALL", "C.UTF-8"},
+                                                       {"DBUS_SESSION_BUS_ADDRESS", "disabled:"}},
+      folder_.file("output"));
   waitUntil([this] {
     windowId_ = findWindow();
-    return !windowId_.empty() || !process_->isRunning();
+    return hasWindow() || !process_->isRunning();
   });
 }
 
-void Program::startAgain() {
-  windowId_.clear();
-  start();
-}
-
 std::string Program::findWindow() const {
-  const std::string found =
+  std::istringstream ids(
       display_.ask({"xdotool", "search", "--onlyvisible", "--pid", std::to_string(process_->pid()),
-                    "--name", "^" + mainBundle().CFBundleName + "$"});
-  std::istringstream ids(found);
+                    "--name", "^" + mainBundle().CFBundleName + "$"}));
   for (std::string id; std::getline(ids, id);) {
     const std::string geometry = display_.ask({"xdotool", "getwindowgeometry", "--shell", id});
     if (shellNumber(geometry, "WIDTH") > kSmallestMainWindow) return id;
@@ -80,60 +69,14 @@ QRect Program::windowRect() const {
           shellNumber(text, "HEIGHT")};
 }
 
-const WindowPlan& Program::planFor(const QSize& size) const {
-  if (plan_ == nullptr || size != plannedSize_) {
-    plan_ = std::make_unique<WindowPlan>(size);
-    plannedSize_ = size;
-  }
-  return *plan_;
-}
-
-template <typename Part>
-QRect Program::onScreen(Part part) const {
-  const QRect window = windowRect();
-  const QRect inWindow = part(planFor(window.size() / scale_));
-  return {window.topLeft() + inWindow.topLeft() * scale_, inWindow.size() * scale_};
-}
-
-QRect Program::rectOf(const QString& view) const {
-  return onScreen([&](const WindowPlan& plan) { return plan.rectOf(view); });
-}
-
-QPoint Program::middleOf(const QString& view) const {
-  return rectOf(view).center();
-}
-
-QRect Program::previewArea() const {
-  return onScreen([](const WindowPlan& plan) { return plan.previewArea(); });
-}
-
-QRect Program::leftHalf() const {
-  return onScreen([](const WindowPlan& plan) { return plan.leftHalf(); });
-}
-
-QRect Program::rightHalf() const {
-  return onScreen([](const WindowPlan& plan) { return plan.rightHalf(); });
-}
-
-QRect Program::captions() const {
-  return onScreen([](const WindowPlan& plan) { return plan.captions(); });
-}
-
-void Program::click(const QString& view) const {
-  display_.click(middleOf(view));
-  display_.moveTo(rectOf(QStringLiteral("vwBottom")).center());
-}
-
 std::string Program::log() const {
-  return testing_support::contentsOf(logFilePath(home_, mainBundle().CFBundleName));
+  return testing_support::contentsOf(logFilePath(folder_.file("home"), mainBundle().CFBundleName));
 }
 
 int Program::timesLogged(const std::string& text) const {
   const std::string all = log();
   int times = 0;
-  for (std::size_t at = all.find(text); at != std::string::npos; at = all.find(text, at + 1)) {
-    ++times;
-  }
+  for (auto at = all.find(text); at != std::string::npos; at = all.find(text, at + 1)) ++times;
   return times;
 }
 
@@ -142,44 +85,35 @@ bool Program::waitForLog(const std::string& text, int times) const {
 }
 
 bool Program::openByKeyboard(const std::string& path) const {
-  display_.key("ctrl+o");
+  display_.keys({"ctrl+o"});
   if (!display_.waitForActive("Open Image")) return false;
   display_.type(path);
-  display_.key("Return");
-  return waitUntil([&] { return display_.activeTitle().find("Open Image") == std::string::npos; });
+  display_.keys({"Return"});
+  return display_.waitForActive("Open Image", false);
 }
 
 bool Program::saveByKeyboard(const std::string& path, const std::string& format) const {
-  display_.key("ctrl+s");
+  display_.keys({"ctrl+s"});
   return confirmSavePanel(path, format);
 }
 
 bool Program::confirmSavePanel(const std::string& path, const std::string& format,
-                               SavePanelAnswer answer) const {
-  const std::string panelTitle = "Save Image";
-  if (!display_.waitForActive(panelTitle)) return false;
-  display_.key("ctrl+a");
+                               bool replaces) const {
+  if (!display_.waitForActive("Save Image")) return false;
+  display_.keys({"ctrl+a"});
   display_.type(path);
   if (!format.empty()) display_.keys({"Tab", "Tab", "Tab", format});
   const std::string panel = display_.activeWindow();
-  display_.key("Return");
-  if (answer == SavePanelAnswer::kReplaces) {
+  display_.keys({"Return"});
+  if (replaces) {
     if (!waitUntil([&] { return display_.activeWindow() != panel; })) return false;
-    display_.key("alt+y");
+    display_.keys({"alt+y"});
   }
-  return waitUntil([&] { return display_.activeTitle().find(panelTitle) == std::string::npos; });
+  return display_.waitForActive("Save Image", false);
 }
 
-bool Program::isMainWindowActive() const {
-  return display_.activeWindow() == windowId_;
-}
-
-bool Program::waitForSheet() const {
-  return waitUntil([this] { return !isMainWindowActive(); });
-}
-
-bool Program::waitForMainWindow() const {
-  return waitUntil([this] { return isMainWindowActive(); });
+bool Program::waitForMainWindow(bool isActive) const {
+  return waitUntil([&] { return (display_.activeWindow() == windowId_) == isActive; });
 }
 
 }  // namespace velmara::e2e

@@ -3,12 +3,8 @@
 #include <QFile>
 #include <QtEndian>
 
-#include <array>
 #include <cstdint>
 #include <cstdlib>
-#include <poll.h>
-#include <unistd.h>
-#include <utility>
 
 #include "support/run_program.h"
 #include "support/tools.h"
@@ -17,7 +13,6 @@ namespace velmara::e2e {
 namespace {
 
 using testing_support::hasTool;
-using testing_support::runProgram;
 
 // The fields of an XWD file's header that are needed here, by their place.
 enum XwdField : std::size_t {
@@ -34,17 +29,6 @@ std::uint32_t fieldOf(const uchar* dump, XwdField field) {
   return qFromBigEndian<std::uint32_t>(dump + field * sizeof(std::uint32_t));
 }
 
-std::string readLine(int fd) {
-  std::string line;
-  pollfd waiting{fd, POLLIN, 0};
-  char letter = 0;
-  constexpr int kMilliseconds = 30'000;
-  while (::poll(&waiting, 1, kMilliseconds) > 0 && ::read(fd, &letter, 1) == 1 && letter != '\n') {
-    line += letter;
-  }
-  return line;
-}
-
 std::string number(int value) {
   return std::to_string(value);
 }
@@ -59,26 +43,28 @@ VirtualDisplay::VirtualDisplay(const QSize& size) {
   isReady_ = startServer(size) && startWindowManager();
 }
 
+// The server finds a free number itself and says it on its output.
 bool VirtualDisplay::startServer(const QSize& size) {
-  std::array<int, 2> ends{};
-  if (::pipe(ends.data()) != 0) return false;
-  const std::string screen = number(size.width()) + "x" + number(size.height()) + "x24";
+  const std::string output = folder_.file("server.log");
   server_ = std::make_unique<ChildProcess>(
-      std::vector<std::string>{"Xvfb", "-displayfd", number(ends[1]), "-screen", "0", screen,
-                               "-fbdir", folder_.path().string(), "-nolisten", "tcp", "-nocursor",
+      std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0",
+                               number(size.width()) + "x" + number(size.height()) + "x24", "-fbdir",
+                               folder_.path().string(), "-nolisten", "tcp", "-nocursor",
                                "-noreset"},
-      Environment{}, folder_.file("server.log"), ends[1]);
-  ::close(ends[1]);
-  name_ = ":" + readLine(ends[0]);
-  ::close(ends[0]);
-  return name_.size() > 1;
+      std::vector<std::pair<std::string, std::string>>{}, output);
+  return waitUntil([&] {
+    const std::string said = testing_support::contentsOf(output);
+    name_ = ":" + said.substr(0, said.find('\n'));
+    return said.find('\n') != std::string::npos;
+  });
 }
 
 bool VirtualDisplay::startWindowManager() {
-  windowManager_ = std::make_unique<ChildProcess>(
-      std::vector<std::string>{"openbox", "--sm-disable"},
-      Environment{{"DISPLAY", name_}, {"HOME", folder_.path().string()}},
-      folder_.file("openbox.log"));
+  windowManager_ =
+      std::make_unique<ChildProcess>(std::vector<std::string>{"openbox", "--sm-disable"},
+                                     std::vector<std::pair<std::string, std::string>>{
+                                         {"DISPLAY", name_}, {"HOME", folder_.path().string()}},
+                                     folder_.file("openbox.log"));
   return waitUntil([this] {
     return ask({"xprop", "-root", "_NET_SUPPORTING_WM_CHECK"}).find("window id") !=
            std::string::npos;
@@ -100,65 +86,24 @@ QImage VirtualDisplay::screen(const QRect& place) const {
 }
 
 std::string VirtualDisplay::ask(const std::vector<std::string>& words) const {
-  ::setenv("DISPLAY", name_.c_str(), 1);  // The test itself is offscreen and does not look at it.
-  return runProgram(words).output;
+  ::setenv("DISPLAY", name_.c_str(), 1);  // The test itself does not look at it.
+  return testing_support::runProgram(words).output;
 }
 
 void VirtualDisplay::moveTo(const QPoint& place) const {
   ask({"xdotool", "mousemove", number(place.x()), number(place.y())});
 }
 
-void VirtualDisplay::press(int button) const {
-  ask({"xdotool", "mousedown", number(button)});
-}
-
-void VirtualDisplay::release(int button) const {
-  ask({"xdotool", "mouseup", number(button)});
-}
-
-void VirtualDisplay::click(const QPoint& place, int button) const {
-  moveTo(place);
-  ask({"xdotool", "click", number(button)});
-}
-
-void VirtualDisplay::clickAll(const std::vector<QPoint>& places) const {
-  std::vector<std::string> words{"xdotool"};
-  for (const QPoint& place : places) {
-    words.insert(words.end(),
-                 {"mousemove", number(place.x()), number(place.y()), "click", number(1)});
-  }
-  ask(words);
-}
-
 void VirtualDisplay::dragTo(const QPoint& from, const QPoint& to, int steps) const {
   moveTo(from);
-  press();
+  ask({"xdotool", "mousedown", "1"});
   for (int step = 1; step <= steps; ++step) moveTo(from + (to - from) * step / steps);
-}
-
-void VirtualDisplay::turnWheel(int notches) const {
-  constexpr int kWheelUp = 4;
-  constexpr int kWheelDown = 5;
-  ask({"xdotool", "click", "--repeat", number(std::abs(notches)),
-       number(notches > 0 ? kWheelUp : kWheelDown)});
-}
-
-void VirtualDisplay::key(const std::string& keys) const {
-  ask({"xdotool", "key", keys});
 }
 
 void VirtualDisplay::keys(const std::vector<std::string>& keys) const {
   std::vector<std::string> words{"xdotool", "key"};
   words.insert(words.end(), keys.begin(), keys.end());
   ask(words);
-}
-
-void VirtualDisplay::keyDown(const std::string& key) const {
-  ask({"xdotool", "keydown", key});
-}
-
-void VirtualDisplay::keyUp(const std::string& key) const {
-  ask({"xdotool", "keyup", key});
 }
 
 void VirtualDisplay::type(const std::string& text) const {
@@ -171,12 +116,11 @@ std::string VirtualDisplay::activeWindow() const {
   return number;
 }
 
-std::string VirtualDisplay::activeTitle() const {
-  return ask({"xdotool", "getactivewindow", "getwindowname"});
-}
-
-bool VirtualDisplay::waitForActive(const std::string& title) const {
-  return waitUntil([&] { return activeTitle().find(title) != std::string::npos; });
+bool VirtualDisplay::waitForActive(const std::string& title, bool isActive) const {
+  return waitUntil([&] {
+    const std::string active = ask({"xdotool", "getactivewindow", "getwindowname"});
+    return (active.find(title) != std::string::npos) == isActive;
+  });
 }
 
 }  // namespace velmara::e2e

@@ -33,30 +33,19 @@ class VirtualDisplay {
 
   // Mouse and keys, as a hand would use them.
   void moveTo(const QPoint& place) const;
-  void press(int button = 1) const;
-  void release(int button = 1) const;
-  void click(const QPoint& place, int button = 1) const;
-  /// One after another, as fast as it goes.
-  void clickAll(const std::vector<QPoint>& places) const;
+  void release() const { ask({"xdotool", "mouseup", "1"}); }
   /// Presses at one place and moves on to another by small steps; the button stays down.
   void dragTo(const QPoint& from, const QPoint& to, int steps = 8) const;
-  /// Notches away from the hand, or towards it below 0.
-  void turnWheel(int notches) const;
-  /// Keys by name, "ctrl+o" or "Return".
-  void key(const std::string& keys) const;
+  /// Keys by name, one after another: "ctrl+o" or "Return".
   void keys(const std::vector<std::string>& keys) const;
-  void keyDown(const std::string& key) const;
-  void keyUp(const std::string& key) const;
   void type(const std::string& text) const;
 
   /// What a tool that works on this display prints.
   std::string ask(const std::vector<std::string>& words) const;
   /// The window that has the keyboard, by its number; empty for none.
   std::string activeWindow() const;
-  /// The title of the window that has the keyboard.
-  std::string activeTitle() const;
-  /// Waits until that title is, or holds, a text.
-  bool waitForActive(const std::string& title) const;
+  /// Waits until its title holds a text.
+  bool waitForActive(const std::string& title, bool isActive = true) const;
 
  private:
   bool startServer(const QSize& size);

@@ -148,7 +148,6 @@ class EditingTest : public testing::Test {
   Bitmap region = grayPicture(120, 100);
   float zoom = 1.0F;
   Size shown{200, 150};
-  bool previews = true;
   bool isSheetShown = false;
   bool isPanelShown = false;
   bool isBarShown = false;
@@ -161,30 +160,29 @@ class EditingTest : public testing::Test {
   void connectWindow() {
     EditingSession* edit = session.get();
     using Session = EditingSession;
-    const auto tell = [this, edit](auto signal, const char* words) {
-      QObject::connect(edit, signal, edit, [this, words] { told.emplace_back(words); });
+    const auto on = [edit](auto signal, auto action) {
+      QObject::connect(edit, signal, edit, action);
+    };
+    const auto tell = [this, on](auto signal, const char* words) {
+      on(signal, [this, words] { told.emplace_back(words); });
     };
     tell(&Session::photoForgotten, "empty");
     tell(&Session::photoOpened, "opened");
     tell(&Session::previewResultDropped, "dropped");
     tell(&Session::exportButtonReleased, "export off");
     tell(&Session::closeButtonReleased, "close off");
-    QObject::connect(edit, &Session::photoLoaded, edit, [this] {
-      if (previews) mainQueue.async([this] { requestPreview(); });
-    });
-    QObject::connect(edit, &Session::photoSaved, edit,
-                     [this](const std::string& path) { told.push_back("saved " + path); });
-    QObject::connect(edit, &Session::previewFinished, edit, [this](const Image& result) {
+    on(&Session::photoLoaded, [this] { mainQueue.async([this] { requestPreview(); }); });
+    on(&Session::previewFinished, [this](const Image& result) {
       told.emplace_back("result");
       results.push_back(result);
     });
-    QObject::connect(edit, &Session::saveChangesAsked, edit, [this](const std::string& header) {
+    on(&Session::saveChangesAsked, [this](const std::string& header) {
       told.push_back(header);
       isSheetShown = true;
     });
-    QObject::connect(edit, &Session::saveChangesAnswered, edit, [this] { isSheetShown = false; });
-    QObject::connect(edit, &Session::savePanelShown, edit, [this] { isPanelShown = true; });
-    QObject::connect(edit, &Session::savePanelClosed, edit, [this] {
+    on(&Session::saveChangesAnswered, [this] { isSheetShown = false; });
+    on(&Session::savePanelShown, [this] { isPanelShown = true; });
+    on(&Session::savePanelClosed, [this] {
       if (isPanelShown) savePanel({});
     });
     const RunState* run = &edit->runState();

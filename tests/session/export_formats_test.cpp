@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,59 +12,46 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-constexpr const char* kJpeg = "JPEG (*.jpg)";
-constexpr const char* kTiff = "Tiff (*.tiff)";
-constexpr const char* kBmp = "BMP (*.bmp)";
-constexpr const char* kGif = "GIF (*.gif)";
-constexpr const char* kPng = "PNG (*.png)";
-
 TEST(ExportFormatsTest, ThePhotosOwnFormatComesFirst) {
   struct Case {
     Strings extensions;
-    Strings formats;
-    Strings titles;
+    const char* own;
+    Strings others;
   };
   const Case cases[] = {
-      {{"png", "PNG"}, {"png", "jpeg", "tiff", "bmp", "gif"}, {kPng, kJpeg, kTiff, kBmp, kGif}},
-      {{"jpeg", "JPEG"}, {"jpeg", "tiff", "bmp", "gif", "png"}, {kJpeg, kTiff, kBmp, kGif, kPng}},
-      {{"jpg", "JPG"}, {"jpg", "tiff", "bmp", "gif", "png"}, {kJpeg, kTiff, kBmp, kGif, kPng}},
-      {{"bmp", "BMP"}, {"bmp", "jpeg", "tiff", "gif", "png"}, {kBmp, kJpeg, kTiff, kGif, kPng}},
-      {{"tiff", "TIFF"}, {"tiff", "jpeg", "bmp", "gif", "png"}, {kTiff, kJpeg, kBmp, kGif, kPng}},
-      {{"gif", "GIF"}, {"gif", "jpeg", "tiff", "bmp", "png"}, {kGif, kJpeg, kTiff, kBmp, kPng}},
-      {{"Jpg", "Png", "tif", "webp", "", " png"},
-       {"jpeg", "tiff", "bmp", "gif", "png"},
-       {kJpeg, kTiff, kBmp, kGif, kPng}},
+      {{"png", "PNG"}, "png", {"jpeg", "tiff", "bmp", "gif"}},
+      {{"jpeg", "JPEG"}, "jpeg", {"tiff", "bmp", "gif", "png"}},
+      {{"jpg", "JPG"}, "jpg", {"tiff", "bmp", "gif", "png"}},
+      {{"bmp", "BMP"}, "bmp", {"jpeg", "tiff", "gif", "png"}},
+      {{"tiff", "TIFF"}, "tiff", {"jpeg", "bmp", "gif", "png"}},
+      {{"gif", "GIF"}, "gif", {"jpeg", "tiff", "bmp", "png"}},
+      {{"Jpg", "Png", "tif", "webp", "", " png"}, "jpeg", {"tiff", "bmp", "gif", "png"}}};
+  struct Offer {
+    const char* title;
+    FileFormat writer;
   };
+  const std::map<std::string, Offer> offers{
+      {"jpeg", {"JPEG (*.jpg)", FileFormat::jpeg}},  {"jpg", {"JPEG (*.jpg)", FileFormat::jpeg}},
+      {"tiff", {"Tiff (*.tiff)", FileFormat::tiff}}, {"bmp", {"BMP (*.bmp)", FileFormat::bmp}},
+      {"gif", {"GIF (*.gif)", FileFormat::gif}},     {"png", {"PNG (*.png)", FileFormat::png}}};
   for (const Case& c : cases) {
+    Strings expected = c.others;
+    expected.insert(expected.begin(), c.own);
     for (const std::string& extension : c.extensions) {
-      EXPECT_EQ(exportFormatsFor(extension), (ExportFormats{c.formats, c.titles})) << extension;
+      const ExportFormats formats = exportFormatsFor(extension);
+      EXPECT_EQ(formats.arrformatsSupportedByIM, expected) << extension;
+      ASSERT_EQ(formats.titles.size(), expected.size());
+      for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(formats.titles[i], offers.at(expected[i]).title);
+        EXPECT_EQ(allowedTypesAt(formats, i), Strings{expected[i]});
+        EXPECT_EQ(writerFor(expected[i]), offers.at(expected[i]).writer);
+        const bool isJpeg = expected[i].starts_with("jp");
+        EXPECT_EQ(titleHasQuality(formats.titles[i]), isJpeg);
+        EXPECT_EQ(formatHasQuality(expected[i]), isJpeg);
+      }
+      EXPECT_TRUE(allowedTypesAt(formats, expected.size()).empty());
     }
   }
-}
-
-TEST(ExportFormatsTest, QualityBelongsToJpegAlone) {
-  for (const char* extension : {"jpg", "JPEG", "webp"}) {
-    EXPECT_TRUE(titleHasQuality(exportFormatsFor(extension).titles.front())) << extension;
-  }
-  for (const char* extension : {"png", "TIFF", "bmp", "GIF"}) {
-    EXPECT_FALSE(titleHasQuality(exportFormatsFor(extension).titles.front())) << extension;
-  }
-  for (const char* format : {"jpg", "jpeg"}) EXPECT_TRUE(formatHasQuality(format));
-  for (const char* format : {"png", "tiff", "bmp", "gif", ""}) {
-    EXPECT_FALSE(formatHasQuality(format)) << format;
-  }
-}
-
-TEST(ExportFormatsTest, EveryOfferHasItsTypeAndItsWriter) {
-  const ExportFormats formats = exportFormatsFor("JPG");
-  const FileFormat writers[] = {FileFormat::jpeg, FileFormat::tiff, FileFormat::bmp,
-                                FileFormat::gif, FileFormat::png};
-  for (std::size_t i = 0; i < formats.titles.size(); ++i) {
-    const Strings types = allowedTypesAt(formats, i);
-    ASSERT_EQ(types.size(), 1U);
-    EXPECT_EQ(writerFor(types.front()), writers[i]);
-  }
-  EXPECT_TRUE(allowedTypesAt(formats, 5).empty());
   EXPECT_EQ(writerFor("JPEG"), FileFormat::jpeg);
   for (const char* unknown : {"Jpg", "Png", "tif", "webp", "", "jpeg "}) {
     EXPECT_FALSE(writerFor(unknown)) << unknown;
@@ -76,17 +65,15 @@ TEST(ExportFormatsTest, TheChosenPathsExtensionDecides) {
     ExportChoice choice;
     std::optional<FileFormat> writer;
   };
-  const Case cases[] = {
-      {"png", "png", {"png", 0}, FileFormat::png},
-      {"png", "tiff", {"tiff", 2}, FileFormat::tiff},
-      {"JPG", "", {"jpg", 0}, FileFormat::jpeg},
-      {"JPEG", "", {"jpeg", 0}, FileFormat::jpeg},
-      {"jpg", "xyz", {"jpg", 0}, FileFormat::jpeg},
-      {"jpg", "PNG", {"jpg", 0}, FileFormat::jpeg},
-      // A list without "jpg" has no place for what it does not hold.
-      {"png", "jpg", {"jpg", std::nullopt}, std::nullopt},
-      {"webp", "", {"jpg", std::nullopt}, std::nullopt},
-  };
+  const Case cases[] = {{"png", "png", {"png", 0}, FileFormat::png},
+                        {"png", "tiff", {"tiff", 2}, FileFormat::tiff},
+                        {"JPG", "", {"jpg", 0}, FileFormat::jpeg},
+                        {"JPEG", "", {"jpeg", 0}, FileFormat::jpeg},
+                        {"jpg", "xyz", {"jpg", 0}, FileFormat::jpeg},
+                        {"jpg", "PNG", {"jpg", 0}, FileFormat::jpeg},
+                        // A list without "jpg" has no place for what it does not hold.
+                        {"png", "jpg", {"jpg", std::nullopt}, std::nullopt},
+                        {"webp", "", {"jpg", std::nullopt}, std::nullopt}};
   for (const Case& c : cases) {
     const ExportFormats formats = exportFormatsFor(c.photo);
     const ExportChoice choice = exportChoice(formats, c.chosen, c.photo);

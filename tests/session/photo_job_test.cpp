@@ -63,7 +63,6 @@ class CopyingEngine final : public DenoiseEngine {
   Image denoise(const Image& image, const FilterParameters& parameters,
                 const RunWatch& watch) const override {
     filtered.push_back(parameters);
-    sizes.push_back(image.size());
     if (before) before();
     if (watch.control != nullptr && watch.control->isCancelled()) return {};
     if (watch.awaitRows && !watch.awaitRows(image.bitmap().height())) return {};
@@ -78,16 +77,14 @@ class CopyingEngine final : public DenoiseEngine {
     measured.push_back(image.size());
     return 40.0;
   }
-  std::int64_t processingSpeed(const Image&, const FilterParameters& parameters,
-                               JobControl*) const override {
-    calibrated.push_back(parameters);
+  std::int64_t processingSpeed(const Image&, const FilterParameters&, JobControl*) const override {
     return 400'000;
   }
 
   bool gives = true;
   std::function<void()> before;
-  mutable std::vector<FilterParameters> filtered, calibrated;
-  mutable std::vector<Size> sizes, measured;
+  mutable std::vector<FilterParameters> filtered;
+  mutable std::vector<Size> measured;
 };
 
 class PhotoJobTest : public testing::Test {
@@ -100,7 +97,6 @@ class PhotoJobTest : public testing::Test {
     return request;
   }
   PhotoJobResult run(const PhotoJobRequest& request) {
-    JobControl control;
     return runPhotoJob(request, services, control);
   }
   static LoadedPhoto loaded(const std::string& path) {
@@ -111,14 +107,9 @@ class PhotoJobTest : public testing::Test {
   std::string lookOf(const std::string& name) const {
     return outputOf({"identify", "-format", "%m %wx%h", folder.file(name)});
   }
-  std::vector<int> colourAt(const std::string& path, int x, int y) const {
-    const auto image = readImage(path);
-    EXPECT_TRUE(image.ok());
-    const std::uint8_t* p = image->bitmap().pixel(x, y);
-    return {p[0], p[1], p[2]};
-  }
 
   ScratchFolder folder;
+  JobControl control;
   CopyingEngine engine;
   PhotoJobServices services{engine, mainQueue(), globalQueue(), [](const std::string&) {},
                             [] { return Image(); }};
@@ -128,26 +119,17 @@ TEST_F(PhotoJobTest, WritesEveryFormatUprightAndWhole) {
   const std::string photo = photoIn(folder, "side.png");
   const std::string expected = folder.file("expected.png");
   outputOf({"convert", photo, "-rotate", "90", expected});
-  const struct {
-    const char* format;
-    const char* look;
-    bool isExact;
-  } rows[] = {{"jpeg", "JPEG 160x240", false},
-              {"tiff", "TIFF 160x240", true},
-              {"bmp", "BMP 160x240", true},
-              {"gif", "GIF 160x240", true},
-              {"png", "PNG 160x240", true}};
-  for (const auto& row : rows) {
-    const std::string name = std::string("out.") + row.format;
-    const auto result = run(exportOf(photo, *writerFor(row.format), folder.file(name)));
+  for (const std::string format : {"jpeg", "tiff", "bmp", "gif", "png"}) {
+    const auto result = run(exportOf(photo, *writerFor(format), folder.file("out." + format)));
     ASSERT_EQ(result.end, End::finished) << result.reason;
     EXPECT_EQ(result.writtenWidth, 160);
     EXPECT_EQ(result.psnrOfRealImage, 40.0F);
-    EXPECT_EQ(lookOf(name), row.look);
-    if (!row.isExact) continue;
+    std::string look = lookOf("out." + format);
+    std::ranges::transform(look, look.begin(), ::tolower);
+    EXPECT_EQ(look, format + " 160x240");
     const auto compared =
-        runProgram({"compare", "-metric", "AE", expected, folder.file(name), "null:"});
-    EXPECT_EQ(compared.errors, "0") << row.format;
+        runProgram({"compare", "-metric", "AE", expected, folder.file("out." + format), "null:"});
+    EXPECT_EQ(compared.errors == "0", format != "jpeg") << format << compared.errors;
   }
   EXPECT_THAT(outputOf({"exiv2", "-PEkv", folder.file("out.tiff")}), HasSubstr("Kamera"));
 }
@@ -220,9 +202,10 @@ TEST_F(PhotoJobTest, ReplacesTheOpenedPhotoAndKnowsItAfterwards) {
   EXPECT_EQ(engine.filtered.size(), 1U);
   for (const char* name : {"side.png", "again.png"}) {
     EXPECT_EQ(lookOf(name), "PNG 160x240");
-    EXPECT_EQ(colourAt(folder.file(name), 20, 20), (std::vector<int>{0x20, 0x40, 0xd0}));
-    EXPECT_EQ(colourAt(folder.file(name), 140, 20), (std::vector<int>{0xd0, 0x20, 0x10}));
-    EXPECT_EQ(colourAt(folder.file(name), 140, 220), (std::vector<int>{0x10, 0xc0, 0x30}));
+    const auto image = readImage(folder.file(name));
+    ASSERT_TRUE(image);
+    const struct { int x, y, red; } corners[] = {{20, 20, 0x20}, {140, 20, 0xd0}, {140, 220, 0x10}};
+    for (const auto& c : corners) EXPECT_EQ(image->bitmap().pixel(c.x, c.y)[0], c.red) << name;
   }
   const auto refused = run(again);
   EXPECT_EQ(refused.end, End::failed);
@@ -240,32 +223,6 @@ TEST_F(PhotoJobTest, AnOpenPhotoMayVanish) {
     EXPECT_EQ(lookOf("out.png"), "PNG 160x240");
     EXPECT_TRUE(result.photo.image.isValid());
   }
-}
-
-TEST_F(PhotoJobTest, APreviewFiltersItsRegionByTheWholePhotosNoise) {
-  PhotoJobRequest request;
-  request.photo = loaded(photoIn(folder, "photo.png"));
-  const std::vector<std::uint8_t> gray(std::size_t{120} * 100 * 3, 90);
-  request.region = Image(Bitmap::copyOf(gray, 120, 100, 3));
-  request.currentZooomFactor = 0.5F;
-  const auto result = run(request);
-  ASSERT_EQ(result.end, End::finished) << result.reason;
-  EXPECT_EQ(engine.measured, (std::vector<Size>{{240, 160}}));
-  EXPECT_EQ(engine.sizes, (std::vector<Size>{{120, 100}}));
-  EXPECT_EQ(result.image.size(), (Size{120, 100}));
-  // 0.9 x 40 dB: sigma 5, no bonus of an export.
-  EXPECT_EQ(result.parameters, (FilterParameters{5, 3, 7}));
-  request.psnrOfRealImage = result.psnrOfRealImage;
-  run(request);
-  EXPECT_EQ(engine.measured.size(), 1U);
-
-  request.region =
-      Image(Bitmap::copyOf(std::span(gray).first(std::size_t{99} * 100 * 3), 99, 100, 3));
-  const auto small = run(request);
-  EXPECT_EQ(small.end, End::finished);
-  EXPECT_EQ(small.parameters, std::nullopt);
-  EXPECT_EQ(small.image.size(), (Size{99, 100}));
-  EXPECT_EQ(engine.filtered.size(), 2U);
 }
 
 TEST_F(PhotoJobTest, ADeepPreviewShowsWhatTheExportGives) {
@@ -302,51 +259,29 @@ TEST_F(PhotoJobTest, ADeepPreviewShowsWhatTheExportGives) {
   EXPECT_TRUE(engine.measured.empty() && engine.filtered.empty());
 }
 
-TEST_F(PhotoJobTest, MeasuresTheSpeedAsTheSessionDoes) {
-  PhotoJobRequest request;
-  request.photo = loaded(photoIn(folder, "photo.png"));
-  request.calibrates = true;
-  request.psnrOfRealImage = 40.0F;
-  request.mode = DenoiseMode::manual(10);
-  EXPECT_EQ(run(request).pixelsProcessRate, 400'000);
-  request.pixelsProcessRate = 7;
-  const auto exported = run(request);
-  EXPECT_EQ(exported.mapping.baseSigmaValue, 3.0F);
-  request.region = request.photo->image;
-  EXPECT_EQ(run(request).pixelsProcessRate, 7);
-  EXPECT_EQ(engine.calibrated,
-            (std::vector<FilterParameters>{kFirstCalibration, FilterParameters{11, 4, 11}}));
-}
-
 TEST_F(PhotoJobTest, FailuresSayWhichStepAndWhyAndLeaveNothing) {
   const std::string photo = photoIn(folder, "side.png");
   testing_support::writeFile(folder.file("notes.png"), "no picture");
   std::filesystem::create_directory(folder.file("folder.png"));
   const std::string before = contentsOf(photo);
   const std::string out = folder.file("out.png");
+  constexpr auto kPng = FileFormat::png;
   const struct {
     std::string input, target;
     std::optional<FileFormat> format;
-    std::function<void()> duringFilter;
     PhotoStep step;
     const char* reason;
+    std::function<void()> duringFilter = {};
   } rows[] = {
-      {folder.file("notes.png"), out, FileFormat::png, {}, PhotoStep::load, "not a picture"},
-      {photo,
-       folder.file("missing/out.png"),
-       FileFormat::png,
-       {},
-       PhotoStep::write,
-       "No such file"},
-      {photo, folder.file("folder.png"), FileFormat::png, {}, PhotoStep::write, "not an ordinary"},
-      {photo, photo + "/out.png", FileFormat::jpeg, {}, PhotoStep::write, "Not a directory"},
-      {photo, out, std::nullopt, {}, PhotoStep::load, "unknown format"},
-      {photo, out, FileFormat::png, [this] { engine.gives = false; }, PhotoStep::filter,
-       "could not be filtered"},
-      {photo, out, FileFormat::png, [] { throw std::bad_alloc(); }, PhotoStep::filter,
-       "not enough memory"},
-      {photo, out, FileFormat::jpeg, [] { throw std::runtime_error("broken"); }, PhotoStep::filter,
-       "broken"},
+      {folder.file("notes.png"), out, kPng, PhotoStep::load, "not a picture"},
+      {photo, folder.file("missing/out.png"), kPng, PhotoStep::write, "No such file"},
+      {photo, folder.file("folder.png"), kPng, PhotoStep::write, "not an ordinary"},
+      {photo, photo + "/out.png", FileFormat::jpeg, PhotoStep::write, "Not a directory"},
+      {photo, out, std::nullopt, PhotoStep::load, "unknown format"},
+      {photo, out, kPng, PhotoStep::filter, "could not be", [this] { engine.gives = false; }},
+      {photo, out, kPng, PhotoStep::filter, "not enough memory", [] { throw std::bad_alloc(); }},
+      {photo, out, FileFormat::jpeg, PhotoStep::filter, "broken",
+       [] { throw std::runtime_error("broken"); }},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.target + row.reason);
@@ -405,11 +340,9 @@ TEST_F(PhotoJobTest, EndsInOneCallOnTheMainThreadWhateverHappens) {
 }
 
 TEST_F(PhotoJobTest, ACancelledJobDoesNothingMore) {
-  JobControl control;
   control.cancel();
   const auto result =
-      runPhotoJob(exportOf(photoIn(folder, "p.png"), FileFormat::png, folder.file("out.png")),
-                  services, control);
+      run(exportOf(photoIn(folder, "p.png"), FileFormat::png, folder.file("out.png")));
   EXPECT_EQ(result.end, End::cancelled);
   EXPECT_TRUE(engine.measured.empty());
   EXPECT_FALSE(loadPixels(openPhoto(folder.file("p.png")).value(), &control));

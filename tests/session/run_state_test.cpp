@@ -1,12 +1,15 @@
+// A run, what it takes away meanwhile, and its bar.
 #include "session/run_state.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "session/progress_estimate.h"
 #include "support/manual_time.h"
 
 namespace velmara {
@@ -14,27 +17,59 @@ namespace {
 
 using Events = std::vector<std::string>;
 
+TEST(EstimateTest, DividesInWholeNumbers) {
+  struct Case {
+    std::int64_t width, height, rate;
+    bool isExportingPhoto;
+    double expected;
+  };
+  const Case cases[] = {
+      {1000, 800, 400'000, false, 2.0},  {1000, 800, 400'000, true, 4.0},
+      {1000, 800, 400'001, false, 1.0},  {1000, 800, 266'667, false, 2.0},
+      {100, 100, 1'000'000, false, 1.0}, {100, 100, 1'000'000, true, 3.0},
+      {1000, 800, 0, false, 1.0},        {1000, 800, -5, true, 3.0},
+      {100'000, 50'000, 1, false, 5e9},  // beyond 32 bits
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(estimatedCompletionTime(c.width, c.height, c.rate, c.isExportingPhoto), c.expected)
+        << c.width << " x " << c.height << " at " << c.rate;
+  }
+}
+
+TEST(FinishWalkTest, StepsToTheEndAtOnce) {
+  struct Case {
+    double counter, estimate;
+    std::vector<double> expected;
+  };
+  const Case cases[] = {
+      {0.0, 1.0, {0, 1}},    {0.97, 1.0, {0, 1}},       // the counter counts whole
+      {2.4, 4.0, {2, 3, 4}}, {95.0, 100.0, {97, 100}},  // steps of 3, each shown 2 further on
+      {0.0, 0.0, {0}},                                  // nothing has run yet
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(finishWalk(c.counter, c.estimate), c.expected) << c.counter << " of " << c.estimate;
+  }
+  EXPECT_LE(finishWalk(0.0, 1e9).size(), 51U);
+}
+
 class RunStateTest : public testing::Test {
  protected:
   RunStateTest() {
-    connectTo(state);
-    state.reset();
-  }
-
-  void connectTo(RunState& run) {
-    QObject::connect(&run, &RunState::controlsChanged, &run,
-                     [this](const ControlStates& states) { controls = states; });
-    QObject::connect(&run, &RunState::progressShown, &run, [this](double maximum) {
+    const auto on = [this](auto signal, auto action) {
+      QObject::connect(&state, signal, &state, action);
+    };
+    on(&RunState::controlsChanged, [this](const ControlStates& states) { controls = states; });
+    on(&RunState::progressShown, [this](double maximum) {
       record("bar of " + std::to_string(static_cast<int>(maximum)));
       isBarShown = true;
       barValues.clear();
     });
-    QObject::connect(&run, &RunState::progressChanged, &run,
-                     [this](double value) { barValues.push_back(value); });
-    QObject::connect(&run, &RunState::progressHidden, &run, [this] { isBarShown = false; });
-    QObject::connect(&run, &RunState::defaultModeEntered, &run, [this] { record("default mode"); });
-    QObject::connect(&run, &RunState::runEnded, &run, [this] { record("run ended"); });
-    QObject::connect(&run, &RunState::settled, &run, [this] { record("settled"); });
+    on(&RunState::progressChanged, [this](double value) { barValues.push_back(value); });
+    on(&RunState::progressHidden, [this] { isBarShown = false; });
+    on(&RunState::defaultModeEntered, [this] { record("default mode"); });
+    on(&RunState::runEnded, [this] { record("run ended"); });
+    on(&RunState::settled, [this] { record("settled"); });
+    state.reset();
   }
   void record(const std::string& event) { events.push_back(event); }
   Events takeEvents() { return std::exchange(events, {}); }
@@ -121,9 +156,6 @@ TEST_F(RunStateTest, TheBarTakesFiftyStepsAndWaitsBeforeTheEnd) {
   EXPECT_GE(barValues.back(), 2.0);
   EXPECT_EQ(state.progressTimeCounter(), 2.0);
   EXPECT_TRUE(std::ranges::is_sorted(barValues.end() - 2, barValues.end()));
-}
-
-TEST_F(RunStateTest, ASecondEstimateStartsTheBarAnew) {
   state.denoisingProcessStarted();
   state.startProgress(2.0);
   time.advance(1.0);
@@ -142,9 +174,6 @@ TEST_F(RunStateTest, OnlyTheLastOfSeveralZoomsSettles) {
   EXPECT_EQ(takeEvents(), Events{"settled"});
   time.advance(5.0);
   EXPECT_EQ(takeEvents(), Events{});
-}
-
-TEST_F(RunStateTest, StoppingTheTimerReturnsToTheDefaultMode) {
   state.startTimerEvent();
   state.stopTimerEvent();
   EXPECT_EQ(takeEvents(), Events{"default mode"});

@@ -3,10 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QImage>
 #include <QPainter>
 #include <QTest>
 
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -20,14 +20,63 @@ namespace {
 
 using testing_support::ManualTime;
 using testing_support::rendered;
+using Extents = std::vector<double>;
 
-class Picture : public QWidget {
- public:
- protected:
-  void paintEvent(QPaintEvent* /*event*/) override { QPainter(this).fillRect(rect(), Qt::white); }
-};
+SplitFrames sideBySide(const Extents& widths, double height = 50) {
+  SplitFrames split;
+  double x = 0;
+  for (const double width : widths) {
+    split.frames.emplace_back(x, 0, width, height);
+    x += width + 6;
+  }
+  return split;
+}
 
-// The split line as the main screen uses it, over a picture.
+SplitFrames turned(const SplitFrames& split) {
+  SplitFrames result{{}, false};
+  for (const QRectF& frame : split.frames) {
+    result.frames.emplace_back(frame.y(), frame.x(), frame.height(), frame.width());
+  }
+  return result;
+}
+
+TEST(SplitGeometryTest, AChangeOfSizeIsGivenByPriority) {
+  using Map = std::map<int, int>;
+  const std::map<int, double> lengths{{0, 20.0}, {1, 50.0}};
+  const Extents three{100, 100, 60};
+  const struct {
+    Extents before;
+    Map priorities;
+    double change;
+    Extents expected;
+  } rows[] = {
+      {three, Map{{0, 0}, {1, 1}}, 40, {140, 100, 60}},
+      {three, Map{{0, 1}, {1, 0}}, 40, {100, 140, 60}},
+      {three, Map{{7, 0}, {-3, 2}}, 40, {100, 100, 100}},  // The lowest number first.
+      {three, Map{{0, 0}, {1, 1}}, -30, {70, 100, 60}},
+      {three, Map{{0, 0}, {1, 1}}, -100, {20, 80, 60}},  // The rest is passed on.
+      {three, Map{{0, 0}, {1, 1}, {2, 2}}, -160, {20, 50, 30}},
+      {three, Map{{0, 0}, {1, 1}, {2, 2}}, -999, {20, 50, 0}},    // Nobody takes the rest.
+      {three, Map{{0, 5}, {1, -1}, {2, 1}}, 10, {100, 110, 60}},  // Indices of no subview.
+      {three, Map{}, 40, three},
+      {{5, 100}, Map{{0, 0}, {1, 1}}, -10, {5, 90}},  // Below its minimum it does not grow.
+  };
+  for (const auto& row : rows) {
+    const SplitFrames before = sideBySide(row.before);
+    const QSizeF oldSize(272, 50);
+    const QSizeF newSize(272 + row.change, 80);
+    const auto resized = [&](const SplitFrames& split, const QSizeF& from, const QSizeF& to) {
+      return resizedByPriority(split, from, to, 6, row.priorities, lengths).frames;
+    };
+    const SplitFrames after = sideBySide(row.expected, 80);
+    EXPECT_EQ(resized(before, oldSize, newSize), after.frames) << row.change;
+    EXPECT_EQ(resized(turned(before), oldSize.transposed(), newSize.transposed()),
+              turned(after).frames)
+        << row.change;
+  }
+}
+
+// The split line as the main screen uses it, over a white picture.
 class SplitViewTest : public testing::Test {
  protected:
   SplitViewTest() {
@@ -38,44 +87,34 @@ class SplitViewTest : public testing::Test {
     center.addObserver(window, notifications::kSpliviewPositionMoved,
                        [this](const Notification& notification) {
                          EXPECT_FALSE(notification.object.has_value());
-                         heard.push_back(splitView.positionOfDividerAtIndex(0));
+                         heard.push_back(position());
                        });
     window.resize(400, 200);
     picture.resize(400, 200);
+    picture.lower();
     splitView.setDelegate(&delegate);
     splitView.setFrame(QRect(50, 0, 300, 200));
-    splitView.raise();
     window.show();
     heard.clear();
   }
 
   void drag(int from, int to) {
     QTest::mousePress(&splitView, Qt::LeftButton, {}, QPoint(from, 100));
-    QTest::mouseMove(&splitView, QPoint((from + to) / 2, 100));
     // The offscreen platform moves no pointer, so the event says which button is held.
     QMouseEvent move(QEvent::MouseMove, QPointF(to, 100), splitView.mapToGlobal(QPointF(to, 100)),
                      Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&splitView, &move);
     QTest::mouseRelease(&splitView, Qt::LeftButton, {}, QPoint(to, 100));
   }
-  double position() { return splitView.positionOfDividerAtIndex(0); }
-
-  // What shows in the split view's place: the line over the white picture.
-  QImage shown(int scale = 1) {
-    const QRect place = splitView.geometry();
-    return rendered(window, scale).copy(QRect(place.topLeft() * scale, place.size() * scale));
-  }
+  double position(int index = 0) { return splitView.positionOfDividerAtIndex(index); }
 
   NotificationCenter center;
   ManualTime time;
   QWidget window;
-  Picture picture;
+  QWidget picture{&window};
   CustomSplitViewDelegate delegate{center};
   CustomizedSplitView splitView{&window, time, time};
   std::vector<double> heard;
-
- private:
-  bool placed_ = (picture.setParent(&window), true);
 };
 
 TEST_F(SplitViewTest, TheLineFollowsTheDragWithinItsLimits) {
@@ -93,40 +132,34 @@ TEST_F(SplitViewTest, TheLineFollowsTheDragWithinItsLimits) {
     drag(row.from, row.to);
     EXPECT_EQ(position(), row.expected) << row.from << " to " << row.to;
   }
+  EXPECT_EQ(window.childAt(QPoint(203, 100)), &splitView);
+  for (const int x : {60, 198, 207, 340}) EXPECT_EQ(window.childAt(QPoint(x, 100)), &picture) << x;
+  // On the last point it stays inside whatever becomes of the window.
+  splitView.setPosition(299, 0);
+  for (const int width : {330, 280, 281, 500, 140}) {
+    splitView.setFrame(QRect(0, 0, width, 200));
+    EXPECT_EQ(position(), width - 1);
+    EXPECT_EQ(position(1), width);
+  }
 }
 
 TEST_F(SplitViewTest, EveryMoveIsAnnouncedAfterItHappened) {
   splitView.setPosition(120, 0);
-  EXPECT_GE(heard.size(), 1U);
   EXPECT_EQ(heard.back(), 120);
   const std::size_t before = heard.size();
   splitView.setPosition(120, 0);  // No move, but a layout: listeners are told again.
   EXPECT_GT(heard.size(), before);
-  heard.clear();
   drag(121, 200);
   EXPECT_EQ(heard.back(), 199);
-  heard.clear();
   splitView.setFrame(QRect(0, 0, 360, 200));
-  EXPECT_EQ(heard.back(), 259);  // Priority 0: the first subview takes the 60 points.
+  EXPECT_EQ(heard.back(), 259) << "priority 0: the first subview takes the 60 points";
   heard.clear();
   splitView.hide();
   splitView.show();
   EXPECT_FALSE(heard.empty());
 }
 
-TEST_F(SplitViewTest, TheMouseBesideTheLineReachesThePictureBelow) {
-  splitView.setPosition(150, 0);
-  EXPECT_EQ(window.childAt(QPoint(203, 100)), &splitView);
-  for (const int x : {60, 198, 207, 340}) {
-    QWidget* target = window.childAt(QPoint(x, 100));
-    EXPECT_EQ(target, &picture) << x;
-  }
-  splitView.setPosition(10, 0);
-  EXPECT_EQ(window.childAt(QPoint(203, 100)), &picture);
-  EXPECT_EQ(splitView.cursor().shape(), Qt::SplitHCursor);
-}
-
-TEST_F(SplitViewTest, ArrowKeysMoveTheLine) {
+TEST_F(SplitViewTest, ArrowKeysMoveTheLineAlongItsAxis) {
   splitView.setPosition(150, 0);
   QTest::keyClick(&splitView, Qt::Key_Right);
   QTest::keyClick(&splitView, Qt::Key_Right, Qt::ShiftModifier);
@@ -137,72 +170,82 @@ TEST_F(SplitViewTest, ArrowKeysMoveTheLine) {
   splitView.setPosition(295, 0);
   QTest::keyClick(&splitView, Qt::Key_Right);
   EXPECT_EQ(position(), 299);
+  EXPECT_EQ(splitView.cursor().shape(), Qt::SplitHCursor);
+  splitView.setVertical(false);
+  EXPECT_EQ(position(), 97);
+  splitView.setPosition(500, 0);
+  QTest::keyClick(&splitView, Qt::Key_Up);
+  EXPECT_EQ(position(), 189);
+  EXPECT_EQ(splitView.cursor().shape(), Qt::SplitVCursor);
 }
 
 TEST_F(SplitViewTest, IndicesOfNoDividerAndReplacedDelegatesAreHarmless) {
   splitView.setPosition(150, 0);
-  splitView.setPosition(10, 1);
-  splitView.setPosition(10, -1);
+  for (const int none : {-1, 1}) splitView.setPosition(10, none);
+  for (const int none : {-1, 3}) splitView.setPosition(60, none, true);
+  EXPECT_FALSE(splitView.isAnimating());
   EXPECT_EQ(position(), 150);
-  EXPECT_EQ(splitView.positionOfDividerAtIndex(1), 300);
-  EXPECT_EQ(splitView.positionOfDividerAtIndex(7), 0);
+  EXPECT_EQ(position(1), 300);
+  EXPECT_EQ(position(7), 0);
   auto fresh = std::make_unique<CustomSplitViewDelegate>(center);
   splitView.setDelegate(fresh.get());
   splitView.setPosition(5000, 0);
-  EXPECT_EQ(position(), 300);  // A minimum length that is not stored reads as 0.
+  EXPECT_EQ(position(), 300) << "a minimum length that is not stored reads as 0";
   splitView.setDelegate(nullptr);
   fresh.reset();
   splitView.setFrame(QRect(0, 0, 106, 50));
-  EXPECT_EQ(position(), 50);  // Without a delegate the subviews share the room.
+  EXPECT_EQ(position(), 50) << "without a delegate the subviews share the room";
 }
 
-TEST_F(SplitViewTest, LineUpAlongTheOtherAxisToo) {
-  splitView.setVertical(false);
-  EXPECT_EQ(position(), 97);
-  splitView.setPosition(500, 0);
-  EXPECT_EQ(position(), 199);
-  EXPECT_EQ(splitView.cursor().shape(), Qt::SplitVCursor);
-  QTest::keyClick(&splitView, Qt::Key_Up);
-  EXPECT_EQ(position(), 189);
+TEST_F(SplitViewTest, AnimatedMovesTakeAQuarterSecondAndEaseAtBothEnds) {
+  splitView.setDelegate(nullptr);
+  splitView.setSubviewCount(3);
+  splitView.setFrame(QRect(0, 0, 312, 100));  // Three subviews of 100.
+  splitView.setPositions({60, 250, 7}, {0, 1, 9});
+  EXPECT_EQ(position(), 100);
+  const double eased[] = {95, 80, 65};
+  for (const double expected : eased) {
+    time.advance(0.0625);
+    EXPECT_NEAR(position(), expected, 4);
+    EXPECT_TRUE(splitView.isAnimating());
+  }
+  time.advance(0.08);
+  EXPECT_EQ(splitView.subviewFrames().frames,
+            (std::vector<QRectF>{{0, 0, 60, 100}, {66, 0, 184, 100}, {256, 0, 56, 100}}));
+  EXPECT_EQ(time.pending(), 0U);
+  splitView.setPosition(400, 0, true);  // Beyond its neighbours: no length becomes negative.
+  time.advance(0.3);
+  EXPECT_EQ(splitView.subviewFrames().extent(1), 0);
 }
 
 TEST_F(SplitViewTest, DrawsHairlinesABandAndAGripAtBothScales) {
   splitView.setPosition(100, 0);
-  const QColor black(Qt::black);
-  const QColor band(170, 170, 170);
-  const QColor ground(Qt::white);
+  picture.setStyleSheet(QStringLiteral("background: white"));
+  const std::map<char, QColor> colors{
+      {' ', Qt::white}, {'#', Qt::black}, {'-', QColor(170, 170, 170)}};
+  const struct {
+    int y;
+    const char* row;
+  } rows[] = {{0, "  #--#  "},   {89, "  #--#  "},  {90, "  ####  "},  {98, "  ####  "},
+              {99, " ###### "},  {100, " ###### "}, {101, "  ####  "}, {109, "  ####  "},
+              {110, "  #--#  "}, {199, "  #--#  "}};
   for (const int scale : {1, 2}) {
-    QImage image = shown(scale);
-    const auto at = [&](int x, int y, int sub) {
-      return image.pixelColor(x * scale + sub, y * scale + sub);
-    };
-    const std::vector<QColor> line{ground, ground, black, band, band, black, ground, ground};
-    const std::vector<QColor> grip{ground, ground, black, black, black, black, ground, ground};
-    const std::vector<QColor> cross{ground, black, black, black, black, black, black, ground};
-    const struct {
-      int y;
-      const std::vector<QColor>& colors;
-    } rows[] = {{0, line},    {50, line},  {89, line},  {90, grip},  {98, grip}, {99, cross},
-                {100, cross}, {101, grip}, {109, grip}, {110, line}, {199, line}};
-    for (const auto& row : rows) {
-      for (int i = 0; i < 8; ++i) {
-        for (int sub = 0; sub < scale; ++sub) {
-          EXPECT_EQ(at(99 + i, row.y, sub), row.colors[static_cast<std::size_t>(i)])
-              << "x " << 99 + i << " y " << row.y << " scale " << scale;
-        }
+    const QImage image = rendered(window, scale);
+    for (const auto& [y, row] : rows) {
+      for (int i = 0; i < 8 * scale; ++i) {
+        EXPECT_EQ(image.pixelColor(149 * scale + i, y * scale + scale - 1),
+                  colors.at(row[i / scale]))
+            << "x " << i << " y " << y << " scale " << scale;
       }
     }
   }
-}
-
-TEST_F(SplitViewTest, TheGripShowsTheKeyboardsFocus) {
-  splitView.setPosition(100, 0);
+  // The grip shows the keyboard's focus.
   window.activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
   splitView.setFocus(Qt::TabFocusReason);
-  EXPECT_EQ(shown().pixelColor(102, 95), style::kAccent);
+  EXPECT_EQ(rendered(window).pixelColor(152, 95), style::kAccent);
   splitView.clearFocus();
-  EXPECT_EQ(shown().pixelColor(102, 95), QColor(Qt::black));
+  EXPECT_EQ(rendered(window).pixelColor(152, 95), QColor(Qt::black));
 }
 
 }  // namespace

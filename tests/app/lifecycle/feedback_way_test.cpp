@@ -10,6 +10,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "app/lifecycle/launch_fixture.h"
@@ -24,12 +25,10 @@ using testing::HasSubstr;
 using testing::Not;
 using testing_support::answering;
 using testing_support::kEnvelopeEnd;
+using testing_support::kOk;
 using testing_support::LaunchTest;
 using testing_support::RecordingServer;
 using testing_support::silent;
-
-constexpr const char* kOk = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok";
-constexpr const char* kThanks = "Thank you for providing us the feedback.";
 
 class FeedbackWayTest : public LaunchTest {
  protected:
@@ -41,12 +40,8 @@ class FeedbackWayTest : public LaunchTest {
   }
   // Chooses Help > Feedback.
   FeedbackWindowController& openForm() {
-    for (QAction* menu : delegate().windowMain()->findChild<QMenuBar*>()->actions()) {
-      if (menu->text() != QLatin1String("&Help")) continue;
-      for (QAction* item : menu->menu()->actions()) {
-        if (item->text().startsWith(QLatin1String("&Feedback"))) item->trigger();
-      }
-    }
+    const auto menus = delegate().windowMain()->findChild<QMenuBar*>()->actions();
+    menus.constLast()->menu()->actions().constLast()->trigger();
     auto* form = delegate().windowMain()->findChild<FeedbackWindowController*>();
     EXPECT_NE(form, nullptr);
     EXPECT_TRUE(QTest::qWaitForWindowActive(form));
@@ -62,10 +57,9 @@ class FeedbackWayTest : public LaunchTest {
     part<QPlainTextEdit>(form, "txtViewFBExp").setPlainText(experience);
     QTest::mouseClick(&part<QPushButton>(form, "btnFBSubmit"), Qt::LeftButton);
   }
-  std::size_t thanks() const {
-    return static_cast<std::size_t>(
-        std::count_if(alerts.shown.begin(), alerts.shown.end(),
-                      [](const Alert& alert) { return alert.messageText == kThanks; }));
+  long thanks() const {
+    return std::ranges::count(alerts.shown, "Thank you for providing us the feedback.",
+                              &Alert::messageText);
   }
 };
 
@@ -97,10 +91,10 @@ TEST_F(FeedbackWayTest, FromTheMenuToTheService) {
   EXPECT_FALSE(form.isVisible());
   EXPECT_EQ(delegate().uploadsUnderWay(), 1U);
   EXPECT_TRUE(waitUntil([&] { return hasRead.load(); }));
-  EXPECT_EQ(thanks(), 0U) << "not before the service has answered";
+  EXPECT_EQ(thanks(), 0) << "not before the service has answered";
   mayAnswer = true;
   ASSERT_TRUE(waitUntil([&] { return delegate().uploadsUnderWay() == 0; }));
-  EXPECT_EQ(thanks(), 1U);
+  EXPECT_EQ(thanks(), 1);
   ASSERT_TRUE(server.waitForRequests(1));
   const std::string request = server.requests()[0];
   EXPECT_THAT(request, testing::StartsWith("POST /feedback HTTP/1.1\r\n"));
@@ -140,7 +134,7 @@ TEST_F(FeedbackWayTest, TheFormMayBeOpenedAgainWhileAnUploadRuns) {
   end();
   EXPECT_TRUE(waitUntil(isGlobalQueueIdle)) << "nothing waits for the service";
   QApplication::processEvents();
-  EXPECT_EQ(thanks(), 0U);
+  EXPECT_EQ(thanks(), 0);
 }
 
 // As this program is built when no addresses are given.
@@ -181,11 +175,10 @@ TEST_F(FeedbackWayTest, SubmitAsksForTheInternetAgain) {
   EXPECT_EQ(delegate().uploadsUnderWay(), 0U);
   // The network comes while nobody watches it.
   delegate().internetReachability->stopNotifier();
-  for (const char* words :
-       {"link add v0 type veth peer name v1", "link set v1 up", "link set v0 up",
-        "addr add 10.9.0.2/24 dev v0", "route add default via 10.9.0.1 dev v0"}) {
-    testing_support::ip(words);
-  }
+  testing_support::ipBatch(
+      "link add v0 type veth peer name v1\nlink set v1 up\n"
+      "link set v0 up\naddr add 10.9.0.2/24 dev v0\n"
+      "route add default via 10.9.0.1 dev v0\n");
   fillAndSubmit(form, "text");
   EXPECT_TRUE(waitUntil([&] { return thanks() == 1; }));
 }

@@ -1,3 +1,4 @@
+// What the mouse, the keyboard and assistive tools do to both kinds of buttons.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -5,13 +6,11 @@
 #include <QApplication>
 #include <QPointer>
 #include <QTest>
-#include <QVBoxLayout>
 
-#include <functional>
-#include <string>
 #include <vector>
 
 #include "support/painted_images.h"
+#include "widgets/icon_button.h"
 #include "widgets/img_button.h"
 
 namespace velmara {
@@ -20,6 +19,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing_support::PaintedImages;
+using testing_support::rendered;
 
 // Counts what reaches the view below the buttons.
 class Ground : public QWidget {
@@ -29,6 +29,12 @@ class Ground : public QWidget {
  protected:
   void mousePressEvent(QMouseEvent* /*event*/) override { ++presses; }
 };
+
+void hover(QWidget& button, bool isOver) {
+  QEnterEvent enter(QPointF(5, 5), QPointF(5, 5), QPointF(5, 5));
+  QEvent leave(QEvent::Leave);
+  QApplication::sendEvent(&button, isOver ? static_cast<QEvent*>(&enter) : &leave);
+}
 
 class IMGButtonClickTest : public testing::Test {
  protected:
@@ -44,30 +50,35 @@ class IMGButtonClickTest : public testing::Test {
     EXPECT_TRUE(QTest::qWaitForWindowActive(&ground));
   }
 
-  void press(const QPoint& at) { QTest::mousePress(&button, Qt::LeftButton, {}, at); }
-  void release(const QPoint& at) { QTest::mouseRelease(&button, Qt::LeftButton, {}, at); }
+  void click() { QTest::mouseClick(&button, Qt::LeftButton); }
+  void press() { QTest::mousePress(&button, Qt::LeftButton, {}, {20, 15}); }
+  void release(const QPoint& at = {20, 15}) {
+    QTest::mouseRelease(&button, Qt::LeftButton, {}, at);
+  }
 
   PaintedImages images;
   Ground ground;
   IMGButton button{&ground, images};
   std::vector<int> statesInAction;
-  const QPoint inside{20, 15};
 };
 
 TEST_F(IMGButtonClickTest, TheActionComesBeforeTheStateFlips) {
-  QTest::mouseClick(&button, Qt::LeftButton);
+  click();
   EXPECT_EQ(button.state(), 1);
-  QTest::mouseClick(&button, Qt::LeftButton);
+  click();
   EXPECT_EQ(button.state(), 0);
   button.setState(-1);  // Anything but 0 becomes 0.
-  QTest::mouseClick(&button, Qt::LeftButton);
+  click();
   EXPECT_EQ(button.state(), 0);
   EXPECT_THAT(statesInAction, ElementsAre(0, 1, -1));
-  EXPECT_TRUE(button.isEnabled());
-  QTest::mouseClick(&button, Qt::LeftButton);  // A double click is two clicks.
+  click();
   QTest::mouseDClick(&button, Qt::LeftButton);
-  QTest::mouseRelease(&button, Qt::LeftButton);
-  EXPECT_EQ(statesInAction.size(), 5U);
+  release();
+  EXPECT_EQ(statesInAction.size(), 5U) << "a double click is two clicks";
+  // What the owner sets in the action is flipped too.
+  QObject::connect(&button, &ActionButton::actionSent, [&] { button.setState(1); });
+  click();
+  EXPECT_EQ(button.state(), 0);
 }
 
 TEST_F(IMGButtonClickTest, OnlyAReleaseInsideOrOnTheBorderIsAClick) {
@@ -79,88 +90,71 @@ TEST_F(IMGButtonClickTest, OnlyAReleaseInsideOrOnTheBorderIsAClick) {
   for (const auto& row : rows) {
     statesInAction.clear();
     button.setState(0);
-    press(inside);
+    press();
     EXPECT_TRUE(button.isMouseDown());
     EXPECT_FALSE(button.isEnabled());
     release(row.at);
     EXPECT_EQ(statesInAction.size(), row.clicks ? 1U : 0U) << row.at.x() << "," << row.at.y();
     EXPECT_EQ(button.state(), row.clicks ? 1 : 0);
-    EXPECT_TRUE(button.isEnabled());
-    EXPECT_FALSE(button.isMouseDown());
+    EXPECT_TRUE(button.isEnabled() && !button.isMouseDown());
   }
 }
 
 TEST_F(IMGButtonClickTest, StaysDisabledAfterAClickUntilItsOwnerEnablesIt) {
   button.enableImmediately = false;
-  QTest::mouseClick(&button, Qt::LeftButton);
+  click();
+  click();
   EXPECT_FALSE(button.isEnabled());
   EXPECT_EQ(button.state(), 1);
-  QTest::mouseClick(&button, Qt::LeftButton);
   EXPECT_EQ(statesInAction.size(), 1U);
   button.setEnabled(true);
-  QTest::mouseClick(&button, Qt::LeftButton);
-  EXPECT_EQ(statesInAction.size(), 2U);
-  button.setEnabled(true);
-  press(inside);
+  press();
   release({-5, -5});
-  EXPECT_TRUE(button.isEnabled());  // A release outside enables it in any case.
+  EXPECT_TRUE(button.isEnabled()) << "a release outside enables it in any case";
 }
 
 TEST_F(IMGButtonClickTest, InertAndDisabledButtonsSwallowTheClick) {
   button.setActionMask(kSendsOnNothing);
-  QTest::mouseClick(&button, Qt::LeftButton);
+  click();
   QTest::keyClick(&button, Qt::Key_Space);
   QTest::keyClick(&button, Qt::Key_Return);
   EXPECT_TRUE(button.isEnabled());
   EXPECT_EQ(button.state(), 0);
   button.setActionMask(kSendsOnLeftMouseDown);
   button.setEnabled(false);
-  QTest::mouseClick(&button, Qt::LeftButton);
+  click();
   QTest::mouseClick(&button, Qt::RightButton);
-  EXPECT_THAT(statesInAction, IsEmpty());
-  EXPECT_EQ(ground.presses, 0);
   button.setEnabled(true);
   QTest::mouseClick(&button, Qt::RightButton);
   EXPECT_THAT(statesInAction, IsEmpty());
-  QTest::mouseClick(&button, Qt::LeftButton);
-  EXPECT_EQ(statesInAction.size(), 1U);
+  EXPECT_EQ(ground.presses, 0);
 }
 
 TEST_F(IMGButtonClickTest, WhatItsOwnerDoesDuringAPressHolds) {
-  press(inside);
+  press();
   button.setActionMask(kSendsOnNothing);  // A run began meanwhile.
-  release(inside);
+  release();
   EXPECT_THAT(statesInAction, IsEmpty());
   EXPECT_TRUE(button.isEnabled());
   button.setActionMask(kSendsOnLeftMouseDown);
 
-  press(inside);
+  press();
   button.setEnabled(true);  // Now it draws its pressed images.
   EXPECT_TRUE(button.isMouseDown());
-  release(inside);
+  release();
   EXPECT_THAT(statesInAction, ElementsAre(0));
 
-  press(inside);
+  press();
   button.setEnabled(false);  // The release arrives all the same, and enables it.
   release({-5, -5});
-  EXPECT_TRUE(button.isEnabled());
-  EXPECT_TRUE(button.QWidget::isEnabled());
+  EXPECT_TRUE(button.isEnabled() && button.QWidget::isEnabled());
 
-  press(inside);
+  press();
   button.setButtonsImages({}, {}, {}, {}, {}, {}, {}, {}, {});  // Forgets the press.
-  release(inside);
+  release();
   EXPECT_EQ(statesInAction.size(), 1U);
-}
 
-TEST_F(IMGButtonClickTest, ItsOwnersChangeOfStateInTheActionIsFlippedToo) {
-  QObject::connect(&button, &ActionButton::actionSent, [&] { button.setState(1); });
-  QTest::mouseClick(&button, Qt::LeftButton);
-  EXPECT_EQ(button.state(), 0);
-}
-
-TEST_F(IMGButtonClickTest, TheActionMayDeleteTheButton) {
   const QPointer<IMGButton> doomed = new IMGButton(&ground, images);
-  doomed->setGeometry(60, 10, 30, 30);
   doomed->show();
   QObject::connect(doomed, &ActionButton::actionSent, doomed, [&] { delete doomed; });
   QTest::keyClick(doomed, Qt::Key_Return);
@@ -178,7 +172,6 @@ TEST_F(IMGButtonClickTest, KeysAndAssistiveToolsFollowTheSameRules) {
   EXPECT_TRUE(button.isMouseDown());
   QTest::keyClick(&button, Qt::Key_Escape);
   QTest::keyRelease(&button, Qt::Key_Space);
-  EXPECT_EQ(statesInAction.size(), 3U);
   QTest::keyPress(&button, Qt::Key_Space);
   button.clearFocus();
   QTest::keyRelease(&button, Qt::Key_Space);
@@ -195,7 +188,7 @@ TEST_F(IMGButtonClickTest, KeysAndAssistiveToolsFollowTheSameRules) {
   EXPECT_EQ(statesInAction.size(), 4U);
 }
 
-TEST_F(IMGButtonClickTest, ComesAndGoesWithTabButNotWithTheMouse) {
+TEST_F(IMGButtonClickTest, FocusComesAndGoesWithTabButNotWithTheMouse) {
   IMGButton next(&ground, images);
   next.setGeometry(60, 10, 30, 30);
   next.show();
@@ -203,21 +196,80 @@ TEST_F(IMGButtonClickTest, ComesAndGoesWithTabButNotWithTheMouse) {
   EXPECT_FALSE(next.hasFocus());
   button.setFocus(Qt::TabFocusReason);
   QTest::keyPress(&button, Qt::Key_Return);
-  EXPECT_TRUE(button.hasFocus());  // Being disabled for the press does not cost the focus.
+  EXPECT_TRUE(button.hasFocus()) << "being disabled for the press does not cost the focus";
   QTest::keyClick(&button, Qt::Key_Tab);
   EXPECT_TRUE(next.hasFocus());
   next.setEnabled(false);
   EXPECT_FALSE(next.hasFocus());
+  EXPECT_EQ(button.cursor().shape(), Qt::PointingHandCursor);
+  hover(button, true);
+  EXPECT_TRUE(button.isMouseHover);
+  hover(button, false);
+  EXPECT_FALSE(button.isMouseHover);
 }
 
-TEST_F(IMGButtonClickTest, HoverFollowsThePointer) {
-  EXPECT_EQ(button.cursor().shape(), Qt::PointingHandCursor);
-  QEnterEvent enter(QPointF(5, 5), QPointF(5, 5), QPointF(5, 5));
-  QApplication::sendEvent(&button, &enter);
-  EXPECT_TRUE(button.isMouseHover);
-  QEvent leave(QEvent::Leave);
-  QApplication::sendEvent(&button, &leave);
-  EXPECT_FALSE(button.isMouseHover);
+class IconButtonTest : public testing::Test {
+ protected:
+  IconButtonTest() {
+    images.add(QStringLiteral("i"), {36, 36}, Qt::gray);
+    images.add(QStringLiteral("i_selected"), {36, 36}, Qt::black);
+    images.add(QStringLiteral("i_yellow_selected"), {36, 36}, Qt::yellow);
+    images.add(QStringLiteral("i_disabled"), {36, 36}, Qt::cyan);
+    button.setIconName(QStringLiteral("i"));
+    button.resize(button.sizeHint());
+    button.show();
+    QObject::connect(&button, &ActionButton::actionSent,
+                     [this] { statesInAction.push_back(button.state()); });
+  }
+  QColor shown() { return rendered(button).pixelColor(18, 18); }
+
+  PaintedImages images;
+  IconButton button{nullptr, images};
+  std::vector<int> statesInAction;
+};
+
+TEST_F(IconButtonTest, FlipsItsStateBeforeTheActionSoThatTheOwnerHasTheLastWord) {
+  QTest::mouseClick(&button, Qt::LeftButton);
+  EXPECT_TRUE(button.state() == 1 && button.isChecked());
+  QObject::connect(&button, &ActionButton::actionSent, [&] { button.setState(1); });
+  QTest::mouseClick(&button, Qt::LeftButton);
+  EXPECT_EQ(button.state(), 1);
+  button.setToggles(false);
+  QTest::mouseClick(&button, Qt::LeftButton);
+  EXPECT_THAT(statesInAction, ElementsAre(1, 0, 1));
+  QObject::connect(&button, &ActionButton::actionSent, [&] { button.setEnabled(false); });
+  QTest::mouseClick(&button, Qt::LeftButton);
+  QTest::mouseClick(&button, Qt::LeftButton);
+  EXPECT_FALSE(button.isEnabled()) << "as a zoom step asks for";
+  EXPECT_EQ(statesInAction.size(), 4U);
+}
+
+TEST_F(IconButtonTest, ShowsItsStates) {
+  EXPECT_EQ(shown(), QColor(Qt::gray));
+  hover(button, true);
+  EXPECT_EQ(shown(), QColor(Qt::yellow));
+  button.setActionMask(kSendsOnNothing);
+  EXPECT_EQ(shown(), QColor(Qt::gray));
+  QTest::mouseClick(&button, Qt::LeftButton);
+  button.setActionMask(kSendsOnLeftMouseDown);
+  button.setState(1);
+  EXPECT_EQ(shown(), QColor(Qt::black));
+  button.setState(0);
+  hover(button, false);
+  button.setEnabled(false);
+  EXPECT_EQ(shown(), QColor(Qt::cyan));
+  button.setEnabled(true);
+  hover(button, true);
+  QTest::mousePress(&button, Qt::LeftButton);
+  EXPECT_TRUE(button.isEnabled()) << "a press disables only the other kind";
+  EXPECT_EQ(shown(), QColor(Qt::black));
+  QTest::mouseMove(&button, QPoint(-10, -10));
+  QTest::mouseRelease(&button, Qt::LeftButton, {}, QPoint(-10, -10));
+  QTest::mousePress(&button, Qt::LeftButton);
+  button.setEnabled(false);
+  QTest::mouseRelease(&button, Qt::LeftButton);
+  EXPECT_FALSE(button.isEnabled());
+  EXPECT_THAT(statesInAction, IsEmpty());
 }
 
 }  // namespace
