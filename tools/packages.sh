@@ -48,3 +48,12 @@ PACKAGES_CI="
   clang-tidy
   git
 "
+
+# To make the package, and to judge it.
+PACKAGES_PACKAGE="
+  appstream
+  desktop-file-utils
+  dpkg-dev
+  lintian
+  python3
+"

@@ -1,8 +1,10 @@
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 #include "app/run_application.h"
 #include "cli/commands.h"
+#include "cli/options.h"
 
 namespace {
 
@@ -18,12 +20,13 @@ bool hasDisplay() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc > 1) return velmara::cli::runCommandLine(argc, argv);
+  const std::string photo = velmara::cli::photoToOpen(argc, argv);
+  if (argc > 1 && photo.empty()) return velmara::cli::runCommandLine(argc, argv);
   if (!hasDisplay()) {
     std::fputs(
         "velmara: there is no display to open a window on; velmara --help lists the commands\n",
         stderr);
     return 2;
   }
-  return velmara::runApplication(argc, argv);
+  return velmara::runApplication(argc, argv, photo);
 }

@@ -40,7 +40,8 @@ void installEngine() {
 
 }  // namespace
 
-int runApplication(int argc, char** argv, const ServiceAddresses& addresses) {
+int runApplication(int argc, char** argv, const std::string& photo,
+                   const ServiceAddresses& addresses) {
   redirectStandardErrorToLogFile(homeDirectory(), mainBundle().CFBundleName);
   std::signal(SIGPIPE, SIG_IGN);  // A peer that goes away is an error of the write, not the end.
   QApplication application(argc, argv);
@@ -77,6 +78,9 @@ int runApplication(int argc, char** argv, const ServiceAddresses& addresses) {
       removeUnfinishedFiles();
     });
   });
+  if (!photo.empty()) {
+    mainQueue().async([&delegate, photo] { delegate.session().photoDraggedWithPath(photo); });
+  }
   alerts.setMainWindow(delegate.windowMain());
   panels.setMainWindow(delegate.windowMain());
 

@@ -1,12 +1,15 @@
 #pragma once
 
+#include <string>
+
 #include "services/service_addresses.h"
 
 namespace velmara {
 
 /// Opens the window, runs the application until it ends and returns the exit code of the process.
-/// From its start on, standard error goes to the log file.
-int runApplication(int argc, char** argv,
+/// From its start on, standard error goes to the log file. `photo` is the path of a file to open
+/// first, if not empty.
+int runApplication(int argc, char** argv, const std::string& photo = {},
                    const ServiceAddresses& addresses = configuredAddresses());
 
 }  // namespace velmara

@@ -30,6 +30,9 @@ int run(const InfoOptions& options);
 /// test picture cannot be read.
 int run(const CalibrateOptions& options);
 
+/// Prints a table of the formats that this installation reads and writes. 0.
+int run(const FormatsOptions& options);
+
 /// Prints the words, to standard error if they tell of wrong usage. Any thread.
 int run(const PrintAndExit& words);
 

@@ -2,7 +2,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <filesystem>
 #include <sstream>
+#include <system_error>
 
 #include "cli/output.h"
 #include "platform/bundle.h"
@@ -14,7 +16,7 @@ constexpr int kWrongUsage = 2;
 
 const char* const kDescription =
     "Velmara removes noise from photographs.\n"
-    "Without a command it opens its window.";
+    "Without a command it opens its window, with the first of PHOTO... in it.";
 const char* const kDenoiseFooter =
     R"(Without -o or --output-dir the result is NAME-denoised.EXT beside the photo, in the
 photo's own format where it is one of the five, else PNG. An existing file is replaced
@@ -43,6 +45,7 @@ struct Parser {
   CalibrateOptions calibrate;
   CLI::App* denoiseCommand = nullptr;
   CLI::App* infoCommand = nullptr;
+  CLI::App* formatsCommand = nullptr;
   bool isAuto = false;
   int level = 0;
   FilterParameters parameters;
@@ -111,6 +114,8 @@ struct Parser {
         app.add_subcommand("calibrate", "Measure how many pixels a second this machine filters");
     command->add_flag("--json", calibrate.json, "Print one JSON object");
     command->footer(kCalibrateFooter);
+    formatsCommand =
+        app.add_subcommand("formats", "List the picture formats that are read and written here");
   }
 
   Command wrongUsage(const std::string& reason) const {
@@ -142,6 +147,7 @@ struct Parser {
 
   Command finish() {
     if (denoiseCommand->parsed()) return finishDenoise();
+    if (formatsCommand->parsed()) return FormatsOptions{};
     return infoCommand->parsed() ? Command(info) : calibrate;
   }
 };
@@ -158,6 +164,18 @@ Command parseCommandLine(int argc, const char* const* argv) {
     const int code = parser.app.exit(reason, text, text);
     return PrintAndExit{text.str(), code == 0 ? 0 : kWrongUsage};
   }
+}
+
+std::string photoToOpen(int argc, const char* const* argv) {
+  if (argc < 2 || argv[1][0] == '-') return {};
+  const std::string word = argv[1];
+  const Parser parser;
+  for (const CLI::App* command : parser.app.get_subcommands({})) {
+    if (command->get_name() == word) return {};
+  }
+  std::error_code failure;
+  return std::filesystem::exists(word, failure) ? std::filesystem::absolute(word, failure).string()
+                                                : std::string();
 }
 
 }  // namespace velmara::cli

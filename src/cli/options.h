@@ -43,15 +43,23 @@ struct CalibrateOptions {
   bool json = false;
 };
 
+/// `velmara formats`.
+struct FormatsOptions {};
+
 /// Nothing to do but to print and end: help, version or wrong usage.
 struct PrintAndExit {
   std::string text;
   int exitCode = 0;
 };
 
-using Command = std::variant<DenoiseOptions, InfoOptions, CalibrateOptions, PrintAndExit>;
+using Command =
+    std::variant<DenoiseOptions, InfoOptions, CalibrateOptions, FormatsOptions, PrintAndExit>;
 
 /// What the words after the program's name ask for. Wrong usage gives exit code 2 and the reason.
 Command parseCommandLine(int argc, const char* const* argv);
+
+/// The photo that the words after the program's name ask the window to open: the first of them
+/// where it is a file and neither a command nor an option. Empty if it is none.
+std::string photoToOpen(int argc, const char* const* argv);
 
 }  // namespace velmara::cli

@@ -200,6 +200,10 @@ const FormatFacts& factsOf(FileFormat format) {
   return kFormats[static_cast<std::size_t>(format)];
 }
 
+bool isDecoderInstalled(const FormatFacts& facts) {
+  return vips().isLoaded && vips().type_from_name(facts.decoder) != 0;
+}
+
 std::optional<FileFormat> fileFormatOf(std::span<const std::uint8_t> head) {
   const auto found = std::ranges::find_if(
       kFormats, [&](const FormatFacts& facts) { return facts.matches(textOf(head)); });

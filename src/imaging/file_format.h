@@ -69,6 +69,10 @@ std::span<const FormatFacts> fileFormats();
 
 const FormatFacts& factsOf(FileFormat format);
 
+/// Whether this installation has a format's decoder; some come with packages of their own. After
+/// initialiseImaging().
+bool isDecoderInstalled(const FormatFacts& facts);
+
 /// How many bytes of a file's start fileFormatOf looks at.
 constexpr std::size_t kSignatureBytes = 64;
 

@@ -28,7 +28,7 @@ namespace velmara {
 // clang-format on
 
 /// Those of GObject, which comes with it, without the prefix "g_".
-#define VELMARA_GOBJECT_OPERATIONS(X) X(object_get) X(object_ref) X(object_unref)
+#define VELMARA_GOBJECT_OPERATIONS(X) X(object_get) X(object_ref) X(object_unref) X(type_from_name)
 
 struct VipsApi {
 // A member's name cannot stand in parentheses.

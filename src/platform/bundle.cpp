@@ -13,8 +13,10 @@ std::vector<std::string> findResourceFolders() {
   if (!error) {
     folders.push_back((program.parent_path().parent_path() / "share" / "velmara").string());
   }
+#ifdef VELMARA_SOURCE_DATA_DIR
   folders.emplace_back(VELMARA_SOURCE_DATA_DIR);
   folders.emplace_back(VELMARA_SOURCE_DATA_DIR "/../docs");
+#endif
   return folders;
 }
 

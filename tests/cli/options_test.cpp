@@ -11,6 +11,7 @@
 #include "cli/comparison.h"
 #include "cli/output.h"
 #include "cli/terminal.h"
+#include "support/scratch_folder.h"
 
 namespace velmara::cli {
 namespace {
@@ -81,6 +82,26 @@ TEST(OptionsTest, UnderstandsTheCommands) {
   EXPECT_EQ(raw.format, FileFormat::tiff);
   EXPECT_TRUE(std::get<InfoOptions>(parse({"info", "--json", "x"})).json);
   EXPECT_TRUE(std::holds_alternative<CalibrateOptions>(parse({"calibrate"})));
+}
+
+TEST(OptionsTest, AFileThatIsNoCommandIsOpenedInTheWindow) {
+  const testing_support::ScratchFolder folder;
+  const std::string photo = folder.file("a.jpg");
+  testing_support::writeFile(photo, "");
+  const struct {
+    Words words;
+    std::string opened;
+  } rows[] = {{{photo.c_str()}, photo},
+              {{photo.c_str(), "other.jpg"}, photo},
+              {{"/none.jpg"}, ""},
+              {{"denoise", photo.c_str()}, ""},
+              {{"--version"}, ""},
+              {{}, ""}};
+  for (const auto& row : rows) {
+    Words words = row.words;
+    words.insert(words.begin(), "velmara");
+    EXPECT_EQ(photoToOpen(static_cast<int>(words.size()), words.data()), row.opened);
+  }
 }
 
 TEST(OutputPathsTest, NamesTheResultAfterThePhoto) {

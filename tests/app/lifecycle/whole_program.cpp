@@ -29,5 +29,5 @@ int main(int argc, char** argv) {
   if (argc != 2) return 2;
   velmara::ServiceAddresses addresses = velmara::configuredAddresses();
   addresses.trackingService = argv[1];
-  return velmara::runApplication(argc, argv, addresses);
+  return velmara::runApplication(argc, argv, {}, addresses);
 }
