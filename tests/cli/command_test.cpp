@@ -284,6 +284,13 @@ TEST_F(CommandTest, InfoPrintsOneDocumentedObjectALine) {
   EXPECT_EQ(script.exitCode, 0) << script.errors << result.output;
 }
 
+TEST_F(CommandTest, FormatsAreReadAndWrittenHere) {
+  const std::string list = velmara({"formats"}, folder).output;
+  EXPECT_EQ(std::ranges::count(list, '\n'), 9);
+  EXPECT_THAT(list, Not(HasSubstr("not installed")));
+  EXPECT_THAT(list, HasSubstr("TIFF      read          written, --format tiff"));
+}
+
 TEST_F(CommandTest, CalibrateMeasures) {
   const auto result = velmara({"calibrate", "--json"}, folder);
   ASSERT_EQ(result.exitCode, 0) << result.errors;

@@ -91,12 +91,9 @@ TEST(OptionsTest, AFileThatIsNoCommandIsOpenedInTheWindow) {
   const struct {
     Words words;
     std::string opened;
-  } rows[] = {{{photo.c_str()}, photo},
-              {{photo.c_str(), "other.jpg"}, photo},
-              {{"/none.jpg"}, ""},
-              {{"denoise", photo.c_str()}, ""},
-              {{"--version"}, ""},
-              {{}, ""}};
+  } rows[] = {{{photo.c_str()}, photo}, {{photo.c_str(), "other.jpg"}, photo},
+              {{"/none.jpg"}, ""},      {{"denoise", photo.c_str()}, ""},
+              {{"--version"}, ""},      {{}, ""}};
   for (const auto& row : rows) {
     Words words = row.words;
     words.insert(words.begin(), "velmara");
