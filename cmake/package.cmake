@@ -33,6 +33,7 @@ install(FILES ${PROJECT_SOURCE_DIR}/data/icons/velmara.svg RENAME org.velmara.Ve
 install(DIRECTORY ${CMAKE_BINARY_DIR}/icons/ DESTINATION ${share}/icons/hicolor OPTIONAL)
 install(FILES ${packaging}/copyright ${documents}/changelog.Debian.gz DESTINATION ${share}/doc/velmara
         OPTIONAL)
+install(FILES ${packaging}/lintian-overrides RENAME velmara DESTINATION ${share}/lintian/overrides)
 install(FILES ${documents}/velmara.1.gz DESTINATION ${share}/man/man1 OPTIONAL)
 install(FILES ${documents}/velmara.bash RENAME velmara
         DESTINATION ${share}/bash-completion/completions OPTIONAL)
@@ -48,8 +49,12 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "removes noise from photographs")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-    "removes noise from photographs\n Velmara measures how noisy a photo is, chooses the strength by itself or takes\n a level of 1 to 10, shows the result beside the photo, and writes a clean file\n with the photo's own metadata and colours. The same engine works on the\n command line.")
+    "Velmara measures how noisy a photo is, chooses the strength by itself or takes
+a level of 1 to 10, shows the result beside the photo, and writes a clean file
+with the photo's own metadata and colours. The same engine works on the
+command line.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Loaded by the program itself, so that dpkg-shlibdeps does not see them.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libvips42 (>= 8.14), libcurl4, fonts-dejavu-core")
