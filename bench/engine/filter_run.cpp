@@ -4,7 +4,7 @@
 #include <ctime>
 #include <thread>
 
-#include "base/mirror.h"
+#include "base/pixel_operations.h"
 #include "engine/band_run.h"
 
 namespace velmara {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "engine/denoise_algo_implementation.h"
 #include "engine/filter_run.h"
 #include "engine/peak_memory.h"

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 
 namespace velmara::cli {
 namespace {

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "engine/band_run.h"
 #include "engine/denoise_request.h"
 #include "engine/fast/fast_kernel.h"

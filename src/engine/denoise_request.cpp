@@ -4,8 +4,7 @@
 #include <new>
 #include <utility>
 
-#include "base/alpha.h"
-#include "base/mirror.h"
+#include "base/pixel_operations.h"
 #include "engine/row_kernels.h"
 
 namespace velmara {

@@ -6,7 +6,7 @@
 #include <optional>
 
 #include "base/bitmap.h"
-#include "base/mirror.h"
+#include "base/pixel_operations.h"
 #include "base/task_queue.h"
 #include "engine/filter_kernel.h"
 

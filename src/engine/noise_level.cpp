@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "engine/row_kernels.h"
 
 namespace velmara {

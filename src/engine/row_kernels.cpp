@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "engine/fast/instruction_sets.h"
 
 #undef HWY_TARGET_INCLUDE

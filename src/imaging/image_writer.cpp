@@ -5,7 +5,7 @@
 #include <memory>
 #include <new>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "imaging/decoding.h"
 #include "imaging/initialise.h"
 

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 
 namespace velmara {
 namespace {

@@ -7,8 +7,7 @@
 #include <system_error>
 #include <utility>
 
-#include "base/alpha.h"
-#include "base/mirror.h"
+#include "base/pixel_operations.h"
 #include "imaging/image_reader.h"
 #include "imaging/image_writer.h"
 #include "imaging/resample.h"

@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 #include "platform/temporary_files.h"
 
@@ -34,9 +35,11 @@ class Descriptor {
     if (fd_ >= 0) ::close(fd_);
   }
   int get() const { return fd_; }
+  /// Closes now; false if the system reports a late write error.
+  bool close() { return ::close(std::exchange(fd_, -1)) == 0; }
 
  private:
-  const int fd_;
+  int fd_;
 };
 
 bool writeAll(int fd, std::span<const std::uint8_t> bytes) {
@@ -71,13 +74,11 @@ class PendingFile {
       if (!linkTo(temporary_->path())) return false;
       named_ = true;
     }
+    if (!file_.close()) return false;
     const unsigned flags = mayReplace ? 0U : static_cast<unsigned>(RENAME_NOREPLACE);
-    if (::renameat2(AT_FDCWD, temporary_->path().c_str(), AT_FDCWD, target.c_str(), flags) != 0) {
-      return false;
-    }
-    named_ = false;
-    syncFolder();
-    return true;
+    const std::string& name = temporary_->path();
+    named_ = ::renameat2(AT_FDCWD, name.c_str(), AT_FDCWD, target.c_str(), flags) != 0;
+    return !named_;
   }
 
  private:
@@ -94,18 +95,8 @@ class PendingFile {
   // By the descriptor where the privilege is there, else through /proc, which a bare root lacks.
   bool linkTo(const std::string& name) {
     const std::string self = "/proc/self/fd/" + std::to_string(file_.get());
-    if (::linkat(file_.get(), "", AT_FDCWD, name.c_str(), AT_EMPTY_PATH) != 0 &&
-        ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) != 0) {
-      return false;
-    }
-    syncFolder();
-    return true;
-  }
-
-  // The name itself must reach the disk too; a file system that cannot do that has nothing to say.
-  void syncFolder() const {
-    const Descriptor folder(::open(folder_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder.get() >= 0) ::fsync(folder.get());
+    return ::linkat(file_.get(), "", AT_FDCWD, name.c_str(), AT_EMPTY_PATH) == 0 ||
+           ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
   }
 
   bool named_ = false;
@@ -134,13 +125,17 @@ Status write(const std::string& path, std::span<const std::uint8_t> bytes, bool 
   if (exists && !mayReplace) return systemError("cannot write " + path, EEXIST);
   if (exists && !S_ISREG(existing.st_mode)) return Error{"not an ordinary file: " + path};
 
-  PendingFile pending(folderOf(target));
+  const std::string folder = folderOf(target);
+  PendingFile pending(folder);
   if (!pending.isOpen()) return systemError("cannot write " + path, errno);
   if (exists) ::fchmod(pending.fd(), existing.st_mode & 07777U);
   if (!writeAll(pending.fd(), bytes) || ::fsync(pending.fd()) != 0 ||
       !pending.moveTo(target, mayReplace)) {
     return systemError("cannot write " + path, errno);
   }
+  // The name itself must reach the disk too; a file system that cannot do that has nothing to say.
+  const Descriptor opened(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (opened.get() >= 0) ::fsync(opened.get());
   return Done{};
 }
 

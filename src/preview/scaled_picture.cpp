@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "preview/viewport.h"
 
 namespace velmara {

@@ -1,6 +1,6 @@
 #include "preview/shown_photo.h"
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "imaging/rotate_with_exif.h"
 
 namespace velmara {

@@ -1,7 +1,12 @@
+#define PCRE2_CODE_UNIT_WIDTH 8
 #include "services/feedback_report.h"
+
+#include <QString>
 
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <pcre2.h>
 #include <string_view>
 #include <vector>
 
@@ -14,6 +19,24 @@ namespace {
 
 using StringEscaping::xmlSimpleEscapeString;
 using StringEscaping::xmlSimpleEscapeStringNEW;
+
+// "\x21-\x5a\x53-\x7f" holds the backslash that the alternative beside it starts with: a text full
+// of backslashes can be read in exponentially many ways. Hence the matcher below that follows all
+// readings at once instead of trying one after the other.
+constexpr std::string_view kPattern =
+    R"re((?:[a-z0-9!#$%\&'*+/=?\^_`{|}~-]+(?:\.[a-z0-9!#$%\&'*+/=?\^_`{|}~-]+)*)re"
+    R"re(|"(?:[\x01-\x08\x0b\x0c\x0e-\x1f\x21\x23-\x5b\x5d-\x7f]|\\[\x01-\x09\x0b\x0c\x0e-\x7f])*"))re"
+    R"re(@(?:(?:[a-z0-9](?:[a-z0-9-]*[a-z0-9])?\.)+[a-z0-9](?:[a-z0-9-]*[a-z0-9])?)re"
+    R"re(|\[(?:(?:25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)\.){3}(?:25[0-5]|2[0-4][0-9]|[01]?[0-9][0-9]?)re"
+    R"re(|[a-z0-9-]*[a-z0-9]:(?:[\x01-\x08\x0b\x0c\x0e-\x1f\x21-\x5a\x53-\x7f]|\\[\x01-\x09\x0b\x0c\x0e-\x7f])+)\]))re";
+
+// Bytes beyond ASCII are in no class of the pattern, so none needs decoding.
+pcre2_code* compile() {
+  int error = 0;
+  PCRE2_SIZE offset = 0;
+  return pcre2_compile(reinterpret_cast<PCRE2_SPTR>(kPattern.data()), kPattern.size(),
+                       PCRE2_ANCHORED, &error, &offset, nullptr);
+}
 
 // Escaped whole before the values take their places.
 constexpr const char* kTemplate =
@@ -55,7 +78,69 @@ std::uint64_t utf16Units(std::string_view text) {
   return units;
 }
 
+// The report as it travels inside the envelope: one line of XML whose markup is escaped already.
+// Of the values only the content and the two parts are escaped; the others go in as they are, so a
+// special character in one of them spoils the document.
+ReportText reportText(const FeedbackReport& report) {
+  const auto orNull = [](const std::optional<std::string>& value) {
+    return value.value_or("(null)");
+  };
+  const std::string logMarker = report.log ? "" : "LOGSNOTSELECTED";
+  const std::array values = {
+      report.appName,
+      report.email,
+      report.feedbackType,
+      xmlSimpleEscapeStringNEW(report.content),
+      logMarker,
+      xmlSimpleEscapeStringNEW(report.usage.value_or("SCAN_LOGSNOTSELECTED")),
+      orNull(report.osVersion),
+      orNull(report.procName),
+      orNull(report.ramSystem),
+      orNull(report.machineId),
+      report.buyNowAddress,
+      report.appVersion};
+  ReportText text;
+  text.log = report.log;
+  std::string* side = &text.before;
+  const std::string markup = xmlSimpleEscapeString(kTemplate);
+  std::size_t at = 0;
+  for (const std::string& value : values) {
+    const std::size_t hit = markup.find(kPlaceholder, at);
+    side->append(markup, at, hit - at).append(value);
+    at = hit + kPlaceholder.size();
+    if (&value == &values[4]) side = &text.after;
+  }
+  side->append(markup, at);
+  return text;
+}
+
 }  // namespace
+
+void tidyFeedbackFields(FeedbackForm& form) {
+  form.email = StringEscaping::trim(QString::fromStdString(form.email).toLower().toStdString());
+  form.experience = StringEscaping::trim(form.experience);
+}
+
+FeedbackFaults checkFeedbackFields(FeedbackForm& form) {
+  tidyFeedbackFields(form);
+  logLine("Title :" + form.type);
+  return {.invalidEmail = !validateEmail(form.email),
+          .invalidType = form.type == kNoFeedbackType,
+          .invalidExp = form.experience.empty()};
+}
+
+bool validateEmail(std::string_view address) {
+  static const std::unique_ptr<pcre2_code, void (*)(pcre2_code*)> code(compile(), pcre2_code_free);
+  const std::unique_ptr<pcre2_match_data, void (*)(pcre2_match_data*)> match(
+      pcre2_match_data_create(1, nullptr), pcre2_match_data_free);
+  if (code == nullptr || match == nullptr || address.empty()) return false;
+  std::array<int, 4096> workspace;  // NOLINT(cppcoreguidelines-pro-type-member-init)
+  const int found =
+      pcre2_dfa_match(code.get(), reinterpret_cast<PCRE2_SPTR>(address.data()), address.size(), 0,
+                      0, match.get(), nullptr, workspace.data(), workspace.size());
+  // The longest reading comes first; it counts if it is the whole address.
+  return found >= 0 && pcre2_get_ovector_pointer(match.get())[1] == address.size();
+}
 
 FeedbackReport gatherReport(const FeedbackForm& form, const FeedbackSources& sources, WallTime now,
                             const std::stop_token& stop) {
@@ -103,39 +188,6 @@ TextSource ReportText::text() const {
     }
     return piece;
   };
-}
-
-ReportText reportText(const FeedbackReport& report) {
-  const auto orNull = [](const std::optional<std::string>& value) {
-    return value.value_or("(null)");
-  };
-  const std::string logMarker = report.log ? "" : "LOGSNOTSELECTED";
-  const std::array values = {
-      report.appName,
-      report.email,
-      report.feedbackType,
-      xmlSimpleEscapeStringNEW(report.content),
-      logMarker,
-      xmlSimpleEscapeStringNEW(report.usage.value_or("SCAN_LOGSNOTSELECTED")),
-      orNull(report.osVersion),
-      orNull(report.procName),
-      orNull(report.ramSystem),
-      orNull(report.machineId),
-      report.buyNowAddress,
-      report.appVersion};
-  ReportText text;
-  text.log = report.log;
-  std::string* side = &text.before;
-  const std::string markup = xmlSimpleEscapeString(kTemplate);
-  std::size_t at = 0;
-  for (const std::string& value : values) {
-    const std::size_t hit = markup.find(kPlaceholder, at);
-    side->append(markup, at, hit - at).append(value);
-    at = hit + kPlaceholder.size();
-    if (&value == &values[4]) side = &text.after;
-  }
-  side->append(markup, at);
-  return text;
 }
 
 TextSource reportDocument(const FeedbackReport& report) {

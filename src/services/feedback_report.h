@@ -1,18 +1,65 @@
 #pragma once
 
+#include <QtGlobal>
+
+#include <array>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <stop_token>
 #include <string>
+#include <string_view>
 
 #include "platform/bundle.h"
-#include "services/feedback_form.h"
 #include "services/http_client.h"
 #include "services/recent_log.h"
 #include "services/service_addresses.h"
 
 namespace velmara {
+
+/// The entry of the type pop-up that stands for no choice. The check relies on its text, asterisk
+/// included.
+inline constexpr std::string_view kNoFeedbackType =
+    QT_TRANSLATE_NOOP("velmara::FeedbackWindowController", "*Please Select Feedback Type");
+
+/// The entries that are a choice, sent to the service as they stand, misspellings included.
+inline constexpr std::array<std::string_view, 4> kFeedbackTypes = {
+    QT_TRANSLATE_NOOP("velmara::FeedbackWindowController", "General Feedback"),
+    QT_TRANSLATE_NOOP("velmara::FeedbackWindowController", "I feel good whenerver I have used it"),
+    QT_TRANSLATE_NOOP("velmara::FeedbackWindowController", "I want to report a problem"),
+    QT_TRANSLATE_NOOP("velmara::FeedbackWindowController", "Unable to understand the problem"),
+};
+
+/// What the user typed and chose.
+struct FeedbackForm {
+  std::string email;
+  std::string type;  ///< the title of the pop-up
+  std::string experience;
+  bool sendLogs = false;
+  bool sendScanLog = false;
+};
+
+/// Which of the form's error labels show.
+struct FeedbackFaults {
+  bool invalidEmail = false;
+  bool invalidType = false;
+  bool invalidExp = false;
+
+  bool any() const { return invalidEmail || invalidType || invalidExp; }
+};
+
+/// Makes the e-mail address lower-case and takes white space and newlines off the ends of it and of
+/// the experience: so they are sent.
+void tidyFeedbackFields(FeedbackForm& form);
+
+/// Tidies the form, then makes every check, so that all messages can show together. Logs the type
+/// as "Title :TYPE".
+FeedbackFaults checkFeedbackFields(FeedbackForm& form);
+
+/// Whether the whole text is an e-mail address by the form's pattern, which knows lower-case
+/// letters only. Takes time in proportion to the length, whatever the text. Any thread.
+bool validateEmail(std::string_view address);
 
 /// A time of day.
 using WallTime = std::chrono::system_clock::time_point;
@@ -67,11 +114,6 @@ struct ReportText {
   /// All of it. Each call begins anew.
   TextSource text() const;
 };
-
-/// The report as it travels inside the envelope: one line of XML whose markup is escaped already.
-/// Of the values only the content and the two parts are escaped; the others go in as they are, so a
-/// special character in one of them spoils the document.
-ReportText reportText(const FeedbackReport& report);
 
 /// The report as a document of its own: what the service finds in the envelope.
 TextSource reportDocument(const FeedbackReport& report);

@@ -100,11 +100,12 @@ bool hasGateway(const Attributes& attributes) {
   return attributes.count(RTA_GATEWAY) + attributes.count(RTA_VIA) > 0;
 }
 
-std::uint32_t numberIn(const Attributes& attributes, int type, std::uint32_t otherwise) {
+// The number of a type; 0 if there is none.
+std::uint32_t numberIn(const Attributes& attributes, int type) {
   const auto found = attributes.find(type);
-  if (found == attributes.end()) return otherwise;
-  if (mnl_attr_get_payload_len(found->second) < sizeof(std::uint32_t)) return otherwise;
-  return mnl_attr_get_u32(found->second);
+  const bool isThere =
+      found != attributes.end() && mnl_attr_get_payload_len(found->second) >= sizeof(std::uint32_t);
+  return isThere ? mnl_attr_get_u32(found->second) : 0;
 }
 
 LinkState stateOf(const nlmsghdr& answer) {
@@ -144,17 +145,11 @@ LinkState stateOf(const Links& links, int index) {
 }
 
 RouteFacts::Kind kindOf(unsigned char type) {
-  switch (type) {
-    case RTN_LOCAL:
-      return RouteFacts::Kind::kLocal;
-    case RTN_UNICAST:
-    case RTN_BROADCAST:
-    case RTN_ANYCAST:
-    case RTN_MULTICAST:
-      return RouteFacts::Kind::kRemote;
-    default:  // unreachable, blackhole, prohibit, throw
-      return RouteFacts::Kind::kNone;
-  }
+  if (type == RTN_LOCAL) return RouteFacts::Kind::kLocal;
+  // The others are unreachable, blackhole, prohibit and throw.
+  const bool leadsElsewhere =
+      type == RTN_UNICAST || type == RTN_BROADCAST || type == RTN_ANYCAST || type == RTN_MULTICAST;
+  return leadsElsewhere ? RouteFacts::Kind::kRemote : RouteFacts::Kind::kNone;
 }
 
 // One route message; several facts for a route over several ways.
@@ -163,7 +158,7 @@ std::vector<RouteFacts> factsOf(const nlmsghdr& answer, const Links& links) {
   const auto attributes = attributesOf<rtmsg>(answer);
   RouteFacts facts;
   facts.kind = kindOf(route->rtm_type);
-  facts.metric = numberIn(attributes, RTA_PRIORITY, 0);
+  facts.metric = numberIn(attributes, RTA_PRIORITY);
   if (const auto ways = attributes.find(RTA_MULTIPATH); ways != attributes.end()) {
     std::vector<RouteFacts> all;
     const auto* hop = static_cast<const rtnexthop*>(mnl_attr_get_payload(ways->second));
@@ -176,7 +171,7 @@ std::vector<RouteFacts> factsOf(const nlmsghdr& answer, const Links& links) {
     return all;
   }
   facts.hasGateway = hasGateway(attributes);
-  facts.link = stateOf(links, static_cast<int>(numberIn(attributes, RTA_OIF, 0)));
+  facts.link = stateOf(links, static_cast<int>(numberIn(attributes, RTA_OIF)));
   return {facts};
 }
 

@@ -1,8 +1,9 @@
 #include "services/system_info.h"
 
+#include <QByteArray>
+
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <filesystem>
 #include <system_error>
 
@@ -16,20 +17,19 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kLargestFact = std::size_t{1} << 16;
 
-// What firmware says when nobody gave the machine a number, in lower case.
-constexpr std::array<std::string_view, 8> kFillers = {"to be filled by o.e.m.",
-                                                      "default string",
-                                                      "not specified",
-                                                      "not applicable",
-                                                      "none",
-                                                      "n/a",
-                                                      "system serial number",
-                                                      "0"};
+// What firmware says when nobody gave the machine a number, in any case.
+constexpr std::array<const char*, 8> kFillers = {"to be filled by o.e.m.",
+                                                 "default string",
+                                                 "not specified",
+                                                 "not applicable",
+                                                 "none",
+                                                 "n/a",
+                                                 "system serial number",
+                                                 "0"};
 
-bool isFiller(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char byte) { return static_cast<char>(std::tolower(byte)); });
-  return std::find(kFillers.begin(), kFillers.end(), text) != kFillers.end();
+bool isFiller(const std::string& text) {
+  return std::any_of(kFillers.begin(), kFillers.end(),
+                     [&](const char* filler) { return qstricmp(filler, text.c_str()) == 0; });
 }
 
 // The property's file: the root's own before one further down.

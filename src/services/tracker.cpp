@@ -110,15 +110,12 @@ void Tracker::post(const std::string& url, const std::string& json) {
   checkJson(json.substr(0, request.bodySize));
   const HttpAnswer answer = setup_.isSilent ? HttpAnswer{} : setup_.send(request);
   tid = 0;
-  if (answer.end == HttpAnswer::End::kFinished) takeAnswer(answer.body);
-}
-
-void Tracker::takeAnswer(const std::string& answer) {
-  const QByteArray bytes = QByteArray::fromStdString(answer);
-  logFormat("Response: %s", QUtf8StringView(bytes).isValidUtf8() ? answer.c_str() : "(null)");
+  if (answer.end != HttpAnswer::End::kFinished) return;
+  const QByteArray bytes = QByteArray::fromStdString(answer.body);
+  logFormat("Response: %s", QUtf8StringView(bytes).isValidUtf8() ? bytes.constData() : "(null)");
   const QJsonDocument parsed = QJsonDocument::fromJson(bytes);
   logLine(parsed.isNull() ? "(null)" : parsed.toJson(QJsonDocument::Compact).toStdString());
-  if (const auto id = trackingIdIn(answer)) tid = *id;
+  if (const auto id = trackingIdIn(answer.body)) tid = *id;
 }
 
 }  // namespace velmara

@@ -84,7 +84,6 @@ class Tracker : public std::enable_shared_from_this<Tracker> {
  private:
   explicit Tracker(TrackerSetup setup) : setup_(std::move(setup)) {}
   void post(const std::string& url, const std::string& json);
-  void takeAnswer(const std::string& answer);
 
   TrackerSetup setup_;
 };

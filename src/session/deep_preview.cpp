@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "imaging/resample.h"
 #include "imaging/rotate_with_exif.h"
 

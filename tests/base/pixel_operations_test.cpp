@@ -1,10 +1,9 @@
+#include "base/pixel_operations.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
 #include <vector>
-
-#include "base/alpha.h"
-#include "base/mirror.h"
 
 namespace velmara {
 namespace {

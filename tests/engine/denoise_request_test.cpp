@@ -7,7 +7,7 @@
 #include <string>
 #include <thread>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "engine/brute_force.h"
 #include "engine/denoise_algo_implementation.h"
 #include "engine/fast/fast_kernel.h"

@@ -7,7 +7,7 @@
 #include <optional>
 #include <random>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "engine/denoise_algo_implementation.h"
 #include "engine/pictures.h"
 

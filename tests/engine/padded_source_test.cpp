@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-#include "base/alpha.h"
-#include "base/mirror.h"
+#include "base/pixel_operations.h"
 #include "engine/denoise_request.h"
 #include "engine/fast/instruction_sets.h"
 #include "engine/pictures.h"

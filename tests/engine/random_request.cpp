@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <sstream>
 
-#include "base/mirror.h"
+#include "base/pixel_operations.h"
 #include "engine/band_run.h"
 
 namespace velmara {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "imaging/color_profile.h"
 #include "imaging/image_reader.h"
 #include "imaging/picture_files.h"

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "imaging/picture_files.h"
 #include "imaging/picture_set.h"
 #include "imaging/pictures.h"

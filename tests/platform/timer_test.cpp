@@ -68,7 +68,7 @@ TEST_P(TimerTest, DestroyingATimerEndsItEvenFromItsOwnHandler) {
     if (calls.size() == 2) own.reset();
     calls.emplace_back("own");
   });
-  pass(0.040);
+  pass(0.200);
   EXPECT_THAT(calls, ElementsAre("own", "own", "own"));
 }
 

@@ -10,7 +10,7 @@
 #include <random>
 #include <vector>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "imaging/picture_files.h"
 #include "imaging/resample.h"
 #include "preview/geometry_printing.h"

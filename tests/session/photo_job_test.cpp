@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 #include "engine/deep/deep_pictures.h"
 #include "imaging/image_reader.h"
 #include "imaging/resample.h"

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "base/alpha.h"
+#include "base/pixel_operations.h"
 
 namespace velmara {
 namespace {

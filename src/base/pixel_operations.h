@@ -10,6 +10,26 @@
 
 namespace velmara {
 
+/// A sample drawn over black through an alpha of 0 to 255: sample * alpha / 255, rounded to the
+/// nearest.
+constexpr std::uint8_t overBlack(std::uint8_t sample, std::uint8_t alpha) {
+  const unsigned product = unsigned{sample} * unsigned{alpha} + 128U;
+  return static_cast<std::uint8_t>((product + (product >> 8U)) >> 8U);
+}
+
+/// The bitmap drawn over black with its alpha sample gone: 4 samples become 3, 2 become 1, and a
+/// bitmap without alpha comes back itself. Not valid if the input is not or the memory is not to be
+/// had.
+Bitmap withoutAlpha(const Bitmap& bitmap);
+
+/// The toolkit's alpha removal: withoutAlpha with its lines in the log.
+Bitmap removeAlpha(const Bitmap& bitmap, const LogSink& log);
+/// The line it begins with, for whoever removes alpha on the way or finds none to remove.
+void logAlphaRemoval(const LogSink& log);
+
+/// Packed RGB (or gray) samples as an opaque 4-sample bitmap; 2 and 4 samples keep their alpha.
+Bitmap asRgba(const Bitmap& bitmap);
+
 /// The index in 0..count-1 that position `index` shows when a line of `count` samples is mirrored
 /// at both ends again and again, the end samples repeated: -1 shows 0, count shows count - 1.
 std::int64_t mirroredIndex(std::int64_t index, std::int64_t count);
