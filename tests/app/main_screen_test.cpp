@@ -207,38 +207,6 @@ TEST_F(ScreenTest, ARunThatIsStoppedOrFailsLeavesWhatWasShown) {
   }
 }
 
-TEST_F(ScreenTest, DeepShowsAt100PercentWhatIsSaved) {
-  runProgram({"convert", photo(), "-seed", "1", "-attenuate", "2", "+noise", "Gaussian",
-              folder.file("noisy.png")});
-  ASSERT_TRUE(openAndWait(folder.file("noisy.png")));
-  click("btn100Percent");
-  ASSERT_TRUE(waitForResult());
-  EXPECT_TRUE(view("lblNoise").isVisible());
-  const int runs = engine.runs();
-  QTest::keyClick(&window(), Qt::Key_D);
-  EXPECT_TRUE(view("progressBar").isVisible());
-  ASSERT_TRUE(waitForResult());
-  EXPECT_FALSE(view("lblNoise").isVisible());
-  EXPECT_EQ(view<ActionButton>("btnDeepMode").state(), 1);
-  EXPECT_EQ(view<QLabel>("txtCustomDenoiseVal").text(), QStringLiteral("Noise × 1.0"));
-  EXPECT_EQ(engine.runs(), runs);
-  panels.saveOptions.clear();
-  click("btnExport");
-  panels.answerSave(folder.file("out.png"));
-  ASSERT_TRUE(waitUntil([this] { return session().state() == EditState::kSaved; }));
-  ASSERT_TRUE(waitForResult());
-  const QImage saved =
-      QImage(QString::fromStdString(folder.file("out.png"))).convertToFormat(QImage::Format_RGB32);
-  EXPECT_TRUE(waitUntil([&] {
-    const PixelRect seen = view<PictureView>("imgFilteredImgVWRightForDual").frame();
-    const QImage shown = view("vwImageContainerForDualMode").grab().toImage();
-    return shown.copy(seen.x, seen.y, saved.width(), saved.height())
-               .convertToFormat(QImage::Format_RGB32) == saved;
-  }));
-  click("btnDeepMode");
-  ASSERT_TRUE(waitForRun(runs));
-}
-
 TEST_F(ScreenTest, TheHandleIsActedOnWhenItIsLetGo) {
   ASSERT_TRUE(openAndWait(photo()));
   auto& slider = view<QSlider>("sliderCustomDenoise");

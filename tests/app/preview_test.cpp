@@ -166,7 +166,39 @@ TEST_F(PreviewTest, OfThreeDroppedPhotosTheFirstIsOpenedAndTheLastWaits) {
   ASSERT_TRUE(waitForResult());
 }
 
-// The run needs no file: not on a full disk, and not without a folder to write to.
+TEST_F(PreviewTest, DeepShowsAt100PercentWhatIsSaved) {
+  runProgram({"convert", photo(), "-seed", "1", "-attenuate", "2", "+noise", "Gaussian",
+              folder.file("noisy.png")});
+  ASSERT_TRUE(openAndWait(folder.file("noisy.png")));
+  click("btn100Percent");
+  ASSERT_TRUE(waitForResult());
+  EXPECT_TRUE(view("lblNoise").isVisible());
+  const int runs = engine.runs();
+  QTest::keyClick(&window(), Qt::Key_D);
+  EXPECT_TRUE(view("progressBar").isVisible());
+  ASSERT_TRUE(waitForResult());
+  EXPECT_FALSE(view("lblNoise").isVisible());
+  EXPECT_EQ(view<ActionButton>("btnDeepMode").state(), 1);
+  EXPECT_EQ(view<QLabel>("txtCustomDenoiseVal").text(), QStringLiteral("Noise × 1.0"));
+  EXPECT_EQ(engine.runs(), runs);
+  panels.saveOptions.clear();
+  click("btnExport");
+  panels.answerSave(folder.file("out.png"));
+  ASSERT_TRUE(waitUntil([this] { return session().state() == EditState::kSaved; }));
+  ASSERT_TRUE(waitForResult());
+  const QImage saved =
+      QImage(QString::fromStdString(folder.file("out.png"))).convertToFormat(QImage::Format_RGB32);
+  EXPECT_TRUE(waitUntil([&] {
+    const PixelRect seen = view<PictureView>("imgFilteredImgVWRightForDual").frame();
+    const QImage shown = view("vwImageContainerForDualMode").grab().toImage();
+    return shown.copy(seen.x, seen.y, saved.width(), saved.height())
+               .convertToFormat(QImage::Format_RGB32) == saved;
+  }));
+  click("btnDeepMode");
+  ASSERT_TRUE(waitForRun(runs));
+}
+
+// The run needs no file.
 TEST_F(PreviewTest, APreviewNeedsNoDisk) {
   const std::string path = temporary.file("photo.png");
   ASSERT_TRUE(openAndWait(photo()));
@@ -183,12 +215,6 @@ TEST_F(PreviewTest, APreviewNeedsNoDisk) {
   ASSERT_TRUE(waitUntil(isGlobalQueueIdle));
   EXPECT_FALSE(std::filesystem::is_symlink(path + ".part"));
   EXPECT_EQ(std::ranges::count(log(), path + ": the visible region was not written"), 1);
-
-  std::filesystem::remove_all(temporary.path());
-  click("btnFitScreen");
-  ASSERT_TRUE(waitForResult());
-  screen().changeLevel(1);
-  ASSERT_TRUE(waitForResult());
   EXPECT_TRUE(alerts.shown.empty());
 }
 

@@ -208,8 +208,8 @@ class ScreenTest : public testing::Test {
     return log_;
   }
 
-  ScratchFolder folder;
-  ScratchFolder temporary;
+  ScratchFolder folder{inMemory()};
+  ScratchFolder temporary{inMemory()};
   GatedEngine engine;
   HurriedTimers timers;
   NotificationCenter center;

@@ -133,7 +133,7 @@ class EditingTest : public testing::Test {
   bool logged(const std::string& text) const { return std::ranges::find(log, text) != log.end(); }
   std::vector<std::string> takeTold() { return std::exchange(told, {}); }
 
-  testing_support::ScratchFolder folder;
+  testing_support::ScratchFolder folder{testing_support::inMemory()};
   testing_support::ManualTime time;
   HeldQueue mainQueue;
   HeldQueue globalQueue;

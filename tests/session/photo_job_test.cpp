@@ -108,7 +108,7 @@ class PhotoJobTest : public testing::Test {
     return outputOf({"identify", "-format", "%m %wx%h", folder.file(name)});
   }
 
-  ScratchFolder folder;
+  ScratchFolder folder{testing_support::inMemory()};
   JobControl control;
   CopyingEngine engine;
   PhotoJobServices services{engine, mainQueue(), globalQueue(), [](const std::string&) {},

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace velmara::testing_support {
@@ -12,8 +13,9 @@ namespace velmara::testing_support {
 /// A new, empty folder that is removed with everything in it at the end of a test.
 class ScratchFolder {
  public:
-  ScratchFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "velmara-test-XXXXXX").string();
+  explicit ScratchFolder(
+      const std::filesystem::path& base = std::filesystem::temp_directory_path()) {
+    std::string name = (base / "velmara-test-XXXXXX").string();
     path_ = ::mkdtemp(name.data());
   }
   ScratchFolder(const ScratchFolder&) = delete;
@@ -38,6 +40,11 @@ class ScratchFolder {
  private:
   std::filesystem::path path_;
 };
+
+/// Where a folder lies in memory, for tests that would only wait for the disk.
+inline std::filesystem::path inMemory() {
+  return ::access("/dev/shm", W_OK) == 0 ? "/dev/shm" : std::filesystem::temp_directory_path();
+}
 
 inline std::string contentsOf(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
