@@ -11,6 +11,7 @@ folder=${1:-$build}
 # The date of the files in the package: that of the last change.
 SOURCE_DATE_EPOCH=$(git -C "$root" log -1 --format=%ct 2>/dev/null || date -r "$root/CHANGELOG.md" +%s)
 export SOURCE_DATE_EPOCH
+export QT_RCC_SOURCE_DATE_OVERRIDE="$SOURCE_DATE_EPOCH"
 harden="-ffile-prefix-map=$root=. -fstack-protector-strong -fstack-clash-protection"
 harden="$harden -D_FORTIFY_SOURCE=2 -Wformat -Werror=format-security"
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
