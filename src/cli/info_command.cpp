@@ -1,4 +1,3 @@
-
 #include <QByteArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -13,6 +12,7 @@
 #include "cli/terminal.h"
 #include "engine/deep/deep_denoise.h"
 #include "engine/denoise_algo_implementation.h"
+#include "imaging/file_format.h"
 #include "imaging/image_reader.h"
 #include "imaging/rotate_with_exif.h"
 #include "platform/bundle.h"
@@ -131,6 +131,21 @@ int run(const InfoOptions& options) {
     std::fflush(stdout);
     return Done{};
   });
+}
+
+int run(const FormatsOptions& /*options*/) {
+  for (const FormatFacts& facts : fileFormats()) {
+    std::string extensions;
+    for (const std::string_view extension : facts.extensions) {
+      if (!extension.empty()) extensions += " ." + std::string(extension);
+    }
+    const bool isWritten = !facts.word.empty();
+    std::printf("%-10s%-14s%-26s%s\n", std::string(facts.name).c_str(),
+                isDecoderInstalled(facts) ? "read" : "not installed",
+                isWritten ? ("written, --format " + std::string(facts.word)).c_str() : "",
+                extensions.c_str());
+  }
+  return 0;
 }
 
 int run(const CalibrateOptions& options) {
