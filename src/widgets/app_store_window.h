@@ -82,7 +82,6 @@ class AppStoreWindow : public QWidget {
 
   /// The views are taken over and filled into their places; what stood there before is given back
   /// without a parent.
-  QWidget* titleBarView() const { return titleBarView_; }
   void setTitleBarView(QWidget* view) { setView(titleBarView_, titleBar_, view); }
   QWidget* contentView() const { return contentView_; }
   void setContentView(QWidget* view) { setView(contentView_, content_, view); }

@@ -90,8 +90,8 @@ TEST_F(SheetsTest, TheOptionsLiveInTheSavePanel) {
     SavePanelOptions options;
     options.allowedFileTypes = {"png", "jpeg", "gif"};
     options.accessoryView = &view;
-    SaveDialog panel(options, &window);
-    panel.show();
+    DesktopPanels panels(&window);
+    const auto panel = panels.beginSavePanel(options, [](const std::string&) {});
     EXPECT_TRUE(popup.isVisible() && !slider.isVisible());
     popup.setFocus();
     QTest::keyClick(&popup, Qt::Key_Down);
@@ -99,6 +99,7 @@ TEST_F(SheetsTest, TheOptionsLiveInTheSavePanel) {
     EXPECT_EQ(chosen.front().front().toInt(), 1);
     view.setQualityShown(true);
     EXPECT_TRUE(slider.isVisible());
+    panel->cancel();
   }
   EXPECT_EQ(view.parentWidget(), nullptr);
 }
