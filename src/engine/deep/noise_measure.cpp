@@ -82,7 +82,7 @@ DeepNoise noiseOf(const NoiseRanges& ranges, const std::array<std::array<float, 
 // They hardly differ from camera to camera, and cannot be told from what is in the picture.
 constexpr std::array<float, 5> kLowerShape = {1.7F, 1.37F, 1.13F, 1.01F, 0.86F};
 // The calmest blocks have less of the other frequencies, and of the colours', than the others.
-constexpr float kCalm = 2.1F;
+constexpr float kCalm = 1.8F;
 
 DeepNoise cameraNoiseOf(const NoiseRanges& ranges, const CalmSpectra& spectra) {
   std::array<std::array<float, 15>, 3> shape = {};
