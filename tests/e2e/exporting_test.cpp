@@ -55,9 +55,10 @@ TEST_F(ExportingTest, EveryFormatIsSavedCleanAndUprightByTheKeyboard) {
       {"j", "jpeg"}, {"b", "bmp"}, {"g", "gif"}, {"p", "png"}, {"t", "tiff"}};
   for (const auto& [letter, format] : formats) {
     SCOPED_TRACE(format);
-    // The name is typed without an extension: the format gives it one.
-    ASSERT_TRUE(program().saveByKeyboard(folder.file("result"), letter));
-    const std::string saved = folder.file(std::string("result.") + format);
+    // The name is typed without an extension: the format gives it one. No two begin alike, or the
+    // panel would propose one for the other.
+    ASSERT_TRUE(program().saveByKeyboard(folder.file(letter), letter));
+    const std::string saved = folder.file(std::string(letter) + "." + format);
     ASSERT_TRUE(waitForFile(saved));
     std::string magick = runProgram({"identify", "-format", "%m", saved}).output;
     std::ranges::transform(magick, magick.begin(), ::tolower);

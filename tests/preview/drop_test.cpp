@@ -13,8 +13,11 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "preview/drop/dragging_view.h"
@@ -189,49 +192,35 @@ TEST_F(DropViewsTest, TheDelegateOrTheViewMayGoMeanwhile) {
   QCoreApplication::processEvents();
 }
 
-// A step is what happens (Down, up, Double click, move), when, and at which x.
-struct MouseStep {
-  char what;
-  quint64 time;
-  int x = 10;
-  Qt::MouseButton button = Qt::LeftButton;
-};
-
 TEST_F(DropViewsTest, ForwardsSingleClicksAndEveryDrag) {
-  struct Case {
-    const char* name;
-    std::vector<MouseStep> steps;
-    Strings calls;
-  };
-  const MouseStep down{'d', 0}, up{'u', 50}, again{'D', 100}, upAgain{'u', 150};
-  const Case cases[] = {
-      {"single", {down, up}, {"down", "up"}},
+  // What happens (down, up, Double click, move), when, and at which x.
+  const std::pair<const char*, Strings> rows[] = {
+      {"d0@10 u50@10", {"down", "up"}},
       // The toolkit sends the third press of a row as a plain one.
-      {"triple", {down, up, again, upAgain, {'d', 200}, {'u', 250}}, {"down", "up"}},
-      {"two singles", {down, up, {'d', 5000}, {'u', 5050}}, {"down", "up", "down", "up"}},
-      {"two places", {down, up, {'d', 100, 200}, {'u', 150, 200}}, {"down", "up", "down", "up"}},
-      {"drag", {down, {'m', 40, 30}, up}, {"down", "dragged", "up"}},
-      {"drag of a double click",
-       {down, up, again, {'m', 120, 30}, upAgain},
-       {"down", "up", "dragged"}},
-      {"right", {{'d', 0, 10, Qt::RightButton}, {'u', 50, 10, Qt::RightButton}}, {}},
-      {"hover", {{'m', 0, 10, Qt::NoButton}}, {}}};
-  quint64 start = 100'000;
-  for (const Case& c : cases) {
-    delegate.calls.clear();
-    for (const MouseStep& step : c.steps) {
-      const QEvent::Type type = step.what == 'd'   ? QEvent::MouseButtonPress
-                                : step.what == 'u' ? QEvent::MouseButtonRelease
-                                : step.what == 'D' ? QEvent::MouseButtonDblClick
-                                                   : QEvent::MouseMove;
-      const QPointF where(step.x, 10);
-      QMouseEvent event(type, where, where, step.what == 'm' ? Qt::NoButton : step.button,
-                        step.what == 'u' ? Qt::NoButton : step.button, Qt::NoModifier);
-      event.setTimestamp(start + step.time);
-      QCoreApplication::sendEvent(&ringing, &event);
+      {"d0@10 u50@10 D100@10 u150@10 d200@10 u250@10", {"down", "up"}},
+      {"d0@10 u50@10 d5000@10 u5050@10", {"down", "up", "down", "up"}},
+      {"d0@10 u50@10 d100@200 u150@200", {"down", "up", "down", "up"}},
+      {"d0@10 m40@30 u50@10", {"down", "dragged", "up"}},
+      {"d0@10 u50@10 D100@10 m120@30 u150@10", {"down", "up", "dragged"}}};
+  quint64 start = 0;
+  for (const auto& [steps, calls] : rows) {
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
+      delegate.calls.clear();
+      start += 100'000;
+      std::istringstream words(steps);
+      for (std::string step; words >> step;) {
+        const std::map<char, QEvent::Type> types{{'d', QEvent::MouseButtonPress},
+                                                 {'u', QEvent::MouseButtonRelease},
+                                                 {'D', QEvent::MouseButtonDblClick},
+                                                 {'m', QEvent::MouseMove}};
+        const QPointF where(std::stoi(step.substr(step.find('@') + 1)), 10);
+        QMouseEvent event(types.at(step[0]), where, where, step[0] == 'm' ? Qt::NoButton : button,
+                          step[0] == 'u' ? Qt::NoButton : button, Qt::NoModifier);
+        event.setTimestamp(start + std::stoul(step.substr(1)));
+        QCoreApplication::sendEvent(&ringing, &event);
+      }
+      EXPECT_EQ(delegate.calls, button == Qt::LeftButton ? calls : Strings()) << steps;
     }
-    EXPECT_EQ(delegate.calls, c.calls) << c.name;
-    start += 100'000;
   }
 }
 
