@@ -84,16 +84,19 @@ TEST_F(ExportingTest, AKillWhileWritingLeavesTheOldFileAndNoLitter) {
   testing_support::writeFile(old, "an older picture");
 
   // The file is being written while the program has something open in its folder that has bytes
-  // but no name there yet.
+  // but no name there yet. It stands still while it is looked at, and goes on for a moment only.
+  const auto pid = static_cast<pid_t>(program().process().pid());
   const auto isWriting = [&] {
+    ::kill(pid, SIGSTOP);
     std::error_code gone;
-    const fs::path descriptors = "/proc/" + std::to_string(program().process().pid()) + "/fd";
+    const fs::path descriptors = "/proc/" + std::to_string(pid) + "/fd";
     for (const auto& entry : fs::directory_iterator(descriptors, gone)) {
       const std::string name = fs::read_symlink(entry.path(), gone).string();
       if (!name.starts_with(target.path().string() + "/")) continue;
       struct stat status {};
       if (::stat(entry.path().c_str(), &status) == 0 && status.st_size > 0) return true;
     }
+    ::kill(pid, SIGCONT);
     return false;
   };
   key("ctrl+s");
