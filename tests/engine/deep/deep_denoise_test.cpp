@@ -132,6 +132,7 @@ TEST(DenoisedDeeply, FollowsItsStrength) {
   // Of a picture that was made smaller a part of the noise is left.
   JobControl control;
   const auto small = denoiseDeeply(noisy, measureNoise(noisy), {.scale = 0.2F}, control);
+  ASSERT_TRUE(small);
   EXPECT_GT(psnrBetween(*small, noisy), measured + 3.0);
 }
 
