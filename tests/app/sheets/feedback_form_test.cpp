@@ -1,22 +1,108 @@
+// The feedback form, and what it shows of what is sent.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 
+#include <chrono>
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "app/sheets/feedback_form_fixture.h"
+#include "app/sheets/feedback_preview.h"
+#include "app/sheets/feedback_window_controller.h"
+#include "support/scratch_folder.h"
+#include "support/scripted_desktop.h"
 #include "widgets/desktop_alerts.h"
 
 namespace velmara {
 namespace {
 
-using testing_support::FeedbackFormTest;
+using testing::HasSubstr;
+
+/// The feedback form on a window of the smallest size, open; what it sends and asks for is kept.
+class FeedbackFormTest : public testing::Test {
+ protected:
+  using Receiver = std::function<void(const FeedbackReport&)>;
+
+  FeedbackFormTest() {
+    window.resize(1220, 700);
+    window.show();
+    open();
+  }
+  void open() {
+    sheet.showSheet();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&sheet));
+  }
+
+  template <typename Widget = QWidget>
+  Widget& part(const char* name) {
+    auto* found = sheet.findChild<Widget*>(QLatin1String(name));
+    EXPECT_NE(found, nullptr) << name;
+    return *found;
+  }
+  void click(const char* name) { QTest::mouseClick(&part(name), Qt::LeftButton); }
+  QString whatIsSent() { return part<QPlainTextEdit>("txtWhatIsSent").toPlainText(); }
+  void fill(const char* address, int type, const char* text) {
+    part<QLineEdit>("txtFBEmailID").setText(address);
+    part<QComboBox>("btnFBType").setCurrentIndex(type);
+    part<QPlainTextEdit>("txtViewFBExp").setPlainText(text);
+  }
+  static QString focusName() {
+    const QWidget* widget = QApplication::focusWidget();
+    return widget != nullptr ? widget->objectName() : QString();
+  }
+  // Which error labels show: "ETX" for all three.
+  std::string errors() {
+    std::string shown;
+    for (const char* name : {"lblFBInvalidEmail", "lblFBInvalidType", "lblFBInvalidExp"}) {
+      if (part(name).isVisible()) shown += name[13] == 'x' ? 'X' : name[12];
+    }
+    return shown;
+  }
+
+  QWidget window;
+  testing_support::ScriptedAlerts alerts;
+  testing_support::ScriptedPanels panels;
+  bool isInternetAvailable = true;
+  bool reachesNobody = false;
+  std::vector<FeedbackForm> sent;  ///< or saved
+  std::string savedTo;
+  std::function<void(const std::string&)> saved;
+  std::function<void()> whileSending = [] {};
+  std::vector<std::pair<FeedbackForm, Receiver>> described;
+  FeedbackServices services() {
+    FeedbackServices services{.alerts = alerts, .panels = panels};
+    services.reachesNobody = reachesNobody;
+    services.isInternetAvailable = [this] { return isInternetAvailable; };
+    services.extractInfoAndSendFeedback = [this](const FeedbackForm& form) {
+      sent.push_back(form);
+      whileSending();
+    };
+    services.describe = [this](const FeedbackForm& form, Receiver receiver) {
+      described.emplace_back(form, std::move(receiver));
+    };
+    services.proposedFileName = [] { return "Velmara-Feedback 7.xml"; };
+    services.saveReport = [this](const FeedbackForm& form, const std::string& path, auto done) {
+      sent.push_back(form);
+      savedTo = path;
+      saved = std::move(done);
+    };
+    return services;
+  }
+
+  FeedbackWindowController sheet{services(), &window};
+};
 
 TEST_F(FeedbackFormTest, SaysWhatItAlwaysSaid) {
   QStringList types;
@@ -212,6 +298,75 @@ TEST_F(FeedbackFormTest, WithoutAServiceItSaysSoAndSavesTheReport) {
   EXPECT_TRUE(form.isVisible()) << "nothing that was typed is lost";
   saved({});
   EXPECT_FALSE(form.isVisible());
+}
+
+class FeedbackPreviewTest : public FeedbackFormTest {
+ protected:
+  /// Answers what was asked for so many times ago.
+  void answer(std::size_t which, const std::string& log = {}, const std::string& usage = {}) {
+    const FeedbackForm& form = described.at(which).first;
+    FeedbackReport report;
+    report.appName = "Velmara";
+    report.email = form.email;
+    report.feedbackType = form.type;
+    report.content = form.experience;
+    report.usage = usage;
+    if (form.sendLogs) {
+      testing_support::writeFile(folder_.file("log"), "2026-01-01 " + log);
+      using namespace std::chrono;
+      report.log = readLogsContent(folder_.file("log"), sys_days(2026y / 1 / 1) + 12h);
+    }
+    described[which].second(report);
+  }
+
+ private:
+  const testing_support::ScratchFolder folder_;
+};
+
+TEST_F(FeedbackPreviewTest, ShowsWhatIsSentBeforeItIs) {
+  fill("ME@B.CO ", 0, "");
+  EXPECT_FALSE(part("txtWhatIsSent").isVisible());
+  click("linkSendFeedback");
+  ASSERT_EQ(described.size(), 1U);
+  EXPECT_TRUE(part("txtWhatIsSent").isVisible());
+  EXPECT_TRUE(part<QPlainTextEdit>("txtWhatIsSent").isReadOnly());
+  answer(0);
+  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("me@b.co\n"));
+  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("Log: not included"));
+
+  // Typing changes the words at once and reads no file.
+  fill("ME@B.CO ", 0, "Typed later. ");
+  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("Typed later.\n"));
+  EXPECT_EQ(described.size(), 1U);
+
+  // Ticking reads again; an answer that was overtaken is not shown.
+  part<QCheckBox>("btnFBSendLogs").setChecked(true);
+  part<QCheckBox>("btnFBSendScanLog").setChecked(true);
+  ASSERT_EQ(described.size(), 3U);
+  answer(1, "the older log");
+  EXPECT_EQ(whatIsSent().indexOf("older"), -1);
+  answer(2, "the newer log");
+  EXPECT_THAT(whatIsSent().toStdString(), HasSubstr("the newer log"));
+
+  // Of a long text the end is shown, in whole lines and characters.
+  const std::string smile = "\xF0\x9F\x98\x80";
+  std::string lines;
+  while (lines.size() < (std::size_t{4} << 20)) lines += "an older line\n";
+  std::string smiles;
+  while (smiles.size() < (std::size_t{1} << 17)) smiles += smile;
+  answer(2, lines + "the newest line", smiles + "z");
+  const std::string shown = whatIsSent().toStdString();
+  EXPECT_THAT(shown, HasSubstr("[4.2 MB before this are sent too]\nan older line\n"));
+  EXPECT_THAT(shown, testing::EndsWith("an older line\nthe newest line"));
+  EXPECT_THAT(shown, HasSubstr("kB before this are sent too]\n" + smile));
+  EXPECT_LT(shown.size(), 70'000U);
+
+  // Closed, it is forgotten, and what comes late with it.
+  part<QCheckBox>("btnFBSendLogs").setChecked(false);
+  click("linkSendFeedback");
+  EXPECT_FALSE(part("txtWhatIsSent").isVisible());
+  answer(described.size() - 1);
+  EXPECT_EQ(whatIsSent(), "");
 }
 
 }  // namespace
