@@ -1,14 +1,15 @@
 #!/usr/bin/env python3
-"""mutate.py --seed S --count N [--layer L] [--build DIR]: do the tests notice faults?
+"""mutate.py --seed S --count N [--layer L ...] [--again FILE]: do the tests notice faults?
 
-Picks N places of src with a seed, makes each a fault in a scratch copy of the tree (a comparison
-turned, a constant moved by one, a condition negated, a statement dropped, arguments swapped, an
-early return), builds it, runs the tests of its layer and says whether one of them failed. A mutant
-that does not compile counts for nothing and another is drawn. The last line is
+Picks N places of src with a seed, makes each a fault in a scratch copy of the tree as committed (a
+comparison turned, a constant moved by one, a condition negated, a statement dropped, arguments
+swapped, an early return), builds it, runs the tests of its layer and says whether one of them
+failed or did not end. A mutant that does not compile counts for nothing and another is drawn.
+`--again FILE` judges the survivors that an earlier run wrote to a file instead. The last line is
 `killed K of N, E equivalent`.
 
 tools/equivalent_mutants.txt lists mutants that no test can tell from the program, each with the
-reason: lines `file: mutated line: reason`.
+reason: lines like those of the output, ``file: `line` -> `mutated line`: reason``.
 """
 
 import argparse
@@ -16,22 +17,36 @@ import os
 import random
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
+import time
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-# The test programs that cover a layer, by their labels in ctest.
+# The test programs that cover a layer, those first that find most in the least time.
 TESTS = {
-    "base": "base|engine|imaging|preview",
-    "engine": "engine|median|deep|session",
-    "imaging": "imaging|cli",
-    "session": "session|app",
-    "preview": "preview|app",
-    "services": "services|services_network|services_reachability",
+    "base": "base engine imaging preview",
+    "platform": "platform imaging",
+    "engine": "engine median deep session",
+    "imaging": "imaging cli",
+    "session": "session app",
+    "preview": "preview drop app",
+    "services": "services services_network services_reachability",
     "cli": "cli",
 }
+DRAWN = ["cli", "engine", "imaging", "preview", "services", "session"]
+# A header is compiled a hundred times, so of its mutants only some are drawn.
+HEADERS_DRAWN = 0.25
 COMPARISONS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=="}
+# The mutated file needs no long optimisation and may leave a name unused; all others are as they
+# always were, so the cache of the compiler knows them.
+LAUNCHER = """#!/bin/sh
+case "$*" in
+  *"$MUTATED"*) exec ccache "$@" -O1 -Wno-error ;;
+esac
+exec ccache "$@"
+"""
 
 
 def turned_comparison(line):
@@ -77,7 +92,7 @@ def layer_of(path):
 
 
 def places(layers):
-    """All (file, line number, mutated line, kind), in the order of files, lines and kinds."""
+    """All (file, line number, line, mutated line), in the order of files, lines and kinds."""
     listed = subprocess.run(["git", "ls-files", "src/*.cpp", "src/*.h"], cwd=ROOT,
                             capture_output=True, text=True, check=True).stdout.split()
     for path in listed:
@@ -91,52 +106,85 @@ def places(layers):
                 continue
             for kind in KINDS:
                 for mutated in kind(code):
-                    yield path, number, mutated, kind.__name__
+                    yield path, number, line, mutated
 
 
-def equivalents():
-    known = {}
-    listing = os.path.join(ROOT, "tools/equivalent_mutants.txt")
-    if os.path.exists(listing):
-        with open(listing, encoding="utf-8") as file:
+def listed_in(path, beginning=""):
+    """The mutants that the lines of a file tell of, with what stands after them."""
+    found = {}
+    if os.path.exists(path):
+        with open(path, encoding="utf-8") as file:
             for line in file:
-                parts = line.rstrip("\n").split(": ", 2)
-                if len(parts) == 3:
-                    known[parts[0], parts[1].strip()] = parts[2]
-    return known
+                match = re.match(beginning + r"(src/[^:]+):[\d:]* `(.*)` -> `(.*)`:? ?(.*)$", line)
+                if match:
+                    found[match.group(1, 2, 3)] = match.group(4)
+    return found
 
 
-def quietly(command, seconds):
-    """The exit code of a command, or a failure if it takes longer."""
-    try:
-        return subprocess.run(command, capture_output=True, timeout=seconds, check=False).returncode
-    except subprocess.TimeoutExpired:
-        return -1
-
-
-def targets_of(build, labels):
-    listed = subprocess.run(["ninja", "-C", build, "-t", "targets", "all"], capture_output=True,
-                            text=True, check=True).stdout
-    wanted = {f"{label}_test" for label in labels.split("|")}
-    return sorted(wanted & set(re.findall(r"^(\w+_test): phony$", listed, re.M)))
+def ends_well(command, seconds, **kwargs):
+    """Whether a command ends within some seconds without a fault."""
+    with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                          stderr=subprocess.DEVNULL, start_new_session=True, **kwargs) as process:
+        try:
+            return process.wait(seconds) == 0
+        except subprocess.TimeoutExpired:
+            return False
+        finally:
+            try:
+                os.killpg(process.pid, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
 
 
 class Scratch:
-    """A copy of the tree with a build of its own."""
+    """A copy of the tree with a build and a folder for temporary files of its own."""
 
     def __init__(self, folder):
         self.root = os.path.join(folder, "tree")
         self.build = os.path.join(self.root, "build/dev")
+        self.runs = {}  # What is run of each test program: (command, seconds).
+        launcher = os.path.join(folder, "launcher")
+        with open(launcher, "w", encoding="utf-8") as file:
+            file.write(LAUNCHER)
+        os.chmod(launcher, 0o755)
+        os.mkdir(os.path.join(folder, "tmp"))
+        self.environment = {**os.environ, "TMPDIR": os.path.join(folder, "tmp"),
+                            "QT_QPA_PLATFORM": "offscreen", "CCACHE_BASEDIR": folder,
+                            "MUTATED": "none"}
         subprocess.run(["git", "worktree", "add", "--detach", "--quiet", self.root], cwd=ROOT,
                        check=True)
-        subprocess.run(["cmake", "--preset", "dev"], cwd=self.root, check=True,
-                       stdout=subprocess.DEVNULL)
+        linker = ["-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld"] if shutil.which("ld.lld") else []
+        subprocess.run(["cmake", "--preset", "dev", "-DVELMARA_WERROR=ON",
+                        f"-DVELMARA_CCACHE={launcher}",
+                        "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST", *linker],
+                       cwd=self.root, check=True, stdout=subprocess.DEVNULL)
 
-    def prepare(self, layers):
-        for layer in layers:
-            targets = targets_of(self.build, TESTS[layer])
-            subprocess.run(["ninja", "-C", self.build, *targets], check=True,
-                           stdout=subprocess.DEVNULL)
+    def prepare(self, programs):
+        """Builds test programs and finds out how long each takes, and what in it needs a process
+        to itself."""
+        subprocess.run(["ninja", "-C", self.build, *(f"{each}_test" for each in programs)],
+                       check=True, stdout=subprocess.DEVNULL, env=self.environment)
+        found = subprocess.run(["find", self.build, "-name", "*_test", "-type", "f"],
+                               capture_output=True, text=True, check=True).stdout.split()
+        paths = {os.path.basename(path)[:-len("_test")]: path for path in found}
+        for program in programs:
+            start = time.monotonic()
+            said = subprocess.run([paths[program]], env=self.environment, capture_output=True,
+                                  text=True, errors="replace", cwd=self.build, check=False).stdout
+            seconds = 15 + 4 * (time.monotonic() - start)
+            alone = sorted(set(re.findall(r"^\[  FAILED  \] ([\w./]+)", said, re.M)))
+            self.runs[program] = [([paths[program], "--gtest_fail_fast",
+                                    "--gtest_filter=-" + ":".join(alone)], seconds)]
+            self.runs[program] += [([paths[program], f"--gtest_filter={name}"], seconds)
+                                   for name in alone]
+            for command, limit in self.runs[program]:
+                if not self.passes(command, limit):
+                    sys.exit(f"without a fault fails: {' '.join(command)}")
+            print(f"# {program}: {(seconds - 15) / 4:.1f} s, alone: {' '.join(alone) or 'none'}",
+                  flush=True)
+
+    def passes(self, command, seconds):
+        return ends_well(command, seconds, env=self.environment, cwd=self.build)
 
     def judge(self, path, number, mutated):
         """"killed", "survived" or, where the mutant does not compile, "invalid"."""
@@ -148,13 +196,13 @@ class Scratch:
         with open(file, "w", encoding="utf-8") as handle:
             handle.write("\n".join(lines))
         try:
-            labels = TESTS[layer_of(path)]
-            targets = targets_of(self.build, labels)
-            if quietly(["ninja", "-C", self.build, *targets], 900) != 0:
+            programs = TESTS[layer_of(path)].split()
+            environment = {**self.environment, "MUTATED": path if path.endswith(".cpp") else "-c"}
+            if not ends_well(["ninja", "-C", self.build, *(f"{each}_test" for each in programs)],
+                             900, env=environment):
                 return "invalid"
-            failed = quietly(["ctest", "--test-dir", self.build, "-j2", "--stop-on-failure",
-                              "--timeout", "60", "-L", f"^({labels})$"], 900)
-            return "killed" if failed else "survived"
+            passed = all(self.passes(*run) for each in programs for run in self.runs[each])
+            return "survived" if passed else "killed"
         finally:
             with open(file, "w", encoding="utf-8") as handle:
                 handle.write(whole)
@@ -163,32 +211,47 @@ class Scratch:
         subprocess.run(["git", "worktree", "remove", "--force", self.root], cwd=ROOT, check=False)
 
 
+def drawn(arguments):
+    """The mutants to judge, in order."""
+    if arguments.again:
+        wanted = listed_in(arguments.again, r"survived +")
+        return [place for place in places(TESTS)
+                if (place[0], place[2].strip(), place[3].strip()) in wanted]
+    chance = random.Random(arguments.seed)
+    candidates = [place for place in places(arguments.layer or DRAWN)
+                  if chance.random() < (HEADERS_DRAWN if place[0].endswith(".h") else 1)]
+    chance.shuffle(candidates)
+    return candidates
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
-    parser.add_argument("--seed", type=int, required=True)
-    parser.add_argument("--count", type=int, required=True)
-    parser.add_argument("--layer", choices=sorted(TESTS))
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--count", type=int, default=10**6)
+    parser.add_argument("--layer", choices=sorted(TESTS), action="append")
+    parser.add_argument("--again", metavar="FILE")
     arguments = parser.parse_args()
 
-    layers = [arguments.layer] if arguments.layer else sorted(set(TESTS) - {"base"})
-    candidates = list(places(layers))
-    random.Random(arguments.seed).shuffle(candidates)
-    known = equivalents()
+    candidates = drawn(arguments)
+    known = listed_in(os.path.join(ROOT, "tools/equivalent_mutants.txt"))
     counts = {"killed": 0, "survived": 0, "equivalent": 0}
     folder = tempfile.mkdtemp()
     scratch = Scratch(folder)
     try:
-        scratch.prepare(layers)
-        for path, number, mutated, kind in candidates:
+        head = subprocess.run(["git", "rev-parse", "--short", "HEAD"], cwd=scratch.root,
+                              capture_output=True, text=True, check=True).stdout.strip()
+        print(f"# commit {head}, seed {arguments.seed}, {len(candidates)} to draw from", flush=True)
+        layers = {layer_of(place[0]) for place in candidates}
+        scratch.prepare(sorted({each for layer in layers for each in TESTS[layer].split()}))
+        for path, number, line, mutated in candidates:
             if sum(counts.values()) == arguments.count:
                 break
-            reason = known.get((path, mutated.strip()))
-            verdict = "equivalent" if reason else scratch.judge(path, number, mutated)
+            name = (path, line.strip(), mutated.strip())
+            verdict = "equivalent" if name in known else scratch.judge(path, number, mutated)
             if verdict == "invalid":
                 continue
             counts[verdict] += 1
-            print(f"{verdict:10} {path}:{number + 1} {kind}: {mutated.strip() or '(dropped)'}",
-                  flush=True)
+            print(f"{verdict:10} {path}:{number + 1}: `{name[1]}` -> `{name[2]}`", flush=True)
     finally:
         scratch.remove()
         shutil.rmtree(folder, ignore_errors=True)
