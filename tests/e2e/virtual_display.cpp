@@ -7,7 +7,6 @@
 #include <cstdlib>
 
 #include "support/run_program.h"
-#include "support/tools.h"
 
 namespace velmara::e2e {
 namespace {

@@ -18,14 +18,9 @@
 namespace velmara {
 namespace {
 
-using ::testing::Contains;
-using ::testing::Each;
-using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
-using ::testing::Not;
-using ::testing::StartsWith;
+using namespace testing;
 
-class DenoiseRequestTest : public ::testing::Test {
+class DenoiseRequestTest : public Test {
  protected:
   EngineEnvironment environment() {
     EngineEnvironment environment;
@@ -53,52 +48,31 @@ Bytes packedRgb(const Bitmap& bitmap) {
   return bytesOf(withoutAlpha(bitmap));
 }
 
-TEST_F(DenoiseRequestTest, FiltersColourPicturesLikeTheTextbook) {
-  struct Case {
-    int width, height, t, s, sigma;
-    Content content;
-  };
-  const Case cases[] = {
-      {13, 11, 3, 7, 5, Content::kPhoto},   {9, 17, 2, 4, 12, Content::kPhoto},
-      {1, 12, 3, 5, 8, Content::kRandom},   {12, 1, 4, 4, 40, Content::kRandom},
-      {7, 3, 0, 3, 5, Content::kPhoto},     {5, 5, 1, 1, 5, Content::kRandom},
-      {3, 2, 5, 9, 3, Content::kSaturated}, {10, 9, 7, 7, 5, Content::kCheckerboard},
-      {11, 8, 3, 6, 200, Content::kRandom}, {11, 8, 3, 5, 0, Content::kCheckerboard},
-  };
-  for (const Case& c : cases) {
-    const Bitmap picture = makePicture(c.content, c.width, c.height, 3, 1);
-    const Image result =
-        engine_.denoiseImageUsingCustomFastNLMeans(Image(picture), c.t, c.s, c.sigma);
-    ASSERT_TRUE(result.isValid());
-    EXPECT_EQ(packedRgb(result.bitmap()), bruteForce(picture, c.t, c.s, c.sigma))
-        << c.width << " x " << c.height << ", " << c.t << ", " << c.s << ", " << c.sigma;
-  }
-}
-
 // One sample a pixel: the averaged rows slide to the left, and the result's colours are three
 // output samples each, as it is built from three bytes a pixel.
-TEST_F(DenoiseRequestTest, OneChannelByHand) {
-  const Bitmap picture = Bitmap::copyOf(Bytes{10, 20, 31}, 3, 1, 1);
-  // Padded rows 10 10 20 31 31; all weights 1. Pixel 0: 10 10 20, then one byte to the left
-  // 0 10 10, then 0 0 10: 70 / 9. Pixel 1: 121 / 9. Pixel 2: 183 / 9.
-  const Image result = engine_.denoiseImageUsingCustomFastNLMeans(Image(picture), 1, 3, 200);
-  EXPECT_EQ(bytesOf(result.bitmap()), (Bytes{7, 13, 20, 255, 0, 0, 0, 255, 0, 0, 0, 255}));
-}
-
-TEST_F(DenoiseRequestTest, FiltersOneChannelWithItsShearedRows) {
-  struct Case {
-    int width, height, t, s, sigma;
+TEST_F(DenoiseRequestTest, FiltersLikeTheTextbook) {
+  const struct {
+    int width, height, samples, t, s, sigma;
+    Content content;
+  } cases[] = {
+      {13, 11, 3, 3, 7, 5, Content::kPhoto},   {9, 17, 3, 2, 4, 12, Content::kPhoto},
+      {1, 12, 3, 3, 5, 8, Content::kRandom},   {12, 1, 3, 4, 4, 40, Content::kRandom},
+      {7, 3, 3, 0, 3, 5, Content::kPhoto},     {5, 5, 3, 1, 1, 5, Content::kRandom},
+      {3, 2, 3, 5, 9, 3, Content::kSaturated}, {10, 9, 3, 7, 7, 5, Content::kCheckerboard},
+      {11, 8, 3, 3, 6, 200, Content::kRandom}, {11, 8, 3, 3, 5, 0, Content::kCheckerboard},
+      {30, 9, 1, 3, 7, 5, Content::kPhoto},    {1, 9, 1, 3, 3, 5, Content::kPhoto},
+      {2, 5, 1, 5, 9, 20, Content::kPhoto},    {17, 4, 1, 2, 6, 3, Content::kPhoto},
+      {5, 40, 1, 4, 5, 9, Content::kPhoto},    {40, 3, 1, 0, 2, 9, Content::kPhoto},
   };
-  const Case cases[] = {{30, 9, 3, 7, 5}, {1, 9, 3, 3, 5},  {2, 5, 5, 9, 20},
-                        {17, 4, 2, 6, 3}, {5, 40, 4, 5, 9}, {40, 3, 0, 2, 9}};
-  for (const Case& c : cases) {
-    const Bitmap picture = makePicture(Content::kPhoto, c.width, c.height, 1, 2);
+  for (const auto& c : cases) {
+    const Bitmap picture = makePicture(c.content, c.width, c.height, c.samples, 1);
     const Image result =
         engine_.denoiseImageUsingCustomFastNLMeans(Image(picture), c.t, c.s, c.sigma);
     ASSERT_TRUE(result.isValid());
     Bytes expected = bruteForce(picture, c.t, c.s, c.sigma);
-    expected.resize(3 * expected.size(), 0);
-    EXPECT_EQ(packedRgb(result.bitmap()), expected) << c.width << " x " << c.height;
+    expected.resize(static_cast<std::size_t>(3 * c.width * c.height), 0);
+    EXPECT_EQ(packedRgb(result.bitmap()), expected)
+        << c.width << " x " << c.height << ", " << c.t << ", " << c.s << ", " << c.sigma;
   }
 }
 
@@ -113,6 +87,13 @@ TEST_F(DenoiseRequestTest, AlphaIsDrawnOverBlackAndTheResultIsOpaque) {
   EXPECT_EQ(result.bitmap().pixel(11, 9)[3], 255);
   EXPECT_EQ(result.profile(), profile);
   EXPECT_EQ(result.size(), (Size{12.0, 10.0}));
+  // Gray with alpha comes back black.
+  const Image gray(makePicture(Content::kRandom, 6, 5, 2, 4));
+  for (const bool testSpeed : {false, true}) {
+    EXPECT_EQ(
+        packedRgb(engine_.applyFastNLMeansAlgorithmOnImage(gray, 3, 5, 5.0, testSpeed).bitmap()),
+        Bytes(90, 0));
+  }
 }
 
 // The toolkit's steps of a request, in its order.
@@ -150,21 +131,12 @@ TEST_F(DenoiseRequestTest, AFlatImageStaysFlat) {
   }
 }
 
-TEST_F(DenoiseRequestTest, GrayWithAlphaComesBackBlack) {
-  const Image input(makePicture(Content::kRandom, 6, 5, 2, 4));
-  for (const bool testSpeed : {false, true}) {
-    const Image result = engine_.applyFastNLMeansAlgorithmOnImage(input, 3, 5, 5.0, testSpeed);
-    ASSERT_TRUE(result.isValid());
-    EXPECT_EQ(packedRgb(result.bitmap()), Bytes(90, 0));
-  }
-}
-
 TEST_F(DenoiseRequestTest, TemplateLargerThanSearchWritesItsMessage) {
   const Image input(makePicture(Content::kRandom, 6, 5, 3, 4));
-  ::testing::internal::CaptureStdout();
+  internal::CaptureStdout();
   const Image larger = engine_.denoiseImageUsingCustomFastNLMeans(input, 4, 3, 5);
   const Image equal = engine_.denoiseImageUsingCustomFastNLMeans(input, 3, 3, 5);
-  EXPECT_EQ(::testing::internal::GetCapturedStdout(),
+  EXPECT_EQ(internal::GetCapturedStdout(),
             "searchWindowSize should be larger than templeteWindowSize\n");
   EXPECT_FALSE(larger.isValid());
   EXPECT_TRUE(equal.isValid());
@@ -183,6 +155,10 @@ TEST_F(DenoiseRequestTest, RefusesWhatItCannotDoWithOneLine) {
   EngineEnvironment lonely = environment();
   lonely.workers = nullptr;
   refused(DenoiseAlgoImplementation(lonely), 3, 7);
+  // One that is not valid comes back itself.
+  const Image nothing({}, {30.0, 20.0}, nullptr);
+  EXPECT_EQ(engine_.denoiseImageUsingCustomFastNLMeans(nothing, 3, 7, 5).size(), nothing.size());
+  EXPECT_THAT(takeLines(), IsEmpty());
 }
 
 TEST_F(DenoiseRequestTest, RefusesToWaitOnTheMainThreadForTheMainThread) {
@@ -199,14 +175,6 @@ TEST_F(DenoiseRequestTest, RefusesToWaitOnTheMainThreadForTheMainThread) {
   EXPECT_FALSE(parallel.isValid());
   EXPECT_TRUE(alone.isValid());
   EXPECT_THAT(takeLines(), Contains(StartsWith("denoise: ")).Times(1));
-}
-
-TEST_F(DenoiseRequestTest, AnImageThatIsNotValidComesBackItself) {
-  const Image nothing({}, {30.0, 20.0}, nullptr);
-  const Image result = engine_.denoiseImageUsingCustomFastNLMeans(nothing, 3, 7, 5);
-  EXPECT_FALSE(result.isValid());
-  EXPECT_EQ(result.size(), (Size{30.0, 20.0}));
-  EXPECT_THAT(takeLines(), IsEmpty());
 }
 
 TEST_F(DenoiseRequestTest, RequestsAtTheSameTimeDoNotMeet) {
@@ -226,6 +194,13 @@ TEST_F(DenoiseRequestTest, RequestsAtTheSameTimeDoNotMeet) {
   }
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(same, 4);
+  // Nothing but the calling thread is free: the run ends all the same.
+  ThreadQueue busy(0);
+  EngineEnvironment lonely = environment();
+  lonely.workers = &busy;
+  const DenoiseAlgoImplementation engine(lonely);
+  const Image result = engine.denoiseImageUsingCustomFastNLMeans(inputs[0], 3, 7, 8);
+  EXPECT_EQ(bytesOf(result.bitmap()), bytesOf(alone[0].bitmap()));
 }
 
 TEST_F(DenoiseRequestTest, TellsEachRowOfTheResultOnceFromTheTopToTheBottom) {
@@ -291,17 +266,6 @@ TEST_F(DenoiseRequestTest, ACancelledRequestGivesNothingAndTellsOfNoSuccess) {
     EXPECT_THAT(takeLines(), Not(Contains("Threads Processed = 8")));
     EXPECT_EQ(engine_.calculateProcessingSpeedForTestImage(input, 3, 13, 8, &control), 0);
   }
-}
-
-// Nothing but the calling thread is free: the run ends all the same.
-TEST_F(DenoiseRequestTest, ARunNeedsNoFreeWorker) {
-  ThreadQueue busy(0);
-  EngineEnvironment lonely = environment();
-  lonely.workers = &busy;
-  const Bitmap picture = makePicture(Content::kPhoto, 40, 33, 3, 5);
-  const Image result =
-      DenoiseAlgoImplementation(lonely).denoiseImageUsingCustomFastNLMeans(Image(picture), 3, 7, 8);
-  EXPECT_EQ(packedRgb(result.bitmap()), bruteForce(picture, 3, 7, 8));
 }
 
 // The clock is read before and after; the pixels are those of the image's logical size.

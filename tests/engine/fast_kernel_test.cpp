@@ -5,14 +5,101 @@
 #include <algorithm>
 #include <cstdlib>
 #include <random>
+#include <sstream>
 
+#include "base/pixel_operations.h"
+#include "engine/band_run.h"
 #include "engine/fast/fast_plan.h"
 #include "engine/fast/instruction_sets.h"
-#include "engine/random_request.h"
+#include "engine/pictures.h"
 #include "engine/reference_kernel.h"
 
 namespace velmara {
 namespace {
+
+constexpr std::size_t kGuard = 64;
+constexpr std::uint8_t kSentinel = 0xA5;
+
+template <class T, std::size_t kCount>
+T oneOf(std::mt19937_64& random, const T (&choices)[kCount]) {
+  return choices[random() % kCount];
+}
+
+// One request to the kernels, small enough for the reference.
+struct KernelRequest {
+  Content content = Content::kPhoto;
+  int width = 1, height = 1, channels = 3;
+  int t = 3, s = 7;
+  double sigma = 5.0;
+  std::uint64_t seed = 1;
+
+  std::string text() const {
+    std::ostringstream out;
+    out << width << " x " << height << " x " << channels << ", t " << t << ", s " << s << ", sigma "
+        << sigma << ", content " << static_cast<int>(content) << ", seed " << seed;
+    return out.str();
+  }
+};
+
+// The buffers of a request, its output pre-filled, with untouchable bytes before and behind it.
+class KernelBuffers {
+ public:
+  explicit KernelBuffers(const KernelRequest& request)
+      : geometry_(geometryOfRequest(request.width, request.height, request.channels, request.t,
+                                    request.s)),
+        padded_(withMirroredBorder(makePicture(request.content, request.width, request.height,
+                                               request.channels, request.seed),
+                                   static_cast<int>(borderOfWindows(request.t, request.s)))),
+        output_(static_cast<std::size_t>(request.width * request.height * request.channels) +
+                2 * kGuard) {
+    buffers_.sourceBytes = padded_.bytes();
+    buffers_.destBytes = std::span(output_).subspan(kGuard, output_.size() - 2 * kGuard);
+    buffers_.weightTable = buildWeightTable(request.sigma, request.channels);
+  }
+
+  const FilterGeometry& geometry() const { return geometry_; }
+  FilterBuffers& buffers() { return buffers_; }
+  // Runs a kernel over the whole picture in its own tiles; the output, with what surrounds it.
+  Bytes run(const FilterKernel& kernel) {
+    std::ranges::fill(output_, kSentinel);
+    runOneBand(kernel, buffers_, geometry_, {0, geometry_.heightSrc});
+    return output_;
+  }
+
+ private:
+  FilterGeometry geometry_;
+  Bitmap padded_;
+  Bytes output_;
+  FilterBuffers buffers_;
+};
+
+// A request with sizes around vector widths and tile edges, windows of 0 to 13 (now and then to
+// 64), usual and unusual strengths, and content of every kind, its cost within a limit.
+KernelRequest randomRequest(std::mt19937_64& random) {
+  constexpr int kWidths[] = {1,   2,   3,   4,   5,   7,   8,   9,   11,  13,  15,  16,
+                             17,  23,  31,  32,  33,  40,  63,  64,  65,  70,  97,  121,
+                             122, 123, 124, 125, 126, 127, 128, 129, 150, 250, 251, 257};
+  constexpr int kHeights[] = {1, 1, 2, 3, 4, 5, 7, 8, 9, 13, 17, 30};
+  constexpr double kSigmas[] = {0, 1, 2, 3, 5, 8, 12, 25, 40, 200, -5, 2.5, 17.3};
+  constexpr std::int64_t kMostOperations = 600000;
+  KernelRequest r;
+  r.content = oneOf(random, kAllContents);
+  r.channels = random() % 3 == 0 ? 1 : 3;
+  r.s = static_cast<int>(random() % 14);
+  if (random() % 40 == 0) r.s = 14 + static_cast<int>(random() % 51);
+  r.t = static_cast<int>(random() % static_cast<unsigned>(std::min(r.s, 13) + 1));
+  if (random() % 2 == 0) r.t = std::min(r.t, 4);
+  r.sigma = oneOf(random, kSigmas);
+  r.seed = random();
+  r.width = oneOf(random, kWidths);
+  r.height = oneOf(random, kHeights);
+  const std::int64_t cost = std::int64_t{r.s} * r.s * (std::int64_t{r.t} * r.t + 1) * r.channels;
+  while (std::int64_t{r.width} * r.height * cost > kMostOperations &&
+         (r.height > 1 || r.width > 1)) {
+    (r.height > 1 ? r.height : r.width) /= 2;
+  }
+  return r;
+}
 
 // Random requests a test compares; VELMARA_RANDOM_REQUESTS asks for more, VELMARA_RANDOM_SEED for
 // other ones.

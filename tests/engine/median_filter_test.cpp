@@ -32,7 +32,12 @@ Bytes medianByVips(const Bitmap& bitmap) {
   return bytes;
 }
 
-TEST(MedianFilterTest, AgreesWithVipsOnEveryInstructionSet) {
+class MedianFilterTest : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() { ASSERT_EQ(VIPS_INIT("median"), 0); }
+};
+
+TEST_F(MedianFilterTest, AgreesWithVipsOnEveryInstructionSet) {
   const int sizes[][2] = {{1, 1}, {1, 9}, {9, 1}, {2, 2}, {3, 3}, {17, 5}, {64, 33}, {131, 40}};
   for (const auto& [width, height] : sizes) {
     for (int samples = 1; samples <= 4; ++samples) {
@@ -50,7 +55,7 @@ TEST(MedianFilterTest, AgreesWithVipsOnEveryInstructionSet) {
   }
 }
 
-TEST(MedianFilterTest, FiltersOnlyTheRowsThatAreAskedFor) {
+TEST_F(MedianFilterTest, FiltersOnlyTheRowsThatAreAskedFor) {
   const Bitmap picture = makePicture(Content::kRandom, 20, 12, 3, 22);
   const Bytes all = bytesOf(medianFiltered(picture, 100));
   EXPECT_EQ(all.size(), 20U * 12U * 3U);
@@ -62,11 +67,3 @@ TEST(MedianFilterTest, FiltersOnlyTheRowsThatAreAskedFor) {
 
 }  // namespace
 }  // namespace velmara
-
-int main(int argc, char** argv) {
-  ::testing::InitGoogleTest(&argc, argv);
-  if (VIPS_INIT(argv[0]) != 0) return 1;
-  const int result = RUN_ALL_TESTS();
-  vips_shutdown();
-  return result;
-}

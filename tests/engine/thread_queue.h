@@ -12,55 +12,40 @@
 
 namespace velmara {
 
-/// A queue with threads of its own: with one thread it is serial, like a main queue.
+/// A queue with threads of its own: with one thread it is serial, like a main queue. Ends with its
+/// last task.
 class ThreadQueue final : public TaskQueue {
  public:
   explicit ThreadQueue(int threads) {
-    for (int i = 0; i < threads; ++i) threads_.emplace_back([this] { run(); });
+    for (int i = 0; i < threads; ++i) threads_.emplace_back([this](auto stop) { run(stop); });
   }
-  ~ThreadQueue() override {
-    {
-      const std::lock_guard lock(mutex_);
-      stopping_ = true;
-    }
-    wake_.notify_all();
-    for (std::thread& thread : threads_) thread.join();
-  }
-  ThreadQueue(const ThreadQueue&) = delete;
-  ThreadQueue& operator=(const ThreadQueue&) = delete;
-
   void async(std::function<void()> task) override {
-    {
-      const std::lock_guard lock(mutex_);
-      tasks_.push_back(std::move(task));
-    }
+    const std::scoped_lock lock(mutex_);
+    tasks_.push_back(std::move(task));
     wake_.notify_one();
   }
   bool isCurrent() const override {
-    return std::ranges::any_of(
-        threads_, [](const std::thread& t) { return t.get_id() == std::this_thread::get_id(); });
+    return std::ranges::find(threads_, std::this_thread::get_id(), &std::jthread::get_id) !=
+           threads_.end();
   }
 
  private:
-  void run() {
+  void run(const std::stop_token& stop) {
     while (true) {
-      std::function<void()> task;
-      {
-        std::unique_lock lock(mutex_);
-        wake_.wait(lock, [this] { return stopping_ || !tasks_.empty(); });
-        if (tasks_.empty()) return;
-        task = std::move(tasks_.front());
-        tasks_.pop_front();
-      }
+      std::unique_lock lock(mutex_);
+      wake_.wait(lock, stop, [this] { return !tasks_.empty(); });
+      if (tasks_.empty()) return;
+      const std::function<void()> task = std::move(tasks_.front());
+      tasks_.pop_front();
+      lock.unlock();
       task();
     }
   }
 
   std::mutex mutex_;
-  std::condition_variable wake_;
+  std::condition_variable_any wake_;
   std::deque<std::function<void()>> tasks_;
-  bool stopping_ = false;
-  std::vector<std::thread> threads_;
+  std::vector<std::jthread> threads_;
 };
 
 }  // namespace velmara

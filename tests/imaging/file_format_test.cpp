@@ -12,46 +12,32 @@
 namespace velmara {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 
-std::optional<FileFormat> formatOf(const std::string& head) {
-  return fileFormatOf({reinterpret_cast<const std::uint8_t*>(head.data()), head.size()});
-}
-
 TEST(FileFormatTest, IsToldByTheFirstBytesAlone) {
-  const std::string brands = testing_support::bigEndian(24, 4) + "ftypisom" + std::string(4, '\0');
-  const struct {
-    std::string head;
-    std::optional<FileFormat> format;
-  } cases[] = {
-      {"\xff\xd8\xff\xe0", FileFormat::jpeg},
-      {"\xff\xd8", std::nullopt},
-      {std::string("II*\0\b", 5), FileFormat::tiff},
-      {std::string("MM\0*", 4), FileFormat::tiff},
-      {std::string("II+\0", 4), FileFormat::tiff},
-      {std::string("MM\0+", 4), FileFormat::tiff},
-      {"II", std::nullopt},
-      {"BM6", FileFormat::bmp},
-      {"GIF87a", FileFormat::gif},
-      {"GIF89a", FileFormat::gif},
-      {"GIF88a", std::nullopt},
-      {"\x89PNG\r\n\x1a\n", FileFormat::png},
-      {"\x89PNG\n\x1a\n", std::nullopt},
-      {std::string("\0\0\0\x0cjP  \r\n\x87\n", 12), FileFormat::jpeg2000},
-      {"\xff\x4f\xff\x51", FileFormat::jpeg2000},
-      {"RIFF1234WEBPVP8 ", FileFormat::webp},
-      {"RIFF1234WAVEfmt ", std::nullopt},
-      {brands + "mif1heic", FileFormat::heif},
-      {brands + "avif", FileFormat::heif},
-      {brands + "mp42isom", std::nullopt},
-      {"P6 1 1 255 ", FileFormat::pnm},
-      {"P1#", FileFormat::pnm},
-      {"P7 ", std::nullopt},
-      {"P6x", std::nullopt},
-      {"", std::nullopt},
+  using namespace std::string_literals;
+  const std::string brands = "\0\0\0\030ftypisom\0\0\0\0"s;
+  const std::pair<std::optional<FileFormat>, std::vector<std::string>> rows[] = {
+      {FileFormat::jpeg, {"\xff\xd8\xff\xe0"}},
+      {FileFormat::tiff, {"II*\0\b"s, "MM\0*"s, "II+\0"s, "MM\0+"s}},
+      {FileFormat::bmp, {"BM6"}},
+      {FileFormat::gif, {"GIF87a", "GIF89a"}},
+      {FileFormat::png, {"\x89PNG\r\n\x1a\n"}},
+      {FileFormat::jpeg2000, {"\0\0\0\x0cjP  \r\n\x87\n"s, "\xff\x4f\xff\x51"}},
+      {FileFormat::webp, {"RIFF1234WEBPVP8 "}},
+      {FileFormat::heif, {brands + "mif1heic", brands + "avif"}},
+      {FileFormat::pnm, {"P6 1 1 255 ", "P1#"}},
+      {std::nullopt,
+       {"", "\xff\xd8", "II", "GIF88a", "\x89PNG\n\x1a\n", "RIFF1234WAVEfmt ", brands + "mp42isom",
+        "P7 ", "P6x"}},
   };
-  for (const auto& c : cases) EXPECT_EQ(formatOf(c.head), c.format) << c.head;
+  for (const auto& [format, heads] : rows) {
+    for (const std::string& head : heads) {
+      EXPECT_EQ(fileFormatOf({reinterpret_cast<const std::uint8_t*>(head.data()), head.size()}),
+                format)
+          << head;
+    }
+  }
 }
 
 TEST(FileFormatTest, IndicesWordsAndExtensionsAreThoseOfTheTable) {
@@ -60,8 +46,6 @@ TEST(FileFormatTest, IndicesWordsAndExtensionsAreThoseOfTheTable) {
     EXPECT_EQ(&factsOf(facts.format), &facts);
     EXPECT_EQ(fileFormatOfIndex(static_cast<unsigned>(i)),
               i < 6 ? std::optional(facts.format) : std::nullopt);
-    EXPECT_EQ(facts.word.empty(), facts.title.empty());
-    EXPECT_TRUE(facts.word.empty() || facts.save != nullptr);
   }
   EXPECT_EQ(fileFormatOfIndex(~0U), std::nullopt);
   EXPECT_THAT(exportFormatWords(), ElementsAre("jpeg", "tiff", "bmp", "gif", "png"));
@@ -82,7 +66,7 @@ TEST(FileFormatTest, IndicesWordsAndExtensionsAreThoseOfTheTable) {
 
 std::string rowOf(const FormatFacts& facts) {
   std::ostringstream row;
-  row << "| " << facts.name << " |";
+  row << "\n| " << facts.name << " |";
   for (const std::string_view extension : facts.extensions) {
     if (!extension.empty()) row << " " << extension;
   }
@@ -90,16 +74,15 @@ std::string rowOf(const FormatFacts& facts) {
   row << " | " << (facts.word.empty() ? isWritten ? "toolkit only" : "" : facts.title);
   row << " | " << (facts.metadata != MetadataPlace::nowhere ? isWritten ? "kept" : "read" : "");
   row << " | " << (facts.carriesProfile ? "kept" : "");
-  row << " | " << (facts.carriesAlpha ? "kept" : "") << " |";
+  row << " | " << (facts.carriesAlpha ? "kept" : "") << " |\n";
   return row.str();
 }
 
 TEST(FileFormatTest, TheDocumentationHasTheSameTable) {
-  std::istringstream document(
-      testing_support::contentsOf(VELMARA_SOURCE_DIR "/docs/image-formats.md"));
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(document, line);) lines.push_back(line);
-  for (const FormatFacts& facts : fileFormats()) EXPECT_THAT(lines, Contains(rowOf(facts)));
+  const auto document = testing_support::contentsOf(VELMARA_SOURCE_DIR "/docs/image-formats.md");
+  for (const FormatFacts& facts : fileFormats()) {
+    EXPECT_THAT(document, testing::HasSubstr(rowOf(facts)));
+  }
 }
 
 }  // namespace

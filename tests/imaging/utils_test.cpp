@@ -4,13 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <numeric>
 #include <string>
 #include <vector>
 
 #include "base/pixel_operations.h"
 #include "imaging/image_reader.h"
 #include "imaging/picture_files.h"
-#include "imaging/pictures.h"
 #include "imaging/rotate_with_exif.h"
 #include "platform/temporary_files.h"
 #include "support/recorded_log.h"
@@ -21,18 +21,13 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing_support::gradient;
-using testing_support::pixelAt;
-using testing_support::runTool;
-using testing_support::samplesOf;
-using testing_support::ScratchFolder;
-using testing_support::writeFile;
+using namespace testing_support;
 
 class UtilsTest : public testing::Test {
  protected:
   const ScratchFolder folder;
   const Utils& utils = Utils::sharedUtils();
-  const testing_support::RecordedLog log;
+  const RecordedLog log;
 };
 
 Image photo(int width, int height) {
@@ -61,19 +56,9 @@ TEST_F(UtilsTest, AlphaGoesAndTheSizeIsTheOneGiven) {
 }
 
 TEST_F(UtilsTest, ABorderRepeatsTheEdges) {
-  const Image image = photo(7, 5);
-  const Bitmap framed = utils.addBorderToImage(image, 2).bitmap();
-  ASSERT_EQ(framed.width(), 11);
-  ASSERT_EQ(framed.height(), 9);
-  for (int y = 0; y < 5; ++y) {
-    EXPECT_EQ(pixelAt(framed, 1, y + 2), pixelAt(framed, 2, y + 2));
-    EXPECT_EQ(pixelAt(framed, 0, y + 2), pixelAt(framed, 3, y + 2));
-    EXPECT_EQ(pixelAt(framed, 9, y + 2), pixelAt(framed, 8, y + 2));
-  }
-  for (int x = 0; x < 7; ++x) {
-    EXPECT_EQ(pixelAt(framed, x + 2, 1), pixelAt(framed, x + 2, 2));
-    EXPECT_EQ(pixelAt(framed, x + 2, 8), pixelAt(framed, x + 2, 5));
-  }
+  const Bitmap picture = gradient(7, 5, 3);
+  EXPECT_EQ(samplesOf(utils.addBorderToImage(Image(picture), 2).bitmap()),
+            samplesOf(asRgba(withMirroredBorder(picture, 2))));
   EXPECT_FALSE(utils.addBorderToImage(Image(), 2).isValid());
   EXPECT_THAT(log.lines(), ElementsAre("Utils addBorderToImage", "input Image Size {7, 5}",
                                        "Utils addBorderToImage", "not valid image"));
@@ -123,11 +108,10 @@ TEST_F(UtilsTest, TilesOverlapToTheLeft) {
 
 TEST_F(UtilsTest, OneRowOfTilesGivesThePictureBack) {
   const Image image = photo(90, 12);
-  for (const unsigned columns : {1U, 3U}) {
-    const auto tiles = utils.splitImagesIntoSubImagesWithImage(image, 1, columns);
-    const Image joined =
-        utils.constructImageWithPatchArray(tiles, 1, static_cast<int>(columns), Image());
-    EXPECT_EQ(joined.size(), image.size());
+  for (const int columns : {1, 3}) {
+    const auto tiles =
+        utils.splitImagesIntoSubImagesWithImage(image, 1, static_cast<unsigned>(columns));
+    const Image joined = utils.constructImageWithPatchArray(tiles, 1, columns, Image());
     EXPECT_EQ(samplesOf(joined.bitmap()), samplesOf(asRgba(image.bitmap()))) << columns;
   }
 }
@@ -153,11 +137,9 @@ TEST_F(UtilsTest, CompressionKeepsTheSizeAndLosesByItsFactor) {
     const Bitmap compressed = utils.compressImage(image, factor).bitmap();
     EXPECT_EQ(compressed.width(), 64);
     EXPECT_EQ(compressed.height(), 48);
-    long sum = 0;
-    for (std::size_t i = 0; i < compressed.byteCount(); ++i) {
-      sum += std::abs(compressed.bytes()[i] - image.bitmap().bytes()[i]);
-    }
-    return sum;
+    const auto difference = [](int a, int b) { return std::abs(a - b); };
+    return std::transform_reduce(compressed.bytes().begin(), compressed.bytes().end(),
+                                 image.bitmap().bytes().begin(), 0L, std::plus(), difference);
   };
   EXPECT_GT(distance(0.1F), 2 * distance(0.9F));
   EXPECT_EQ(distance(-1.0F), distance(0.01F));
@@ -167,23 +149,16 @@ TEST_F(UtilsTest, CompressionKeepsTheSizeAndLosesByItsFactor) {
 
 TEST_F(UtilsTest, EveryIndexWritesItsFormatAndNoOtherWritesAny) {
   const Bitmap picture = gradient(16, 12, 3);
-  const char* const formats[] = {"JPEG", "TIFF", "BMP", "GIF", "PNG", "JP2"};
+  const char* const formats[] = {"JPEG 16 12 JPEG 70", "TIFF 16 12 LZW", "BMP 16 12",
+                                 "GIF 16 12",          "PNG 16 12",      "JP2 16 12"};
   const std::string file = folder.file("picture");
   for (unsigned index = 0; index < std::size(formats); ++index) {
     utils.saveImageInSelectedFormat(index, file, picture);
-    EXPECT_EQ(runTool({"identify", "-format", "%m %w %h", file}).text,
-              std::string(formats[index]) + " 16 12");
-    if (index == 0) {
-      EXPECT_EQ(runTool({"identify", "-format", "%Q", file}).text, "70");
-    }
-    if (index == 1) {
-      EXPECT_EQ(runTool({"identify", "-format", "%C", file}).text, "LZW");
-    }
+    EXPECT_THAT(runTool({"identify", "-format", "%m %w %h %C %Q", file}).text,
+                testing::StartsWith(formats[index]));
   }
   EXPECT_THAT(folder.names(), ElementsAre("picture"));
-  for (const unsigned index : {6U, 7U, ~0U}) {
-    utils.saveImageInSelectedFormat(index, folder.file("none"), picture);
-  }
+  utils.saveImageInSelectedFormat(6, folder.file("none"), picture);
   EXPECT_THAT(folder.names(), ElementsAre("picture"));
   EXPECT_THAT(log.lines(), IsEmpty());
   utils.saveImageInSelectedFormat(4, folder.file("missing/picture"), picture);
@@ -206,8 +181,8 @@ TEST_F(UtilsTest, AFileIsConvertedByWayOfATemporaryOne) {
 
 TEST_F(UtilsTest, TheTemporaryDirectoryIsEmptiedAndStays) {
   std::filesystem::create_directories(temporaryDirectory() + "folder/\xff inner");
-  writeFile(temporaryDirectory() + "folder/\xff inner/file", std::string("x"));
-  writeFile(temporaryDirectory() + "file", std::string("x"));
+  writeFile(temporaryDirectory() + "folder/\xff inner/file", "x");
+  writeFile(temporaryDirectory() + "file", "x");
   utils.deleteFileAtPath(temporaryDirectory() + "file");
   utils.deleteFileAtPath(temporaryDirectory() + "was never there");
   EXPECT_FALSE(std::filesystem::exists(temporaryDirectory() + "file"));

@@ -17,8 +17,7 @@ namespace {
 
 using testing::Contains;
 using testing::Not;
-using testing_support::ScratchFolder;
-using testing_support::writeFile;
+using namespace testing_support;
 
 TEST(UserDefaultsTest, EveryTypeSurvivesARestart) {
   const ScratchFolder folder;
@@ -71,7 +70,7 @@ TEST(UserDefaultsTest, RemovingAndClearingReachTheDisk) {
   defaults.remove("was never there");
   EXPECT_FALSE(defaults.value("on").isValid());
   ASSERT_TRUE(defaults.synchronize());
-  EXPECT_EQ(testing_support::contentsOf(folder.file("settings.ini")), "[General]\ncount=1\n");
+  EXPECT_EQ(contentsOf(folder.file("settings.ini")), "[General]\ncount=1\n");
   defaults.clear();
   EXPECT_FALSE(defaults.value("count").isValid());
   EXPECT_FALSE(UserDefaults(folder.file("settings.ini")).value("count").isValid());

@@ -7,13 +7,9 @@ namespace {
 
 using namespace StringEscaping;  // NOLINT(google-build-using-namespace)
 
-struct EscapedText {
-  std::string_view text;
-  std::string_view expected;
-};
-
 template <typename Operation>
-void expectAll(Operation operation, std::initializer_list<EscapedText> cases) {
+void expectAll(Operation operation,
+               std::initializer_list<std::pair<std::string_view, std::string_view>> cases) {
   for (const auto& [text, expected] : cases) {
     EXPECT_EQ(operation(std::string(text)), expected) << text;
   }

@@ -9,35 +9,42 @@
 namespace velmara {
 namespace {
 
-using testing_support::ScratchFolder;
-using testing_support::writeFile;
+using namespace std::string_literals;
+using namespace testing_support;
 
 TEST(DmiSerial, TakesTheProductsBeforeTheBoardsAndNoFiller) {
-  struct Case {
-    const char* product;
-    const char* board;
+  const struct {
+    const char *product, *board;
     std::optional<std::string> expected;
+  } rows[] = {
+      {"PF3XYZ12\n", "BOARD1\n", "PF3XYZ12"},
+      {"\n", " BOARD1 \n", "BOARD1"},
+      {"To Be Filled By O.E.M.\n", "BOARD1\n", "BOARD1"},
+      {"Default string\n", "None\n", std::nullopt},
+      {nullptr, "BOARD1\n", "BOARD1"},
+      {nullptr, nullptr, std::nullopt},
+      {nullptr, "TOO LONG", std::nullopt},
   };
-  const std::string tooLong(100'000, 'x');
-  for (const Case& it : std::initializer_list<Case>{
-           {"PF3XYZ12\n", "BOARD1\n", "PF3XYZ12"},
-           {"\n", " BOARD1 \n", "BOARD1"},
-           {"To Be Filled By O.E.M.\n", "BOARD1\n", "BOARD1"},
-           {"Default string\n", "None\n", std::nullopt},
-           {nullptr, "BOARD1\n", "BOARD1"},
-           {nullptr, nullptr, std::nullopt},
-           {nullptr, tooLong.c_str(), std::nullopt},
-       }) {
+  for (const auto& row : rows) {
     const ScratchFolder folder;
-    if (it.product != nullptr) writeFile(folder.file("product_serial"), it.product);
-    if (it.board != nullptr) writeFile(folder.file("board_serial"), it.board);
-    EXPECT_EQ(SystemInfo::getSerialNumber(folder.path().string()), it.expected);
+    if (row.product != nullptr) writeFile(folder.file("product_serial"), row.product);
+    if (row.board != nullptr) {
+      writeFile(folder.file("board_serial"),
+                row.board == "TOO LONG"s ? std::string(100'000, 'x') : row.board);
+    }
+    EXPECT_EQ(SystemInfo::getSerialNumber(folder.path().string()), row.expected);
   }
 }
 
-TEST(DeviceTreeSerial, IsTheSecondString) {
-  using namespace std::string_literals;
+TEST(DeviceTreeSerial, IsTheSecondStringOfTheFirstInTheTree) {
   const ScratchFolder folder;
+  const std::string root = folder.path().string();
+  EXPECT_EQ(SystemInfo::computerSerialNumber(folder.file("missing")), "");
+  EXPECT_EQ(SystemInfo::computerSerialNumber(root), "null");
+  std::filesystem::create_directories(folder.file("cpus/cpu0"));
+  std::filesystem::create_directory_symlink(folder.path(), folder.file("cpus/circle"));
+  writeFile(folder.file("cpus/cpu0/serial-number"), "a\0deep"s);
+  EXPECT_EQ(SystemInfo::computerSerialNumber(root), "deep");
   for (const auto& [bytes, expected] : std::initializer_list<std::pair<std::string, std::string>>{
            {""s, ""},
            {"only"s, ""},
@@ -48,19 +55,9 @@ TEST(DeviceTreeSerial, IsTheSecondString) {
            {"\0\0\0"s, ""},
        }) {
     writeFile(folder.file("serial-number"), bytes);
-    EXPECT_EQ(SystemInfo::computerSerialNumber(folder.path().string()), expected);
+    EXPECT_EQ(SystemInfo::computerSerialNumber(root), expected);
   }
-}
-
-TEST(DeviceTreeSerial, IsSearchedForInTheWholeTree) {
-  const ScratchFolder folder;
-  const std::string root = folder.path().string();
-  EXPECT_EQ(SystemInfo::computerSerialNumber(folder.file("missing")), "");
-  EXPECT_EQ(SystemInfo::computerSerialNumber(root), "null");
-  std::filesystem::create_directories(folder.file("cpus/cpu0"));
-  std::filesystem::create_directory_symlink(folder.path(), folder.file("cpus/circle"));
-  writeFile(folder.file("cpus/cpu0/serial-number"), std::string("a\0deep", 6));
-  EXPECT_EQ(SystemInfo::computerSerialNumber(root), "deep");
+  std::filesystem::remove(folder.file("serial-number"));
   std::filesystem::create_directory(folder.file("serial-number"));  // No data.
   EXPECT_EQ(SystemInfo::computerSerialNumber(root), "");
 }

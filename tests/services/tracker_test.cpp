@@ -4,12 +4,12 @@
 
 #include <limits>
 
-#include "support/log_capture.h"
+#include "support/recorded_log.h"
 
 namespace velmara {
 namespace {
 
-using testing_support::LogCapture;
+using Lines = std::vector<std::string>;
 
 TEST(JsonText, KeepsTheOrderAndEscapesNothing) {
   const std::pair<JsonDictionary, std::string_view> cases[] = {
@@ -45,13 +45,10 @@ TEST(TrackingAnswer, GivesTheIdOnlyWhereItIsANumberOfAnObject) {
   for (const auto& [answer, expected] : cases) EXPECT_EQ(trackingIdIn(answer), expected) << answer;
 }
 
-TEST(TrackingRequest, TakesAsManyBytesAsTheTextHasUnits) {
+TEST(TrackingRequest, TakesAsManyBytesAsTheTextHasUnitsUnlessTheUserSaysNo) {
   const HttpRequest wide = jsonRequest("http://x/", "{\"\xC3\xA9\"}");
   EXPECT_EQ(wide.body(), "{\"\xC3\xA9\"");
   EXPECT_EQ(wide.fields.back().second, "5");
-}
-
-TEST(DoNotTrack, IsAskedForByAnyValueButNoneAndZero) {
   for (const auto& [value, asks] : std::initializer_list<std::pair<const char*, bool>>{
            {nullptr, false}, {"", false}, {"0", false}, {"1", true}, {"true", true}}) {
     EXPECT_EQ(asksForNoTracking(value), asks);
@@ -73,7 +70,7 @@ class TrackerTest : public testing::Test {
     answer_ = {.end = HttpAnswer::End::kFinished, .status = 200, .body = body};
   }
 
-  const LogCapture log_;
+  const testing_support::RecordedLog log_;
   TrackerSetup setup_;
   HttpAnswer answer_;
   std::vector<HttpRequest> sent_;
@@ -93,29 +90,21 @@ TEST_F(TrackerTest, SendsTheInstallReportAndTakesTheId) {
                                          {"Content-Type", "application/json"},
                                          {"Content-Length", "39"}}));
   EXPECT_EQ(tracker->tid, 77U);
-  EXPECT_EQ(log_.lines(), (std::vector<std::string>{
-                              "fireTQSHitForTrackSource",
-                              "url = http://t.test/service/registerAppInstalls",
-                              R"(Response: {"tid": 77, "more": ["x"]})",
-                              R"({"more":["x"],"tid":77})",
-                          }));
-}
-
-TEST_F(TrackerTest, WithoutASerialNumberSendsADummy) {
-  setup_.serialNumber = [] { return std::nullopt; };
-  const auto tracker = Tracker::initWithApp("vlpro", setup_);
-  tracker->crossTrackingForProductId("1");
-  EXPECT_EQ(sent_.at(0).body(), R"({"pid":"1","bins":"1","mac":"DUMMYSERIAL"})");
+  EXPECT_EQ(log_.lines(),
+            (Lines{"fireTQSHitForTrackSource", "url = http://t.test/service/registerAppInstalls",
+                   R"(Response: {"tid": 77, "more": ["x"]})", R"({"more":["x"],"tid":77})"}));
 }
 
 TEST_F(TrackerTest, AskedForSilenceItSendsNothingButRunsAndLogsAsUsual) {
   setup_.isSilent = true;
-  const auto tracker = Tracker::initWithApp("vlpro", setup_);
-  tracker->crossTrackingForProductId("10931");
+  Tracker::initWithApp("vlpro", setup_)->crossTrackingForProductId("10931");
   EXPECT_TRUE(sent_.empty());
   EXPECT_EQ(log_.lines(),
-            (std::vector<std::string>{"fireTQSHitForTrackSource",
-                                      "url = http://t.test/service/registerAppInstalls"}));
+            (Lines{"fireTQSHitForTrackSource", "url = http://t.test/service/registerAppInstalls"}));
+  setup_.isSilent = false;
+  setup_.serialNumber = [] { return std::nullopt; };
+  Tracker::initWithApp("vlpro", setup_)->crossTrackingForProductId("1");
+  EXPECT_EQ(sent_.at(0).body(), R"({"pid":"1","bins":"1","mac":"DUMMYSERIAL"})");
 }
 
 TEST_F(TrackerTest, BadAnswersAndBadJsonAreOnlyLogged) {

@@ -7,16 +7,13 @@
 namespace velmara {
 namespace {
 
-using testing_support::ScratchFolder;
+using namespace testing_support;
 
-const std::string kHead =
+const std::string kList =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
     "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
     "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-    "<plist version=\"1.0\">\n";
-const std::string kList =
-    kHead +
-    "<dict>\n\t<key>a&amp;</key>\n\t<array>\n\t\t<integer>1</integer>\n"
+    "<plist version=\"1.0\">\n<dict>\n\t<key>a&amp;</key>\n\t<array>\n\t\t<integer>1</integer>\n"
     "\t\t<string>&lt;x&gt; \xC3\xA9</string>\n\t</array>\n\t<key>e</key>\n\t<dict/>\n"
     "\t<key>z</key>\n\t<true/>\n</dict>\n</plist>\n";
 
@@ -27,14 +24,14 @@ TEST(UsageReport, IsWrittenAnewFromBothForms) {
             kList);
   // The binary form comes from another writer.
   const ScratchFolder folder;
-  const auto made = testing_support::runProgram(
-      {"python3", "-c",
-       "import plistlib, sys\n"
-       "content = {'a&': [1, '<x> \\u00e9'], 'e': {}, 'z': True}\n"
-       "plistlib.dump(content, open(sys.argv[1], 'wb'), fmt=plistlib.FMT_BINARY)",
-       folder.file("list")});
+  const auto made =
+      runProgram({"python3", "-c",
+                  "import plistlib, sys\n"
+                  "content = {'a&': [1, '<x> \\u00e9'], 'e': {}, 'z': True}\n"
+                  "plistlib.dump(content, open(sys.argv[1], 'wb'), fmt=plistlib.FMT_BINARY)",
+                  folder.file("list")});
   ASSERT_EQ(made.exitCode, 0) << made.errors;
-  ASSERT_TRUE(testing_support::contentsOf(folder.file("list")).starts_with("bplist00"));
+  ASSERT_TRUE(contentsOf(folder.file("list")).starts_with("bplist00"));
   EXPECT_EQ(readUsageReport(folder.file("list")), kList);
 }
 
@@ -92,10 +89,7 @@ TEST(UsageReport, GivesNothingForAnythingElse) {
         std::string("<html/>")}) {
     EXPECT_EQ(rewritePropertyList(text), std::nullopt) << text.substr(0, 60);
   }
-}
-
-// Whatever stands in a byte, the reader comes to an end.
-TEST(UsageReport, BearsEveryBrokenByte) {
+  // Whatever stands in a byte, the reader comes to an end.
   const std::string sound = nested(3, 2);
   for (std::size_t at = 8; at < sound.size(); ++at) {
     for (const char byte : {'\x00', '\x7F', '\xFF', '\x0F', '\xAF', '\xDF', '\x5F'}) {

@@ -1,16 +1,19 @@
-#include "platform/timer.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
 #include <QEventLoop>
 
+#include <algorithm>
+#include <atomic>
 #include <functional>
 #include <memory>
+#include <semaphore>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "platform/dispatch.h"
 #include "support/manual_time.h"
 
 namespace velmara {
@@ -101,14 +104,44 @@ TEST_P(TimerTest, AnActionMayMakeAndCancelCalls) {
   EXPECT_THAT(calls, ElementsAre("first", "second"));
 }
 
-TEST(ManualTimeTest, FiresARepeatingTimerOncePerPeriod) {
-  ManualTime time;
-  const auto start = time.monotonic();
-  int ticks = 0;
-  const auto timer = time.start(Seconds(2.0 / 50), true, [&] { ++ticks; });
-  time.advance(2.0);
-  EXPECT_EQ(ticks, 50);
-  EXPECT_EQ(time.monotonic() - start, std::chrono::seconds(2));
+TEST(DispatchTest, MainQueueRunsInOrderOnTheMainThread) {
+  std::vector<int> order;
+  QEventLoop loop;
+  std::thread other([&] {
+    for (int i = 0; i < 100; ++i) mainQueue().async([&order, i] { order.push_back(i); });
+    mainQueue().async([&] {
+      EXPECT_TRUE(mainQueue().isCurrent());
+      order.push_back(100);
+      loop.quit();
+    });
+  });
+  loop.exec();
+  other.join();
+  ASSERT_EQ(order.size(), 101U);
+  EXPECT_TRUE(std::ranges::is_sorted(order));
+}
+
+// A run waits on one thread of the queue for eight bands on others: none may starve.
+TEST(DispatchTest, GlobalQueueRunsTasksThatWaitForEightOthers) {
+  constexpr int kBands = 8;
+  std::atomic<int> started = 0;
+  std::counting_semaphore<kBands> go(0);
+  std::binary_semaphore finished(0);
+  globalQueue().async([&] {
+    EXPECT_TRUE(globalQueue().isCurrent());
+    std::counting_semaphore<kBands> done(0);
+    for (int i = 0; i < kBands; ++i) {
+      globalQueue().async([&] {
+        if (++started == kBands) go.release(kBands);
+        go.acquire();
+        done.release();
+      });
+    }
+    for (int i = 0; i < kBands; ++i) done.acquire();
+    finished.release();
+  });
+  finished.acquire();
+  EXPECT_EQ(started, kBands);
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <signal.h>
 #include <string>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -12,17 +14,14 @@
 #include "platform/temporary_files.h"
 #include "platform/whole_file.h"
 #include "support/run_program.h"
-#include "support/scratch_folder.h"
 
 namespace velmara {
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
-using testing_support::contentsOf;
-using testing_support::ScratchFolder;
-using testing_support::writeFile;
+using namespace testing_support;
+namespace fs = std::filesystem;
 
 std::vector<std::uint8_t> bytesOf(const std::string& text) {
   return {text.begin(), text.end()};
@@ -50,23 +49,19 @@ TEST(AtomicFileTest, ReplacesContentsAndKeepsPermissionsAndLinks) {
   EXPECT_EQ(folder.names().size(), 2U);
 }
 
-TEST(AtomicFileTest, CreateNeverReplaces) {
+TEST(AtomicFileTest, ARefusedWriteLeavesNothingBehind) {
   const ScratchFolder folder;
   const std::string file = folder.file("a");
   writeFile(file, "old");
   const Status status = createFile(file, bytesOf("new"));
-  ASSERT_FALSE(status);
+  ASSERT_FALSE(status) << "creating never replaces";
   EXPECT_THAT(status.error(), HasSubstr("File exists"));
   EXPECT_EQ(contentsOf(file), "old");
+  for (const std::string& path :
+       {folder.file("missing/a"), folder.file(std::string(300, 'n')), folder.path().string()}) {
+    EXPECT_FALSE(replaceFile(path, bytesOf("x"))) << path;
+  }
   EXPECT_THAT(folder.names(), ElementsAre("a"));
-}
-
-TEST(AtomicFileTest, ARefusedWriteLeavesNothingBehind) {
-  const ScratchFolder folder;
-  EXPECT_FALSE(replaceFile(folder.file("missing/a"), bytesOf("x")));
-  EXPECT_FALSE(replaceFile(folder.file(std::string(300, 'n')), bytesOf("x")));
-  EXPECT_FALSE(replaceFile(folder.path().string(), bytesOf("x")));
-  EXPECT_THAT(folder.names(), IsEmpty());
 }
 
 TEST(AtomicFileTest, AFullDiskKeepsTheOldFile) {
@@ -104,11 +99,84 @@ TEST(TemporaryDirectoryTest, RemovesWhatDeadProcessesLeft) {
     std::filesystem::create_directory(base.path() / name);
   }
   const std::string program = std::filesystem::read_symlink("/proc/self/exe").string();
-  const auto next = testing_support::runProgram({"env", "TMPDIR=" + base.path().string(), program,
-                                                 "--gtest_filter=TemporaryDirectoryTest.IsPrivate*",
-                                                 "--gtest_brief=1"});
+  const auto next =
+      runProgram({"env", "TMPDIR=" + base.path().string(), program,
+                  "--gtest_filter=TemporaryDirectoryTest.IsPrivate*", "--gtest_brief=1"});
   ASSERT_EQ(next.exitCode, 0) << next.output;
   EXPECT_THAT(base.names(), testing::UnorderedElementsAre(living, "velmara-notes", "other"));
+}
+
+// Runs something in a process that is killed before it can tidy up; its number.
+template <typename Work>
+pid_t killedWhile(const Work& work) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    work();
+    ::_exit(0);  // Not reached if the work kills.
+  }
+  ::waitpid(child, nullptr, 0);
+  return child;
+}
+
+class UnfinishedFileTest : public testing::Test {
+ protected:
+  UnfinishedFileTest() {
+    ::setenv("XDG_DATA_HOME", data_.path().c_str(), 1);
+    fs::create_directory(card_);
+  }
+  ~UnfinishedFileTest() override { ::unsetenv("XDG_DATA_HOME"); }
+
+  const ScratchFolder data_;
+  const ScratchFolder photos_;
+  const fs::path card_ = photos_.path() / "card";
+  const fs::path notes_ = data_.path() / "velmara" / "unfinished";
+};
+
+TEST_F(UnfinishedFileTest, GoesOnceItsProcessIsGone) {
+  killedWhile([&] {
+    const UnfinishedFile here(photos_.path().string());
+    const UnfinishedFile onCard(card_.string());
+    writeFile(here.path(), "half of it");
+    writeFile(onCard.path(), "half of it");
+    ::raise(SIGKILL);
+  });
+  ASSERT_EQ(photos_.names().size(), 2U);
+
+  const fs::path pulled = photos_.path() / "pulled";
+  fs::rename(card_, pulled);
+  {
+    const UnfinishedFile ours(photos_.path().string());
+    writeFile(ours.path(), "half of it");
+    removeUnfinishedFiles();
+    EXPECT_THAT(photos_.names(),
+                testing::UnorderedElementsAre("pulled", fs::path(ours.path()).filename()));
+    fs::remove(ours.path());
+  }
+  // The card is back.
+  fs::rename(pulled, card_);
+  EXPECT_FALSE(fs::is_empty(card_));
+  removeUnfinishedFiles();
+  EXPECT_TRUE(fs::is_empty(card_));
+  EXPECT_TRUE(fs::is_empty(notes_));
+}
+
+TEST_F(UnfinishedFileTest, ANoteOfAnythingElseIsNotBelieved) {
+  const pid_t gone = killedWhile([] {});
+  const std::string name = ".velmara-" + std::to_string(gone) + "-0badcafe.tmp";
+  fs::create_directories(notes_);
+  writeFile(photos_.file("precious.jpg"), "a photo");
+  fs::create_symlink(photos_.file("precious.jpg"), notes_ / name);
+  writeFile((notes_ / "readme").string(), "no link");
+  removeUnfinishedFiles();
+  EXPECT_THAT(photos_.names(), testing::UnorderedElementsAre("card", "precious.jpg"));
+}
+
+TEST_F(UnfinishedFileTest, NeedsNoNote) {
+  writeFile(data_.file("velmara"), "in the way of the folder");
+  const UnfinishedFile file(card_.string());
+  EXPECT_EQ(fs::path(file.path()).parent_path(), card_);
+  removeUnfinishedFiles();
+  EXPECT_THAT(data_.names(), testing::UnorderedElementsAre("velmara"));
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
@@ -12,16 +11,11 @@ namespace velmara::testing_support {
 /// Runs the event loop until something holds; false if it does not within ten seconds.
 inline bool runUntil(const std::function<bool()>& holds) {
   QEventLoop loop;
-  QTimer watch;
-  QTimer deadline;
-  deadline.setSingleShot(true);
-  QObject::connect(&watch, &QTimer::timeout, &loop, [&] {
-    if (holds()) loop.quit();
-  });
-  QObject::connect(&deadline, &QTimer::timeout, &loop, &QEventLoop::quit);
-  watch.start(1);
-  deadline.start(10000);
-  loop.exec();
+  QTimer tick;
+  tick.start(1);
+  QElapsedTimer taken;
+  taken.start();
+  while (!holds() && !taken.hasExpired(10000)) loop.processEvents(QEventLoop::WaitForMoreEvents);
   return holds();
 }
 
