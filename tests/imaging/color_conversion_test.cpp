@@ -141,6 +141,10 @@ TEST(ColorProfileTest, BytesThatAreNoWholeProfileAreNone) {
     EXPECT_EQ(profileColors(cut), std::nullopt) << length;
     EXPECT_TRUE(profileName(cut).empty() || length > 180) << length;
   }
+  // A name that ends with its tag and not before.
+  std::string tight = whole;
+  tight.replace(140, 4, bigEndian(25, 4));
+  EXPECT_EQ(profileName(std::vector<std::uint8_t>(tight.begin(), tight.end())), "Straight gray");
 }
 
 }  // namespace

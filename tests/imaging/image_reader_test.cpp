@@ -137,7 +137,9 @@ TEST(ImageReaderTest, AllPagesOfATiffAreRepresentations) {
   EXPECT_THAT(readRepresentationSizes(file).value(),
               ElementsAre(RepresentationSize{40, 30}, RepresentationSize{20, 10},
                           RepresentationSize{8, 9}));
-  EXPECT_EQ(readImage(file, {Representations::first, nullptr})->representations().size(), 1U);
+  ReadOptions first;
+  first.representations = Representations::first;
+  EXPECT_EQ(readImage(file, first)->representations().size(), 1U);
   // An animation is its first frame.
   ASSERT_TRUE(convert({"-delay", "10", "-size", "12x8", "xc:red", "xc:blue"}, file + ".gif"));
   const auto animation = readImage(file + ".gif");

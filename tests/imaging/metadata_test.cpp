@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <future>
 #include <map>
 #include <random>
 #include <sstream>
@@ -121,6 +122,9 @@ TEST_F(PhotoTest, IsADictionary) {
   EXPECT_EQ(metadata->find("{IPTC}", "Keywords")->list()->size(), 2U);
   EXPECT_EQ(*metadata->find("{XMP}", "xmp:Rating")->text(), "4");
   EXPECT_EQ(metadata->find("{Exif}", "MakerNote"), nullptr);
+  // Another thread may read it as well.
+  const auto again = std::async(std::launch::async, [&] { return readMetadata(photo_); }).get();
+  EXPECT_EQ(*again->find("{XMP}", "xmp:Rating")->text(), "4");
 }
 
 TEST_F(PhotoTest, KeepsEverythingButWhatIsNoLongerTrue) {
