@@ -215,6 +215,7 @@ TEST_F(ScreenTest, TheHandleIsActedOnWhenItIsLetGo) {
   };
   QTest::mousePress(&slider, Qt::LeftButton, {}, at(1));
   for (int level = 2; level <= 8; ++level) QTest::mouseMove(&slider, at(level));
+  Q_EMIT session().parametersChanged();  // The noise has been measured meanwhile.
   QApplication::processEvents();
   EXPECT_EQ(engine.runs(), 1);
   EXPECT_EQ(view<QLabel>("txtCustomDenoiseVal").text(), "80 %") << "seen while it moves";

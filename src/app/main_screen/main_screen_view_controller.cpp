@@ -259,12 +259,13 @@ void MainScreenViewController::showParameters() {
   ui_->btnAutoMode->setState(session().isAutoModeOn() ? 1 : 0);
   ui_->btnDeepMode->setState(session().isDeepModeOn() ? 1 : 0);
   ui_->lblNoise->setVisible(session().isNoiseBeyondLevels());
+  // While the handle is held, it and its label are the user's.
   if (!ui_->sliderCustomDenoise->isSliderDown()) {
     const QSignalBlocker noAction(ui_->sliderCustomDenoise);
     ui_->sliderCustomDenoise->setValue(
         static_cast<int>(std::lround(session().sliderCustomDenoise() * kSliderUnits)));
+    ui_->txtCustomDenoiseVal->setText(QString::fromStdString(session().txtCustomDenoiseVal()));
   }
-  ui_->txtCustomDenoiseVal->setText(QString::fromStdString(session().txtCustomDenoiseVal()));
   ui_->txtDenoiseMode->setText(QString::fromStdString(session().txtDenoiseMode()));
   settingUpUIElementsForCurrentSelections();
 }
