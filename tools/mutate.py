@@ -34,7 +34,7 @@ TESTS = {
     "engine": "engine",
     "imaging": "imaging",
     "session": "session app",
-    "preview": "preview drop app",
+    "preview": "preview app",
     "services": "services services_reachability",
     "cli": "cli",
 }
@@ -248,6 +248,7 @@ def main():
     parser.add_argument("--scratch", metavar="FOLDER")
     arguments = parser.parse_args()
 
+    signal.signal(signal.SIGTERM, signal.default_int_handler)
     candidates = drawn(arguments)
     known = listed_in(os.path.join(ROOT, "tools/equivalent_mutants.txt"))
     counts = {"killed": 0, "survived": 0, "equivalent": 0}
@@ -268,6 +269,8 @@ def main():
                 continue
             counts[verdict] += 1
             print(f"{verdict:10} {path}:{number + 1}: `{name[1]}` -> `{name[2]}`", flush=True)
+    except KeyboardInterrupt:
+        pass  # What is known by now is told.
     finally:
         if not arguments.scratch:
             scratch.remove()

@@ -143,6 +143,11 @@ TEST(HttpClient, AnEndlessAnswerIsTooLong) {
   const HttpAnswer answer = post(requestTo(server.url()), options(), {}, noting(steps));
   EXPECT_EQ(answer.reason, "the answer is too long");
   EXPECT_EQ(steps, "SR" + chunks(16, "D"));
+  // As long as it may be is not too long.
+  const RecordingServer ok(answering(kBodyEnd, kOk));
+  HttpOptions exact = options();
+  exact.largestAnswer = kOk.size();  // Head and body.
+  EXPECT_EQ(post(requestTo(ok.url()), exact, {}).end, End::kFinished);
 }
 
 TEST(HttpClient, AServerThatStandsStillRunsIntoTheTimeOut) {

@@ -68,6 +68,7 @@ TEST(RecentLog, BeginsAtTheFirstLineOfTheLastSixteenDays) {
     EXPECT_EQ(recentOf(log), expected) << log;
   }
   EXPECT_EQ(recentOf("2024-03-10 a\nbcdefgh\nij\nkl", 8), "ij\nkl\n") << "too long a part";
+  EXPECT_EQ(recentOf("2024-03-10 a", 12), "2024-03-10 a\n") << "as long as it may be";
 }
 
 // The date and the newline before it may be cut anywhere between two pieces of the file, and so may
