@@ -3,7 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -16,53 +18,50 @@
 namespace velmara::cli {
 namespace {
 
-using Words = std::vector<const char*>;
-
-Command parse(Words words) {
-  words.insert(words.begin(), "velmara");
-  return parseCommandLine(static_cast<int>(words.size()), words.data());
+Command parse(const std::string& line) {
+  std::istringstream stream("velmara " + line);
+  const std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
+  std::vector<const char*> texts;
+  for (const std::string& word : words) texts.push_back(word.c_str());
+  return parseCommandLine(static_cast<int>(texts.size()), texts.data());
 }
 
 TEST(OptionsTest, RefusesWrongUsageWithCodeTwo) {
-  const Words cases[] = {
-      {},
-      {"dance"},
-      {"denoise"},
-      {"denoise", "--level", "0", "a.jpg"},
-      {"denoise", "--level", "11", "a.jpg"},
-      {"denoise", "--level", "3", "--auto", "a.jpg"},
-      {"denoise", "--template", "3", "a.jpg"},
-      {"denoise", "--template", "3", "--search", "7", "a.jpg"},
-      {"denoise", "--template", "3", "--search", "7", "--sigma", "5", "--level", "2", "a.jpg"},
-      {"denoise", "--sigma", "many", "--template", "3", "--search", "7", "a.jpg"},
-      {"denoise", "--bare", "a.jpg"},
-      {"denoise", "--deep", "--template", "3", "--search", "7", "--sigma", "5", "a.jpg"},
-      {"denoise", "--format", "webp", "a.jpg"},
-      {"denoise", "-o", "out.xyz", "a.jpg"},
-      {"denoise", "-o", "out.png", "a.jpg", "b.jpg"},
-      {"denoise", "-o", "out.png", "--output-dir", "d", "a.jpg"},
-      {"denoise", "--compare", "c.png", "a.jpg", "b.jpg"},
-      {"denoise", "--quiet", "--details", "a.jpg"},
-      {"info"},
-      {"calibrate", "a.jpg"},
-  };
-  for (const Words& words : cases) {
-    const auto answer = std::get<PrintAndExit>(parse(words));
-    EXPECT_EQ(answer.exitCode, 2) << testing::PrintToString(words);
+  for (const std::string line : {"",
+                                 "dance",
+                                 "denoise",
+                                 "denoise --level 0 a.jpg",
+                                 "denoise --level 11 a.jpg",
+                                 "denoise --level 3 --auto a.jpg",
+                                 "denoise --template 3 a.jpg",
+                                 "denoise --template 3 --search 7 a.jpg",
+                                 "denoise --template 3 --search 7 --sigma 5 --level 2 a.jpg",
+                                 "denoise --sigma many --template 3 --search 7 a.jpg",
+                                 "denoise --bare a.jpg",
+                                 "denoise --deep --template 3 --search 7 --sigma 5 a.jpg",
+                                 "denoise --format webp a.jpg",
+                                 "denoise -o out.xyz a.jpg",
+                                 "denoise -o out.png a.jpg b.jpg",
+                                 "denoise -o out.png --output-dir d a.jpg",
+                                 "denoise --compare c.png a.jpg b.jpg",
+                                 "denoise --quiet --details a.jpg",
+                                 "info",
+                                 "calibrate a.jpg"}) {
+    const auto answer = std::get<PrintAndExit>(parse(line));
+    EXPECT_EQ(answer.exitCode, 2) << line;
     EXPECT_FALSE(answer.text.empty());
   }
 }
 
 TEST(OptionsTest, HelpAndVersionEndWell) {
-  for (const Words& words : {Words{"--help"}, Words{"denoise", "--help"}, Words{"info", "--help"},
-                             Words{"calibrate", "--help"}, Words{"--version"}}) {
-    EXPECT_EQ(std::get<PrintAndExit>(parse(words)).exitCode, 0) << testing::PrintToString(words);
+  for (const std::string line :
+       {"--help", "denoise --help", "info --help", "calibrate --help", "--version"}) {
+    EXPECT_EQ(std::get<PrintAndExit>(parse(line)).exitCode, 0) << line;
   }
 }
 
 TEST(OptionsTest, UnderstandsTheCommands) {
-  const Command level =
-      parse({"denoise", "--level", "10", "--output-dir", "out", "a.jpg", "b.png"});
+  const Command level = parse("denoise --level 10 --output-dir out a.jpg b.png");
   const auto& denoise = std::get<DenoiseOptions>(level);
   EXPECT_FALSE(denoise.mode.isAutoMode);
   EXPECT_EQ(denoise.mode.denoiseLevelValue, 10);
@@ -70,13 +69,13 @@ TEST(OptionsTest, UnderstandsTheCommands) {
   EXPECT_EQ(denoise.outputFolder, "out");
   EXPECT_FALSE(denoise.explicitParameters.has_value());
 
-  const Command numbers = parse({"denoise", "--sigma", "-4", "--template", "3", "--search", "7",
-                                 "-o", "-", "--format", "tiff", "a.jpg"});
+  const Command numbers =
+      parse("denoise --sigma -4 --template 3 --search 7 -o - --format tiff a.jpg");
   const auto& raw = std::get<DenoiseOptions>(numbers);
   EXPECT_EQ(raw.explicitParameters, (FilterParameters{-4, 3, 7}));
   EXPECT_EQ(raw.format, FileFormat::tiff);
-  EXPECT_TRUE(std::get<InfoOptions>(parse({"info", "--json", "x"})).json);
-  EXPECT_TRUE(std::holds_alternative<CalibrateOptions>(parse({"calibrate"})));
+  EXPECT_TRUE(std::get<InfoOptions>(parse("info --json x")).json);
+  EXPECT_TRUE(std::holds_alternative<CalibrateOptions>(parse("calibrate")));
 }
 
 TEST(OptionsTest, AFileThatIsNoCommandIsOpenedInTheWindow) {
@@ -84,13 +83,13 @@ TEST(OptionsTest, AFileThatIsNoCommandIsOpenedInTheWindow) {
   const std::string photo = folder.file("a.jpg");
   testing_support::writeFile(photo, "");
   const struct {
-    Words words;
+    std::vector<const char*> words;
     std::string opened;
   } rows[] = {{{photo.c_str()}, photo}, {{photo.c_str(), "other.jpg"}, photo},
               {{"/none.jpg"}, ""},      {{"denoise", photo.c_str()}, ""},
               {{"--version"}, ""},      {{}, ""}};
   for (const auto& row : rows) {
-    Words words = row.words;
+    auto words = row.words;
     words.insert(words.begin(), "velmara");
     EXPECT_EQ(photoToOpen(static_cast<int>(words.size()), words.data()), row.opened);
   }
