@@ -138,12 +138,8 @@ def ends_well(command, seconds, **kwargs):
         try:
             return process.wait(seconds) == 0
         except subprocess.TimeoutExpired:
+            os.killpg(process.pid, signal.SIGKILL)
             return False
-        finally:
-            try:
-                os.killpg(process.pid, signal.SIGKILL)
-            except ProcessLookupError:
-                pass
 
 
 class Scratch:

@@ -22,6 +22,7 @@ Command parse(const std::string& line) {
   std::istringstream stream("velmara " + line);
   const std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
   std::vector<const char*> texts;
+  texts.reserve(words.size());
   for (const std::string& word : words) texts.push_back(word.c_str());
   return parseCommandLine(static_cast<int>(texts.size()), texts.data());
 }

@@ -59,24 +59,24 @@ TEST(ColorConversionTest, ColoursKeepTheirProfileOrGoThroughIt) {
   const struct {
     std::string name, profile;
     std::vector<std::string> options;
-    bool isKept;
     std::vector<int> pixel;
     int tolerance;
+    bool isKept;
   } rows[] = {
-      {"PNG24:a.png", p3, {"xc:rgb(200,100,50)"}, true, {200, 100, 50}, 0},
-      {"TIFF:a.tif", p3, {"xc:rgb(200,100,50)", "-depth", "8"}, true, {200, 100, 50}, 0},
-      {"JPEG:a.jpg", p3, {"xc:rgb(200,100,50)", "-quality", "100"}, true, {200, 100, 50}, 1},
-      {"WEBP:a.webp", p3, {"xc:rgb(200,100,50)", "-quality", "100"}, true, {200, 100, 50}, 2},
+      {"PNG24:a.png", p3, {"xc:rgb(200,100,50)"}, {200, 100, 50}, 0, true},
+      {"TIFF:a.tif", p3, {"xc:rgb(200,100,50)", "-depth", "8"}, {200, 100, 50}, 0, true},
+      {"JPEG:a.jpg", p3, {"xc:rgb(200,100,50)", "-quality", "100"}, {200, 100, 50}, 1, true},
+      {"WEBP:a.webp", p3, {"xc:rgb(200,100,50)", "-quality", "100"}, {200, 100, 50}, 2, true},
       // Display P3's (0.5, 0.3, 0.2) in sRGB is (0.533, 0.288, 0.177).
-      {"PNG48:b.png", p3, {"xc:rgb(50%,30%,20%)"}, false, {136, 73, 45}, 2},
-      {"PNG8:b.png", p3, {"xc:rgb(50%,30%,20%)"}, false, {136, 73, 45}, 2},
-      {"PNG64:b.png", p3, {"xc:rgb(50%,30%,20%)"}, false, {136, 73, 45}, 2},
+      {"PNG48:b.png", p3, {"xc:rgb(50%,30%,20%)"}, {136, 73, 45}, 2, false},
+      {"PNG8:b.png", p3, {"xc:rgb(50%,30%,20%)"}, {136, 73, 45}, 2, false},
+      {"PNG64:b.png", p3, {"xc:rgb(50%,30%,20%)"}, {136, 73, 45}, 2, false},
       // Half the light is 188 of 255 in sRGB.
-      {"g.tif", gray, {"xc:gray(50%)", "-colorspace", "Gray", "-depth", "8"}, false, {188}, 1},
-      {"g.tif", gray, {"xc:gray(50%)", "-colorspace", "Gray", "-depth", "16"}, false, {188}, 1},
+      {"g.tif", gray, {"xc:gray(50%)", "-colorspace", "Gray", "-depth", "8"}, {188}, 1, false},
+      {"g.tif", gray, {"xc:gray(50%)", "-colorspace", "Gray", "-depth", "16"}, {188}, 1, false},
       // What does not fit is ignored.
-      {"n.tif", gray, {"xc:rgb(200,100,50)"}, false, {200, 100, 50}, 0},
-      {"n.tif", broken, {"xc:rgb(200,100,50)"}, false, {200, 100, 50}, 0},
+      {"n.tif", gray, {"xc:rgb(200,100,50)"}, {200, 100, 50}, 0, false},
+      {"n.tif", broken, {"xc:rgb(200,100,50)"}, {200, 100, 50}, 0, false},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.name + " " + row.profile);

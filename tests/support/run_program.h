@@ -33,6 +33,7 @@ inline ProgramResult runProgram(const std::vector<std::string>& words,
   }
   ::posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (const std::string& word : words) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
   pid_t child = 0;
