@@ -12,6 +12,9 @@ class JobControl {
   /// A part of other work, which it must not outlive: it is cancelled with the whole, and its
   /// progress is the whole's from one figure to another.
   JobControl(JobControl& whole, double from, double to) : whole_(&whole), from_(from), to_(to) {}
+  /// One of several works at once that make up the whole: cancelled with it, but its progress is
+  /// its own.
+  explicit JobControl(JobControl& whole) : whole_(&whole), isOneOfSeveral_(true) {}
   JobControl(const JobControl&) = delete;
   JobControl& operator=(const JobControl&) = delete;
 
@@ -26,12 +29,14 @@ class JobControl {
   double progress() const { return progress_.load(std::memory_order_relaxed); }
   void setProgress(double progress) {
     progress_.store(progress, std::memory_order_relaxed);
-    if (whole_ != nullptr) whole_->setProgress(from_ + (to_ - from_) * progress);
+    if (whole_ == nullptr || isOneOfSeveral_) return;
+    whole_->setProgress(from_ + (to_ - from_) * progress);
   }
 
  private:
   JobControl* whole_ = nullptr;
   double from_ = 0.0, to_ = 1.0;
+  bool isOneOfSeveral_ = false;
   std::atomic<bool> isCancelled_{false};
   std::atomic<double> progress_{0.0};
 };

@@ -1,118 +1,145 @@
-#include <chrono>
 #include <cstdio>
+#include <map>
 #include <string>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
-#include "base/fixed_text.h"
 #include "cli/commands.h"
 #include "cli/comparison.h"
-#include "cli/output.h"
+#include "cli/denoise_report.h"
+#include "cli/photo_list.h"
 #include "cli/terminal.h"
 #include "engine/denoise_algo_implementation.h"
-#include "imaging/file_format.h"
 #include "imaging/image_writer.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
 #include "platform/temporary_files.h"
 #include "platform/whole_file.h"
-#include "session/photo_job.h"
+#include "session/batch/batch_run.h"
+#include "session/batch/batch_targets.h"
 
 namespace velmara::cli {
 namespace {
 
-// One photo's way through the command.
-struct PhotoCommand {
-  const DenoiseOptions& options;
-  const PhotoJobServices& services;
-  OutputFiles& files;
+using End = BatchOutcome::End;
 
-  /// What became of the photo: one line, or five with the details.
-  Result<std::string> run(const std::string& input) const {
-    const auto start = std::chrono::steady_clock::now();
-    auto photo = openPhoto(input);
-    if (!photo) return Error{photo.error()};
-    const OutputTarget target = outputTarget(input, exportFormatOf(photo->file->format), options);
-    for (const std::string& path : {target.path, options.comparison.value_or("-")}) {
-      if (Status allowed = files.check(path); !allowed) return Error{allowed.error()};
+// The photos' way through the command.
+class DenoiseCommand {
+ public:
+  DenoiseCommand(const DenoiseOptions& options, std::vector<BatchPhoto> photos)
+      : options_(options), photos_(std::move(photos)), targets_(photos_, options.naming) {}
+
+  int run(const PhotoJobServices& services) {
+    BatchRequest request;
+    for (const BatchPhoto& photo : photos_) request.photos.push_back(photo.path);
+    request.job = [this](std::size_t) { return job(); };
+    request.target = [this](std::size_t index, const LoadedPhoto& photo) {
+      return target(index, photo);
+    };
+    request.ended = [this](std::size_t index, const BatchOutcome& outcome) {
+      ended(index, outcome);
+    };
+    request.jobs = options_.jobs.value_or(usualBatchJobs());
+    request.memory = usualBatchMemory();
+    BatchRun batch(std::move(request), services, cancelledByInterrupt());
+    {
+      const ProgressLine progress([&batch] { return batch.progress(); },
+                                  !options_.quiet && ::isatty(STDERR_FILENO) == 1);
+      batch.run();
     }
-    const PhotoJobResult result = runPhotoJob(request(std::move(photo).value(), target));
-    if (result.end != PhotoJobResult::End::finished) return Error{result.reason};
-    if (Status written = takeFiles(result, target); !written) return Error{written.error()};
-    return describe(input, target, result, std::chrono::steady_clock::now() - start);
+    if (cancelledByInterrupt().isCancelled()) return kInterrupted;
+    return failures_ == 0 ? 0 : 1;
   }
 
-  PhotoJobRequest request(LoadedPhoto photo, const OutputTarget& target) const {
+ private:
+  PhotoJobRequest job() const {
     PhotoJobRequest request;
-    request.photo = std::move(photo);
-    request.mode = options.mode;
-    request.isDeep = options.isDeep;
-    request.parameters = options.explicitParameters;
-    request.isBare = options.isBare;
-    request.output = {target.format, target.isStandardOutput() ? std::string() : target.path,
-                      files.mayReplace()};
+    request.mode = options_.mode;
+    request.isDeep = options_.isDeep;
+    request.parameters = options_.explicitParameters;
+    request.isBare = options_.isBare;
     return request;
   }
 
-  PhotoJobResult runPhotoJob(const PhotoJobRequest& request) const {
-    JobControl control(cancelledByInterrupt(), 0.0, 1.0);
-    const ProgressLine progress(control, !options.quiet && ::isatty(STDERR_FILENO) == 1);
-    return velmara::runPhotoJob(request, services, control);
+  Result<BatchTarget> target(std::size_t index, const LoadedPhoto& photo) {
+    auto target = targets_.target(index, photo);
+    if (!target || !options_.comparison) return target;
+    if (Status allowed = targets_.check(*options_.comparison); !allowed) {
+      return Error{allowed.error()};
+    }
+    return target;
+  }
+
+  // Photos are told of in their order, whichever ends first.
+  void ended(std::size_t index, const BatchOutcome& outcome) {
+    Report report;
+    const Status taken = outcome.end == End::written ? takeFiles(outcome) : Done{};
+    BatchOutcome told;
+    told.end = taken ? outcome.end : End::failed;
+    told.reason = taken ? outcome.reason : taken.error();
+    if (told.end == End::failed) ++failures_;
+    report.fault = told.end == End::failed ? told.reason : std::string();
+    report.text = textOf(photos_[index].path, taken ? outcome : told);
+    waiting_[index] = std::move(report);
+    while (!waiting_.empty() && waiting_.begin()->first == nextTold_) {
+      tell(photos_[nextTold_++].path, waiting_.begin()->second);
+      waiting_.erase(waiting_.begin());
+    }
+  }
+
+  std::string textOf(const std::string& photo, const BatchOutcome& outcome) const {
+    if (options_.json) return denoiseJson(photo, outcome, options_) + "\n";
+    const bool isTold = outcome.end == End::written || outcome.end == End::skipped;
+    return isTold && !options_.quiet ? denoiseText(photo, outcome, options_) : std::string();
+  }
+
+  struct Report {
+    std::string text;
+    std::string fault;
+  };
+
+  void tell(const std::string& photo, const Report& report) const {
+    if (!report.fault.empty()) {
+      std::fprintf(stderr, "velmara: %s: %s\n", photo.c_str(), report.fault.c_str());
+    }
+    if (cancelledByInterrupt().isCancelled() && !options_.json) return;
+    std::FILE* file = options_.naming.file == "-" ? stderr : stdout;
+    std::fputs(report.text.c_str(), file);
+    std::fflush(file);
   }
 
   // What the job leaves to do: standard output and the comparison.
-  Status takeFiles(const PhotoJobResult& result, const OutputTarget& target) const {
-    if (target.isStandardOutput()) {
-      if (Status written = writeToStandardOutput(result.encoded); !written) return written;
-    } else {
-      files.wasWritten(target.path);
+  Status takeFiles(const BatchOutcome& outcome) const {
+    if (outcome.output.path.empty()) {
+      if (Status written = writeToStandardOutput(outcome.job.encoded); !written) return written;
     }
-    return options.comparison ? writeComparison(result, *options.comparison) : Done{};
+    return options_.comparison ? writeComparison(outcome.job, *options_.comparison) : Done{};
   }
 
   Status writeComparison(const PhotoJobResult& result, const std::string& path) const {
-    if (Status allowed = files.check(path); !allowed) return allowed;
+    if (Status allowed = targets_.check(path); !allowed) return allowed;
     const auto shown = [&](const Image& image) {
-      return options.isBare ? Result<Image>(image) : uprightAtFullSize(result.photo, image);
+      return options_.isBare ? Result<Image>(image) : uprightAtFullSize(result.photo, image);
     };
     const auto before =
-        shown(options.isBare ? result.photo.image : wholePhotoToFilter(result.photo));
+        shown(options_.isBare ? result.photo.image : wholePhotoToFilter(result.photo));
     const auto after = shown(result.image);
     if (!before || !after) return Error{(before ? after : before).error()};
     const Bitmap picture = sideBySide(before->bitmap(), after->bitmap());
     if (!picture.isValid()) return Error{"not enough memory for the comparison"};
     const auto bytes = encodeImage(picture, before->profile(), FileFormat::png);
     if (!bytes) return Error{bytes.error()};
-    Status written = files.mayReplace() ? replaceFile(path, *bytes) : createFile(path, *bytes);
-    if (written) files.wasWritten(path);
-    return written;
+    const bool mayReplace = options_.naming.existing == BatchNaming::Existing::replace;
+    return mayReplace ? replaceFile(path, *bytes) : createFile(path, *bytes);
   }
 
-  std::string describe(const std::string& input, const OutputTarget& target,
-                       const PhotoJobResult& result, std::chrono::duration<double> time) const {
-    const bool isMeasured = result.parameters && !options.explicitParameters;
-    const std::string size =
-        std::to_string(result.writtenWidth) + " x " + std::to_string(result.writtenHeight) + " px";
-    const std::string filter = filterText(result) + ", " + fixedText(time.count(), 2) + " s";
-    const std::string noise = isMeasured ? noiseText(result.psnrOfRealImage) : "not measured";
-    if (!options.details) {
-      return input + " -> " + target.path + ": " + size + ", " + (isMeasured ? noise + ", " : "") +
-             filter + "\n";
-    }
-    return "Photo:      " + input + "\n" +   //
-           "Noise:      " + noise + "\n" +   //
-           "Filter:     " + filter + "\n" +  //
-           "Result:     " + target.path + ", " + size + "\n" +
-           "Comparison: " + options.comparison.value_or("none (--compare FILE.png)") + "\n";
-  }
-
-  std::string filterText(const PhotoJobResult& result) const {
-    if (options.isDeep && result.deepNoise) return "deep, noise " + noiseText(*result.deepNoise);
-    if (!result.parameters) return "too small to filter, kept as it is";
-    const FilterParameters& p = *result.parameters;
-    return "sigma " + std::to_string(p.sigmaVal) + ", template " +
-           std::to_string(p.templateWinSize) + ", search " + std::to_string(p.searchWinSize);
-  }
+  const DenoiseOptions& options_;
+  const std::vector<BatchPhoto> photos_;
+  BatchTargets targets_;
+  std::map<std::size_t, Report> waiting_;
+  std::size_t nextTold_ = 0;
+  int failures_ = 0;
 };
 
 }  // namespace
@@ -129,21 +156,20 @@ EngineEnvironment commandLineEngine(bool isReference) {
 
 int run(const DenoiseOptions& options) {
   removeUnfinishedFiles();
-  OutputFiles files(options.inputs, options.force);
+  bool isWhole = true;
+  auto photos = photosOf(options, isWhole);
+  if (photos && photos->empty() && isWhole && !options.part) {
+    photos = Error{"there are no photos to be read"};
+  }
+  if (!photos) {
+    std::fprintf(stderr, "velmara: %s\n", photos.error().c_str());
+    return 1;
+  }
   const DenoiseAlgoImplementation algorithm(commandLineEngine(options.referenceEngine));
   const AlgorithmEngine engine(algorithm);
   const PhotoJobServices services{engine, mainQueue(), globalQueue(), logLine, {}};
-  const PhotoCommand command{options, services, files};
-  std::FILE* report = options.output == "-" ? stderr : stdout;
-  return onEachPhoto(options.inputs, [&](const std::string& input) -> Status {
-    const auto summary = command.run(input);
-    if (!summary) return Error{summary.error()};
-    if (!options.quiet && !cancelledByInterrupt().isCancelled()) {
-      std::fputs(summary->c_str(), report);
-      std::fflush(report);
-    }
-    return Done{};
-  });
+  const int code = DenoiseCommand(options, std::move(photos).value()).run(services);
+  return code == 0 && !isWhole ? 1 : code;
 }
 
 }  // namespace velmara::cli

@@ -1,5 +1,3 @@
-#include <QByteArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <cmath>
@@ -9,6 +7,7 @@
 
 #include "base/fixed_text.h"
 #include "cli/commands.h"
+#include "cli/json_lines.h"
 #include "cli/terminal.h"
 #include "engine/deep/deep_denoise.h"
 #include "engine/denoise_algo_implementation.h"
@@ -33,20 +32,6 @@ struct PhotoInfo {
   bool isFiltered = true;
 };
 
-QString text(const std::string& bytes) {
-  return QString::fromStdString(bytes);
-}
-
-void printLine(const QJsonObject& object) {
-  std::puts(QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
-}
-
-QJsonObject parametersAsJson(const FilterParameters& parameters) {
-  return {{"sigma", parameters.sigmaVal},
-          {"template", parameters.templateWinSize},
-          {"search", parameters.searchWinSize}};
-}
-
 Result<PhotoInfo> measure(const std::string& input) {
   auto opened = openPhoto(input);
   if (!opened) return Error{opened.error()};
@@ -65,32 +50,22 @@ Result<PhotoInfo> measure(const std::string& input) {
   return info;
 }
 
-QJsonObject noiseAsJson(const DeepNoise& noise) {
-  QJsonObject object;
-  const char* const names[] = {"red", "green", "blue"};
-  for (std::size_t c = 0; c < 3; ++c) {
-    const auto at = [&](std::size_t level) { return double{noise.deviation[c][level]}; };
-    object[names[c]] = QJsonObject{{"dark", at(64)}, {"middle", at(128)}, {"bright", at(192)}};
-  }
-  return object;
-}
-
 void printJson(const PhotoInfo& info) {
   const PhotoFile& photo = info.photo;
-  QJsonObject object{{"path", text(photo.filePath)},
-                     {"name", text(photo.fileName)},
-                     {"folder", text(photo.fileContainerFolderName)},
-                     {"bytes", text(photo.fileSize).toLongLong()},
+  QJsonObject object{{"path", jsonText(photo.filePath)},
+                     {"name", jsonText(photo.fileName)},
+                     {"folder", jsonText(photo.fileContainerFolderName)},
+                     {"bytes", jsonText(photo.fileSize).toLongLong()},
                      {"width", static_cast<qint64>(info.width)},
                      {"height", static_cast<qint64>(info.height)},
                      {"orientation", photo.orientation().value_or(1)},
                      {"filtered", info.isFiltered},
-                     {"auto", parametersAsJson(info.parameters)},
-                     {"noise", noiseAsJson(info.noise)},
+                     {"auto", jsonOf(info.parameters)},
+                     {"noise", jsonOf(info.noise)},
                      {"beyondLevels", info.noise.isBeyondLevels()}};
-  object["psnr"] = std::isinf(info.psnr) ? QJsonValue("inf") : QJsonValue(info.psnr);
-  if (photo.fileCreationDate) object["created"] = text(*photo.fileCreationDate);
-  printLine(object);
+  object["psnr"] = jsonOfPsnr(info.psnr);
+  if (photo.fileCreationDate) object["created"] = jsonText(*photo.fileCreationDate);
+  std::puts(jsonLine(object).c_str());
 }
 
 void printText(const PhotoInfo& info) {
@@ -160,11 +135,11 @@ int run(const CalibrateOptions& options) {
                         .calculateProcessingSpeedForTestImage(*picture, p.templateWinSize,
                                                               p.searchWinSize, p.sigmaVal);
   if (options.json) {
-    QJsonObject object = parametersAsJson(p);
+    QJsonObject object = jsonOf(p);
     object["pixelsPerSecond"] = static_cast<qint64>(rate);
     object["width"] = picture->bitmap().width();
     object["height"] = picture->bitmap().height();
-    printLine(object);
+    std::puts(jsonLine(object).c_str());
   } else {
     std::printf("%lld pixels per second on one thread (template %d, search %d, sigma %d)\n",
                 static_cast<long long>(rate), p.templateWinSize, p.searchWinSize, p.sigmaVal);

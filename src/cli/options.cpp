@@ -6,13 +6,13 @@
 #include <sstream>
 #include <system_error>
 
-#include "cli/output.h"
 #include "platform/bundle.h"
 
 namespace velmara::cli {
 namespace {
 
 constexpr int kWrongUsage = 2;
+constexpr int kMostJobs = 1024;
 
 const char* const kDescription =
     "Velmara removes noise from photographs.\n"
@@ -20,12 +20,21 @@ const char* const kDescription =
 const char* const kDenoiseFooter =
     R"(Without -o or --output-dir the result is NAME-denoised.EXT beside the photo, in the
 photo's own format where it is one of the five, else PNG. An existing file is replaced
-only with --force, an input never.
+only with --force, an input never. A folder stands for the photos in it, but for those
+that are results of others.
+--name-pattern names results: {name} is the photo's name, {number} its place among the
+photos, {folder} the name of its folder; an extension is added.
 With --deep, --auto takes the noise as measured, and a level scales it: 5 as measured, 10
 twice, 1 a fifth.
 --template, --search and --sigma go together and take the place of --auto and --level.
 With --bare as well the samples go to the filter as they are decoded, whatever their
 number, and come back neither turned nor with metadata: what comparing engines needs.
+JSON: "path", "result" ("written", "skipped", "failed" or "cancelled"), "reason" of the
+last three, "output", "width" and "height" as written, "psnr" (dB, or "inf") where it was
+measured, "filter" with "sigma", "template" and "search" (not with --deep or for photos
+too small to filter), "deep" with the noise as info prints it, and "seconds" with "all"
+and each step's ("load", "measure", "choose", "filter", "turn", "encode", "write"; some
+overlap). One object a line, in the order of the photos.
 Exit code: 0 all well, 1 some photos failed, 2 wrong usage, 130 interrupted.)";
 const char* const kInfoFooter =
     R"(JSON: "path", "name", "folder", "bytes", "created", "width", "height" (upright),
@@ -54,6 +63,12 @@ struct Parser {
   std::string output;
   std::string folder;
   std::string comparison;
+  std::string filesFrom;
+  std::string part;
+  std::string pattern;
+  int jobs = 0;
+  bool isForced = false;
+  bool skipsExisting = false;
 
   Parser() {
     app.set_version_flag("--version", "velmara " + mainBundle().CFBundleVersion);
@@ -66,7 +81,8 @@ struct Parser {
   void addDenoise() {
     auto* command = denoiseCommand = app.add_subcommand(
         "denoise", "Remove the noise of photos and write the results beside them");
-    command->add_option("INPUT", denoise.inputs, "The photos")->required();
+    command->add_option("INPUT", denoise.inputs, "The photos, and folders of photos");
+    addPhotoList(*command);
     auto* automatic = command->add_flag(
         "--auto", isAuto, "Choose the strength by the photo's noise (this is the default)");
     auto* levelOption = command->add_option("--level", level, "Choose a strength of 1 to 10")
@@ -89,19 +105,52 @@ struct Parser {
         ->add_flag("--bare", denoise.isBare,
                    "With explicit numbers: filter the decoded file as it is, for comparing engines")
         ->needs(templateOption, searchOption, sigmaOption);
-    auto* outputOption =
-        command->add_option("-o,--output", output, "The file to write; - is standard output");
-    command->add_option("--output-dir", folder, "The folder to write into")->excludes(outputOption);
-    command->add_option("--format", format, "jpeg, tiff, bmp, gif or png")
-        ->check(CLI::IsMember(exportFormatWords()));
-    command->add_option("--compare", comparison,
-                        "Write a PNG with the photo left and the result right of a line");
-    command->add_flag("--force", denoise.force, "Replace output files that are there already");
-    command->add_flag("--quiet", denoise.quiet, "Print nothing but errors");
-    command->add_flag("--details", denoise.details, "Print five lines a photo instead of one");
+    addOutput(*command);
     command->add_option("--engine", engine, "fast or reference; both give the same pixels")
         ->check(CLI::IsMember({"fast", "reference"}));
     command->footer(kDenoiseFooter);
+  }
+
+  void addPhotoList(CLI::App& command) {
+    command.add_option("--files-from", filesFrom,
+                       "A file with more of them, one a line or each ended by a zero byte; - is "
+                       "standard input");
+    command.add_flag("-r,--recursive", denoise.isRecursive, "Look into folders of folders");
+    command.add_option("--part", part,
+                       "K/N: only the Kth of N shares of the photos, for several machines");
+    command.add_option("-j,--jobs", jobs, "How many photos are worked on at once")
+        ->check(CLI::Range(1, kMostJobs));
+  }
+
+  void addOutput(CLI::App& command) {
+    auto* outputOption =
+        command.add_option("-o,--output", output, "The file to write; - is standard output");
+    auto* folderOption =
+        command.add_option("--output-dir", folder, "The folder to write into, made if need be")
+            ->excludes(outputOption);
+    command
+        .add_flag("--keep-folders", denoise.naming.keepsFolders,
+                  "Lay the folders of the photos out anew in it")
+        ->needs(folderOption);
+    command
+        .add_option("--name-pattern", pattern, "The results' names, {name}-denoised if not given")
+        ->excludes(outputOption);
+    command.add_option("--format", format, "jpeg, tiff, bmp, gif or png")
+        ->check(CLI::IsMember(exportFormatWords()));
+    command.add_option("--compare", comparison,
+                       "Write a PNG with the photo left and the result right of a line");
+    auto* forceOption =
+        command.add_flag("--force", isForced, "Replace output files that are there already");
+    command
+        .add_flag("--skip-existing", skipsExisting,
+                  "Pass over photos whose output is there already")
+        ->excludes(forceOption);
+    auto* quietOption = command.add_flag("--quiet", denoise.quiet, "Print nothing but errors");
+    auto* detailsOption =
+        command.add_flag("--details", denoise.details, "Print five lines a photo instead of one")
+            ->excludes(quietOption);
+    command.add_flag("--json", denoise.json, "Print one JSON object a line and photo")
+        ->excludes(quietOption, detailsOption);
   }
 
   void addOthers() {
@@ -124,25 +173,53 @@ struct Parser {
 
   Command finishDenoise() {
     DenoiseOptions& options = denoise;
+    BatchNaming& naming = options.naming;
     const auto given = [&](const char* name) { return denoiseCommand->count(name) > 0; };
     if (given("--level")) options.mode = DenoiseMode::manual(level);
     if (given("--sigma")) options.explicitParameters = parameters;
-    if (given("--output")) options.output = output;
-    if (given("--output-dir")) options.outputFolder = folder;
+    if (given("--output")) naming.file = output;
+    if (given("--output-dir")) naming.folder = folder;
     if (given("--compare")) options.comparison = comparison;
-    if (given("--format")) options.format = exportFormatForExtension(format);
+    if (given("--format")) naming.format = exportFormatForExtension(format);
+    if (given("--files-from")) options.filesFrom = filesFrom;
+    if (given("--jobs")) options.jobs = jobs;
+    if (isForced) naming.existing = BatchNaming::Existing::replace;
+    if (skipsExisting) naming.existing = BatchNaming::Existing::skip;
     options.referenceEngine = engine == "reference";
+    if (given("--part") && !takePart()) {
+      return wrongUsage("--part takes K/N with K from 1 to N, as in 2/8");
+    }
+    if (given("--name-pattern")) {
+      const auto parsed = NamePattern::parse(pattern);
+      if (!parsed) return wrongUsage(parsed.error());
+      naming.pattern = *parsed;
+    }
+    if (options.inputs.empty() && !options.filesFrom) return wrongUsage("INPUT is required");
 
-    if (options.inputs.size() > 1 && (options.output || options.comparison)) {
+    std::error_code failure;
+    const bool isOnePhoto = options.inputs.size() == 1 && !options.filesFrom &&
+                            !std::filesystem::is_directory(options.inputs.front(), failure);
+    if (!isOnePhoto && (naming.file || options.comparison)) {
       return wrongUsage("-o and --compare take one photo; use --output-dir for several");
     }
-    const bool needsExtension = options.output && *options.output != "-" && !options.format;
-    if (needsExtension && !formatForPath(*options.output)) {
-      return wrongUsage("no format goes by the name of " + *options.output + "; say --format");
+    const bool needsExtension = naming.file && *naming.file != "-" && !naming.format;
+    if (needsExtension && !formatForPath(*naming.file)) {
+      return wrongUsage("no format goes by the name of " + *naming.file + "; say --format");
     }
-    if (options.quiet && options.details)
-      return wrongUsage("--quiet and --details exclude each other");
     return options;
+  }
+
+  // Whether --part is K/N.
+  bool takePart() {
+    std::istringstream words(part);
+    std::size_t number = 0, parts = 0;
+    char between = 0;
+    words >> number >> between >> parts;
+    const bool isWell = words && words.peek() == std::istringstream::traits_type::eof() &&
+                        between == '/' && part.find('-') == std::string::npos && number >= 1 &&
+                        number <= parts;
+    if (isWell) denoise.part = std::pair(number, parts);
+    return isWell;
   }
 
   Command finish() {

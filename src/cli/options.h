@@ -2,34 +2,44 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
-#include "imaging/image_writer.h"
+#include "session/batch/batch_targets.h"
 #include "session/denoise_parameters.h"
 
 namespace velmara::cli {
 
 /// `velmara denoise`.
 struct DenoiseOptions {
+  /// Photos and folders.
   std::vector<std::string> inputs;
+  /// A file with more of them, "-" for standard input.
+  std::optional<std::string> filesFrom;
+  bool isRecursive = false;
+  /// Only every `second`th photo, from the `first`th (counted from 1) on.
+  std::optional<std::pair<std::size_t, std::size_t>> part;
+
   DenoiseMode mode = DenoiseMode::automatic();
   /// Given by --template, --search and --sigma together.
   std::optional<FilterParameters> explicitParameters;
   /// With those: the decoded file goes to the filter as it is, and the result is written as it
   /// comes.
   bool isBare = false;
-  /// "-" is standard output.
-  std::optional<std::string> output;
-  std::optional<std::string> outputFolder;
-  std::optional<FileFormat> format;
-  std::optional<std::string> comparison;
-  bool force = false;
-  bool quiet = false;
-  bool details = false;
-  bool referenceEngine = false;
   /// The deep method in place of the levels' filter.
   bool isDeep = false;
+  bool referenceEngine = false;
+
+  /// The file "-" is standard output.
+  BatchNaming naming;
+  std::optional<std::string> comparison;
+
+  /// Photos worked on at once.
+  std::optional<int> jobs;
+  bool quiet = false;
+  bool details = false;
+  bool json = false;
 };
 
 /// `velmara info`.

@@ -13,6 +13,7 @@
 #include <stop_token>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace velmara::cli {
 namespace {
@@ -93,9 +94,9 @@ std::string progressText(double fraction, double elapsedSeconds, int width) {
   return text;
 }
 
-ProgressLine::ProgressLine(const JobControl& control, bool isShown) {
+ProgressLine::ProgressLine(std::function<double()> progress, bool isShown) {
   if (!isShown) return;
-  drawer_ = std::jthread([&control](const std::stop_token& stop) {
+  drawer_ = std::jthread([progress = std::move(progress)](const std::stop_token& stop) {
     const auto start = std::chrono::steady_clock::now();
     std::mutex mutex;
     std::condition_variable_any stopped;
@@ -104,7 +105,7 @@ ProgressLine::ProgressLine(const JobControl& control, bool isShown) {
     while (!stopped.wait_for(lock, stop, kBetweenDrawings, [&] { return stop.stop_requested(); })) {
       const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
       std::fprintf(stderr, "\r%s\033[K",
-                   progressText(control.progress(), elapsed.count(), kBarWidth).c_str());
+                   progressText(progress(), elapsed.count(), kBarWidth).c_str());
       std::fflush(stderr);
       isDrawn = true;
     }

@@ -39,8 +39,9 @@ std::string progressText(double fraction, double elapsedSeconds, int width);
 /// times a second while it lives; the line is empty afterwards.
 class ProgressLine {
  public:
-  /// Follows the control, which must outlive it; draws nothing unless it is shown.
-  ProgressLine(const JobControl& control, bool isShown);
+  /// Follows a progress of 0.0 to 1.0, asked for on a thread of its own; draws nothing unless it is
+  /// shown.
+  ProgressLine(std::function<double()> progress, bool isShown);
 
  private:
   std::jthread drawer_;

@@ -11,7 +11,6 @@
 
 #include "base/bitmap.h"
 #include "cli/comparison.h"
-#include "cli/output.h"
 #include "cli/terminal.h"
 #include "support/scratch_folder.h"
 
@@ -46,6 +45,20 @@ TEST(OptionsTest, RefusesWrongUsageWithCodeTwo) {
                                  "denoise -o out.png --output-dir d a.jpg",
                                  "denoise --compare c.png a.jpg b.jpg",
                                  "denoise --quiet --details a.jpg",
+                                 "denoise --json --details a.jpg",
+                                 "denoise --force --skip-existing a.jpg",
+                                 "denoise --keep-folders a.jpg",
+                                 "denoise --name-pattern fixed a.jpg",
+                                 "denoise --name-pattern {name a.jpg",
+                                 "denoise --name-pattern {title}{name} a.jpg",
+                                 "denoise --name-pattern ../{name} a.jpg",
+                                 "denoise --part 0/2 a.jpg",
+                                 "denoise --part 3/2 a.jpg",
+                                 "denoise --part 1/2x a.jpg",
+                                 "denoise --part 1/-2 a.jpg",
+                                 "denoise --jobs 0 a.jpg",
+                                 "denoise --files-from l -o x.png",
+                                 "denoise -o x.png /",
                                  "info",
                                  "calibrate a.jpg"}) {
     const auto answer = std::get<PrintAndExit>(parse(line));
@@ -67,14 +80,14 @@ TEST(OptionsTest, UnderstandsTheCommands) {
   EXPECT_FALSE(denoise.mode.isAutoMode);
   EXPECT_EQ(denoise.mode.denoiseLevelValue, 10);
   EXPECT_THAT(denoise.inputs, testing::ElementsAre("a.jpg", "b.png"));
-  EXPECT_EQ(denoise.outputFolder, "out");
+  EXPECT_EQ(denoise.naming.folder, "out");
   EXPECT_FALSE(denoise.explicitParameters.has_value());
 
   const Command numbers =
       parse("denoise --sigma -4 --template 3 --search 7 -o - --format tiff a.jpg");
   const auto& raw = std::get<DenoiseOptions>(numbers);
   EXPECT_EQ(raw.explicitParameters, (FilterParameters{-4, 3, 7}));
-  EXPECT_EQ(raw.format, FileFormat::tiff);
+  EXPECT_EQ(raw.naming.format, FileFormat::tiff);
   EXPECT_TRUE(std::get<InfoOptions>(parse("info --json x")).json);
   EXPECT_TRUE(std::holds_alternative<CalibrateOptions>(parse("calibrate")));
 }
@@ -93,34 +106,6 @@ TEST(OptionsTest, AFileThatIsNoCommandIsOpenedInTheWindow) {
     auto words = row.words;
     words.insert(words.begin(), "velmara");
     EXPECT_EQ(photoToOpen(static_cast<int>(words.size()), words.data()), row.opened);
-  }
-}
-
-TEST(OutputPathsTest, NamesTheResultAfterThePhoto) {
-  const struct {
-    std::string input;
-    std::optional<FileFormat> inputFormat, wanted;
-    std::optional<std::string> folder;
-    std::string path;
-    FileFormat format;
-  } cases[] = {
-      {"d/a.JPG", FileFormat::jpeg, {}, {}, "d/a-denoised.JPG", FileFormat::jpeg},
-      {"a.jpeg", FileFormat::jpeg, {}, "out", "out/a-denoised.jpeg", FileFormat::jpeg},
-      {"a.tif", FileFormat::tiff, {}, {}, "a-denoised.tif", FileFormat::tiff},
-      {"/x/a.webp", {}, {}, {}, "/x/a-denoised.png", FileFormat::png},
-      {"a.jpg", FileFormat::png, {}, {}, "a-denoised.png", FileFormat::png},
-      {"a.b.jpg", FileFormat::jpeg, FileFormat::gif, {}, "a.b-denoised.gif", FileFormat::gif},
-      {"noextension", FileFormat::jpeg, {}, {}, "noextension-denoised.jpg", FileFormat::jpeg},
-      {"a.jpg", FileFormat::jpeg, FileFormat::tiff, {}, "a-denoised.tiff", FileFormat::tiff},
-      {".hidden", FileFormat::bmp, {}, {}, ".hidden-denoised.bmp", FileFormat::bmp},
-  };
-  for (const auto& c : cases) {
-    DenoiseOptions options;
-    options.format = c.wanted;
-    options.outputFolder = c.folder;
-    const OutputTarget target = outputTarget(c.input, c.inputFormat, options);
-    EXPECT_EQ(target.path, c.path);
-    EXPECT_EQ(target.format, c.format) << c.input;
   }
 }
 
