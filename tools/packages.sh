@@ -13,6 +13,7 @@ PACKAGES_RUN="
   libmnl-dev
   libpcre2-dev
   libplist-dev
+  libraw-dev
   librsvg2-bin
   libvips-dev
   ninja-build

@@ -25,6 +25,8 @@ struct TiffDirectories {
   std::vector<RepresentationSize> sizes;
   /// A directory, or one nested in it, holds a camera's mosaic and not a picture.
   bool isCameraRaw = false;
+  /// Samples of such a mosaic should lie where the file has ended.
+  bool isMosaicCutShort = false;
 };
 
 /// Walks the directories of a classic or big TIFF (TIFF 6.0, section 2) without decoding anything.

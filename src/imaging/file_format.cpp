@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "imaging/raw_file.h"
 #include "imaging/vips_api.h"
 
 namespace velmara {
@@ -24,6 +25,23 @@ bool isHeif(std::string_view head) {
     if (std::ranges::find(kBrands, head.substr(at, 4)) != std::end(kBrands)) return true;
   }
   return false;
+}
+
+// Those cameras' formats that do not pass for a TIFF, and one that says more in its first bytes.
+bool isRaw(std::string_view head) {
+  constexpr std::string_view kStarts[] = {"IIRO"sv,
+                                          "IIRS"sv,
+                                          "MMOR"sv,
+                                          "IIU\0"sv,
+                                          "FUJIFILMCCD-RAW"sv,
+                                          "FOVb"sv,
+                                          "\0MRM"sv,
+                                          "IIII"sv,
+                                          "II\x1a\0\0\0HEAPCCDR"sv};
+  return (isTiff(head) && head.size() > 10 && head.substr(8, 2) == "CR"sv) ||
+         (head.size() >= 12 && head.substr(4, 8) == "ftypcrx "sv) ||
+         std::ranges::any_of(kStarts,
+                             [&](std::string_view start) { return head.starts_with(start); });
 }
 
 bool isPnm(std::string_view head) {
@@ -113,7 +131,6 @@ constexpr FormatFacts kFormats[] = {
      .extensions = {"bmp", "dib"},
      .matches = [](std::string_view head) { return head.starts_with("BM"sv); },
      .decoder = "VipsForeignLoadMagick",
-     .load = nullptr,
      .save = saveBmp,
      .carriesProfile = true,
      .carriesAlpha = true},
@@ -178,6 +195,13 @@ constexpr FormatFacts kFormats[] = {
      .matches = isPnm,
      .decoder = "VipsForeignLoadPpm",
      .load = load<&VipsApi::ppmload_source>},
+    {.format = FileFormat::raw,
+     .name = "RAW",
+     .extensions = {"dng", "cr2", "cr3", "crw", "nef", "nrw", "arw", "sr2", "srf",
+                    "raf", "orf", "rw2", "rwl", "pef", "srw", "x3f", "mrw", "erf",
+                    "mef", "mos", "iiq", "3fr", "fff", "dcr", "kdc", "k25"},
+     .matches = isRaw,
+     .metadata = MetadataPlace::file},
 };
 
 std::string_view textOf(std::span<const std::uint8_t> head) {
@@ -201,22 +225,22 @@ const FormatFacts& factsOf(FileFormat format) {
 }
 
 bool isDecoderInstalled(const FormatFacts& facts) {
+  if (facts.decoder == nullptr) return isRawReaderInstalled();
   return vips().isLoaded && vips().type_from_name(facts.decoder) != 0;
 }
 
 std::optional<FileFormat> fileFormatOf(std::span<const std::uint8_t> head) {
+  // First, as one of them is a TIFF too.
+  if (isRaw(textOf(head))) return FileFormat::raw;
   const auto found = std::ranges::find_if(
       kFormats, [&](const FormatFacts& facts) { return facts.matches(textOf(head)); });
   return found == std::end(kFormats) ? std::nullopt : std::optional(found->format);
 }
 
-bool looksLikeCameraRaw(std::span<const std::uint8_t> bytes) {
-  const std::string_view head = textOf(bytes);
-  return (isTiff(head) && head.size() > 10 && head.substr(8, 2) == "CR"sv) ||
-         head.starts_with("IIRO"sv) || head.starts_with("IIRS"sv) || head.starts_with("MMOR"sv) ||
-         head.starts_with("IIU\0"sv) || head.starts_with("FUJIFILMCCD-RAW"sv) ||
-         head.starts_with("FOVb"sv) || head.starts_with("\0MRM"sv) ||
-         (head.size() > 12 && head.substr(4, 8) == "ftypcrx "sv);
+bool isRawFileType(std::string_view extension) {
+  const auto& known = factsOf(FileFormat::raw).extensions;
+  return !extension.empty() &&
+         std::ranges::find(known, inCase(extension, std::tolower)) != known.end();
 }
 
 std::optional<FileFormat> fileFormatOfIndex(unsigned index) {

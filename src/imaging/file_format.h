@@ -25,7 +25,9 @@ enum class FileFormat {
   jpeg2000 = 5,
   webp,
   heif,
-  pnm
+  pnm,
+  /// A camera's own, of any maker: read by LibRaw.
+  raw
 };
 
 /// Where a format's Exif, XMP and IPTC are to be found.
@@ -36,6 +38,9 @@ enum class MetadataPlace {
   /// In packets that libvips hands out.
   packets,
 };
+
+/// Room for the extensions of one format: makers of cameras have one or more each.
+inline constexpr std::size_t kMostExtensions = 26;
 
 /// What there is to know of a format. All that depends on the format of a file comes from here.
 struct FormatFacts {
@@ -48,14 +53,16 @@ struct FormatFacts {
   /// Its title in the save panel.
   std::string_view title = {};
   /// File name extensions in lower case without the dot, the usual one first, the rest empty.
-  std::array<std::string_view, 4> extensions;
+  std::array<std::string_view, kMostExtensions> extensions;
   /// Whether a file that begins with these bytes is of this format.
   bool (*matches)(std::string_view head);
-  /// The class of its decoders in libvips; those of no format here stay switched off.
-  const char* decoder;
+  /// The class of its decoders in libvips; those of no format here stay switched off. Null where
+  /// another library decodes.
+  const char* decoder = nullptr;
   /// Opens the picture of a page, its pixels to come from top to bottom. Null where the decoder
-  /// wants the whole file in memory. `tolerant`: what the decoder only warns of is no fault.
-  int (*load)(VipsSource* source, int page, bool tolerant, VipsImage** image);
+  /// wants the whole file in memory, or libvips does not decode it. `tolerant`: what the decoder
+  /// only warns of is no fault.
+  int (*load)(VipsSource* source, int page, bool tolerant, VipsImage** image) = nullptr;
   /// Encodes a picture, with a quality of 1 to 100 where there is one. Null if it is only read.
   int (*save)(VipsImage* image, int quality, VipsTarget* target) = nullptr;
   MetadataPlace metadata = MetadataPlace::nowhere;
@@ -76,11 +83,12 @@ bool isDecoderInstalled(const FormatFacts& facts);
 /// How many bytes of a file's start fileFormatOf looks at.
 constexpr std::size_t kSignatureBytes = 64;
 
-/// The format of a file by its first bytes; nothing if it is none of them.
+/// The format of a file by its first bytes; nothing if it is none of them. Most cameras' RAW files
+/// begin as a TIFF does, and only their directories tell (openPictureFile).
 std::optional<FileFormat> fileFormatOf(std::span<const std::uint8_t> head);
 
-/// Whether a file's first bytes are those of a camera's own RAW format.
-bool looksLikeCameraRaw(std::span<const std::uint8_t> head);
+/// Whether an extension, upper or lower case, is one that cameras give their RAW files.
+bool isRawFileType(std::string_view extension);
 
 /// The format an index stands for when a picture is written; nothing for 6 and above.
 std::optional<FileFormat> fileFormatOfIndex(unsigned index);

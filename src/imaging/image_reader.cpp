@@ -73,7 +73,14 @@ Result<Page> decodeJpeg(const PictureFile& file, const ReadOptions& options) {
   return damagedFile(file.format);
 }
 
+Result<Page> readRaw(const PictureFile& file, const ReadOptions& options) {
+  auto bitmap = decodeRaw(file.file, options.control);
+  if (!bitmap) return Error{bitmap.error()};
+  return Page{std::move(bitmap).value(), nullptr};
+}
+
 Result<Page> readPage(const PictureFile& file, int number, const ReadOptions& options) {
+  if (file.format == FileFormat::raw) return readRaw(file, options);
   return file.format == FileFormat::jpeg ? decodeJpeg(file, options)
                                          : decodePage(file, number, true, options);
 }
@@ -124,6 +131,7 @@ Result<std::vector<RepresentationSize>> readRepresentationSizes(const std::strin
 }
 
 Result<std::vector<RepresentationSize>> readRepresentationSizes(const PictureFile& file) {
+  if (file.format == FileFormat::raw) return file.pages;
   const auto first = openPicture(file, 0);
   if (!first) return Error{first.error()};
   std::vector<RepresentationSize> sizes = file.pages;

@@ -27,15 +27,15 @@ struct ReadOptions {
   std::function<void(const Image& unfinished, int rows)> rowsDecoded;
 };
 
-/// Decodes a file: JPEG, PNG, TIFF, BMP, GIF, WebP, JPEG 2000, HEIC, AVIF or PNM (P1 to P6), told
-/// apart by its contents, never by its name.
+/// Decodes a file: JPEG, PNG, TIFF, BMP, GIF, WebP, JPEG 2000, HEIC, AVIF, PNM (P1 to P6) or a
+/// camera's RAW, told apart by its contents (see openPictureFile).
 ///
 /// Pixels come as they are stored, not turned by any orientation tag (HEIC and AVIF keep the turn
 /// in the container, so theirs come upright). 8-bit RGB keeps its numbers, and the embedded profile
 /// travels in Image::profile(). What is 16-bit, palette or CMYK becomes 8-bit sRGB through the
 /// embedded profile (CMYK without one through a usual press profile) and has no profile; gray stays
-/// gray, through its profile where it has one. Alpha is straight. The logical size is the pixel
-/// size of the first picture.
+/// gray, through its profile where it has one. RAW is developed as decodeRaw says. Alpha is
+/// straight. The logical size is the pixel size of the first picture.
 ///
 /// Of GIF and WebP animations the first frame counts, of HEIC and AVIF the primary picture; only
 /// TIFF has several representations, its pages in order.
@@ -43,7 +43,7 @@ struct ReadOptions {
 /// Nothing the file claims is believed: pictures beyond Bitmap::kMaxPixels or beyond the memory of
 /// the machine are refused before anything is allocated for them, and a file that is cut short or
 /// damaged gives an error, not half a picture. Folders, sockets, pipes and devices are refused
-/// without being read, and so are camera RAW files. The error does not repeat the path.
+/// without being read. The error does not repeat the path.
 ///
 /// `path` is in the file system's own bytes. Any thread.
 Result<Image> readImage(const std::string& path, const ReadOptions& options = {});

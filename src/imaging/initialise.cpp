@@ -36,9 +36,10 @@ bool start() {
   // Of everything else it could open, SVG and PDF run whole interpreters, and others are untested.
   vips().operation_block_set("VipsForeignLoad", TRUE);
   for (const FormatFacts& facts : fileFormats()) {
-    vips().operation_block_set(facts.decoder, FALSE);
+    if (facts.decoder != nullptr) vips().operation_block_set(facts.decoder, FALSE);
   }
 
+  Exiv2::enableBMFF(true);  // the wrapping of one maker's RAW files
   Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
   return Exiv2::XmpParser::initialize(lockXmpToolkit, nullptr);
 }

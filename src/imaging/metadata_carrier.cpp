@@ -141,16 +141,29 @@ void addXmp(const Exiv2::XmpData& xmp, MetadataDictionary& dictionary) {
   }
 }
 
+// How the samples of a RAW become colours, and what a DNG keeps of the file it was made of. With
+// these another file would pass for a RAW.
+bool describesMosaic(std::uint16_t tag) {
+  constexpr std::uint16_t kTrueOfAnyPicture[] = {
+      0xc614, 0xc615, 0xc62f, 0xc630,  // names and number of the camera, lens
+  };
+  const bool isOfDng = tag >= 0xc612 && tag <= 0xcd4f;
+  const bool isOfMosaic = tag == 0x828d || tag == 0x828e || tag == 0x9216;  // filters, TIFF/EP
+  return isOfMosaic ||
+         (isOfDng && std::ranges::find(kTrueOfAnyPicture, tag) == std::end(kTrueOfAnyPicture));
+}
+
 }  // namespace
 
 bool describesStorage(const Exiv2::Exifdatum& entry) {
   const std::string group = entry.groupName();
   if (group == "Thumbnail" || group.starts_with("SubImage") || group.starts_with("SubThumb") ||
-      group == "Image2" || group == "Image3" || group == "MpfInfo") {
+      group == "Image2" || group == "Image3" || group == "MpfInfo" || group == "PanasonicRaw") {
     return true;
   }
   if (group == "Photo") return entry.tag() == 0xa005;  // InteroperabilityTag
   if (group != "Image") return false;
+  if (describesMosaic(entry.tag())) return true;
   constexpr std::uint16_t kTags[] = {
       0x00fe, 0x00ff,                                  // NewSubfileType, SubfileType
       0x0100, 0x0101, 0x0102, 0x0103, 0x0106,          // sizes, depth, compression, kind of colour

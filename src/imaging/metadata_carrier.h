@@ -33,7 +33,7 @@ void addMetadataGroups(const MetadataCarrier& carrier, MetadataDictionary& dicti
 
 /// Whether an Exif entry tells how the pixels are stored in its file, and so belongs to no other
 /// file: sizes, strips, tiles, compression, embedded profiles and packets, pointers, further
-/// pictures.
+/// pictures, how a RAW's samples become colours.
 bool describesStorage(const Exiv2::Exifdatum& entry);
 
 }  // namespace velmara

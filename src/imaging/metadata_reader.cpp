@@ -5,6 +5,7 @@
 #include "imaging/decoding.h"
 #include "imaging/metadata.h"
 #include "imaging/metadata_carrier.h"
+#include "imaging/raw_metadata.h"
 
 namespace velmara {
 namespace {
@@ -39,6 +40,15 @@ void addHeader(VipsImage* image, MetadataDictionary& dictionary) {
     std::string name = profileName(*profile);
     if (!name.empty()) dictionary.emplace("ProfileName", std::move(name));
   }
+}
+
+// Of a RAW's picture as it is developed.
+void addRawHeader(const RawFacts& facts, MetadataDictionary& dictionary) {
+  dictionary.emplace("PixelWidth", facts.width);
+  dictionary.emplace("PixelHeight", facts.height);
+  dictionary.emplace("ColorModel", "RGB");
+  dictionary.emplace("HasAlpha", false);
+  dictionary.emplace("Depth", kRawOutputBits);
 }
 
 // The containers Exiv2 cannot open: libvips hands out the packets. The turn is in the container and
@@ -94,6 +104,11 @@ std::shared_ptr<const MetadataCarrier> readCarrier(const PictureFile& file,
   } catch (const std::exception&) {
     // What was understood before stays.
   }
+  try {
+    if (file.raw) completeRawExif(*file.raw, carrier->exif);
+  } catch (const std::exception&) {
+    // As far as it came.
+  }
   return carrier;
 }
 
@@ -106,11 +121,17 @@ std::optional<ImageMetadata> readMetadata(const std::string& path) {
 
 std::optional<ImageMetadata> readMetadata(const PictureFile& file) {
   try {
-    const auto picture = openPicture(file, 0);
-    if (!picture) return std::nullopt;
     MetadataDictionary dictionary;
-    addHeader(picture->image.get(), dictionary);
-    auto carrier = readCarrier(file, picture->image.get());
+    std::shared_ptr<const MetadataCarrier> carrier;
+    if (file.raw) {
+      addRawHeader(*file.raw, dictionary);
+      carrier = readCarrier(file, nullptr);
+    } else {
+      const auto picture = openPicture(file, 0);
+      if (!picture) return std::nullopt;
+      addHeader(picture->image.get(), dictionary);
+      carrier = readCarrier(file, picture->image.get());
+    }
     const auto lock = lockExiv2();
     try {
       addMetadataGroups(*carrier, dictionary);

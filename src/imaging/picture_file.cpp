@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <filesystem>
 #include <optional>
 #include <sys/stat.h>
 #include <system_error>
@@ -20,6 +21,11 @@ std::string kindOf(mode_t mode) {
   if (S_ISFIFO(mode)) return "it is a pipe";
   if (S_ISSOCK(mode)) return "it is a socket";
   return "it is no ordinary file";
+}
+
+std::string extensionOf(const std::string& path) {
+  const std::string extension = std::filesystem::path(path).extension().string();
+  return extension.empty() ? extension : extension.substr(1);
 }
 
 }  // namespace
@@ -72,8 +78,24 @@ Result<PictureFile> openPictureFile(const std::string& path) {
   auto file = InputFile::open(path);
   if (!file) return Error{file.error()};
   const auto head = file->read(0, kSignatureBytes);
-  if (looksLikeCameraRaw(head)) return Error{"camera RAW files are not supported yet"};
   const std::optional<FileFormat> format = fileFormatOf(head);
+  const bool mayBeTiff = format == FileFormat::tiff || format == FileFormat::raw;
+  TiffDirectories directories = mayBeTiff ? readTiffDirectories(*file) : TiffDirectories();
+
+  const bool isRaw = format == FileFormat::raw || directories.isCameraRaw;
+  const bool isNamedRaw =
+      (!format || format == FileFormat::tiff) && isRawFileType(extensionOf(path));
+  if (isRaw || isNamedRaw) {
+    auto facts = directories.isMosaicCutShort
+                     ? Result<RawFacts>(Error{"the RAW file is damaged or cut short"})
+                     : readRawFacts(*file);
+    if (facts) {
+      const RepresentationSize size = {facts->width, facts->height};
+      return PictureFile{
+          path, std::move(file).value(), FileFormat::raw, {size}, std::move(facts).value()};
+    }
+    if (isRaw) return Error{facts.error()};
+  }
   if (!format) return Error{"it is not a picture of a kind that can be read"};
 
   if (*format == FileFormat::pnm) {
@@ -81,8 +103,6 @@ Result<PictureFile> openPictureFile(const std::string& path) {
   }
   std::vector<RepresentationSize> pages(1);
   if (*format == FileFormat::tiff) {
-    TiffDirectories directories = readTiffDirectories(*file);
-    if (directories.isCameraRaw) return Error{"camera RAW files are not supported yet"};
     if (directories.sizes.empty()) return Error{"the TIFF file is damaged or cut short"};
     pages = std::move(directories.sizes);
   }

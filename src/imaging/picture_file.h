@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "base/result.h"
 #include "imaging/file_format.h"
+#include "imaging/raw_file.h"
 
 namespace velmara {
 
@@ -51,12 +53,16 @@ struct PictureFile {
   std::string path;
   InputFile file;
   FileFormat format;
-  /// The pages of a TIFF; one unknown size for every other kind.
+  /// The pages of a TIFF; one size for every other kind, which is known of RAW files only.
   std::vector<RepresentationSize> pages;
+  /// There for RAW files only.
+  std::optional<RawFacts> raw = std::nullopt;
 };
 
-/// Opens a path and tells its kind by its contents; refuses what cannot be read, camera RAW files
-/// among them. `path` is in the file system's own bytes, and the error does not repeat it.
+/// Opens a path and tells its kind by its contents; refuses what cannot be read. Where a TIFF does
+/// not say that it holds a camera's mosaic, or the contents say nothing, a name as cameras give
+/// them is reason enough to ask whether it is a RAW file. `path` is in the file system's own bytes,
+/// and the error does not repeat it.
 Result<PictureFile> openPictureFile(const std::string& path);
 
 }  // namespace velmara

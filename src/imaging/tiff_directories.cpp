@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <set>
 #include <span>
+#include <utility>
 
 #include "imaging/file_checks.h"
 
@@ -10,10 +11,15 @@ namespace {
 constexpr std::size_t kMostDirectories = 1024;
 constexpr std::size_t kMostNested = 16;
 constexpr std::uint64_t kMostEntries = 4096;
+constexpr std::size_t kMostPieces = 65536;
 
 constexpr unsigned kImageWidth = 256;
 constexpr unsigned kImageLength = 257;
 constexpr unsigned kPhotometricInterpretation = 262;
+constexpr unsigned kStripOffsets = 273;
+constexpr unsigned kStripByteCounts = 279;
+constexpr unsigned kTileOffsets = 324;
+constexpr unsigned kTileByteCounts = 325;
 constexpr unsigned kSubIfds = 330;
 constexpr unsigned kDngVersion = 50706;
 
@@ -35,8 +41,10 @@ struct Directory {
     }
     return 0;
   }
-  bool has(unsigned tag) const {
-    return std::ranges::any_of(entries, [tag](const Entry& entry) { return entry.tag == tag; });
+  bool has(unsigned tag) const { return find(tag) != nullptr; }
+  const Entry* find(unsigned tag) const {
+    const auto found = std::ranges::find(entries, tag, &Entry::tag);
+    return found == entries.end() ? nullptr : &*found;
   }
 };
 
@@ -49,10 +57,30 @@ class TiffReader {
     littleEndian_ = head[0] == 'I';
     big_ = number(std::span(head).subspan(2, 2)) == 43;
     if (big_ && head.size() < 16) return;
+    isAllMosaic_ = head.size() == 16 && head[8] == 'C' && head[9] == 'R';
     first_ = big_ ? number(std::span(head).subspan(8, 8)) : number(std::span(head).subspan(4, 4));
   }
 
   std::uint64_t firstDirectory() const { return first_; }
+
+  /// Whether the mark of a maker who names no mosaic as such stands behind the header.
+  bool isAllMosaic() const { return isAllMosaic_; }
+
+  /// Whether all strips or tiles of a directory end before the file does.
+  bool holdsPiecesOf(const Directory& directory) const {
+    for (const auto& [at, bytes] :
+         {std::pair(kStripOffsets, kStripByteCounts), std::pair(kTileOffsets, kTileByteCounts)}) {
+      const Entry* offsets = directory.find(at);
+      const Entry* counts = directory.find(bytes);
+      if (offsets == nullptr || counts == nullptr) continue;
+      const auto size = static_cast<std::uint64_t>(file_.size());
+      for (std::size_t i = 0; i < offsets->values.size() && i < counts->values.size(); ++i) {
+        const std::uint64_t offset = offsets->values[i];
+        if (offset > size || counts->values[i] > size - offset) return false;
+      }
+    }
+    return true;
+  }
 
   /// A directory with the values of its whole-number entries; no entries if it is not inside the
   /// file.
@@ -94,8 +122,8 @@ class TiffReader {
     Entry entry{static_cast<unsigned>(number(field.subspan(0, 2))), {}};
     const std::size_t size = sizeOfType(number(field.subspan(2, 2)));
     if (size == 0) return entry;
-    const std::uint64_t count =
-        std::min<std::uint64_t>(number(field.subspan(4, wordBytes())), kMostNested);
+    const std::uint64_t count = std::min<std::uint64_t>(
+        number(field.subspan(4, wordBytes())), isOfPieces(entry.tag) ? kMostPieces : kMostNested);
     const auto inside = field.subspan(4 + wordBytes());
     std::vector<std::uint8_t> outside;
     std::span<const std::uint8_t> data = inside;
@@ -109,6 +137,11 @@ class TiffReader {
     return entry;
   }
 
+  static bool isOfPieces(unsigned tag) {
+    return tag == kStripOffsets || tag == kStripByteCounts || tag == kTileOffsets ||
+           tag == kTileByteCounts;
+  }
+
   // Bytes of the types of whole numbers: BYTE, SHORT, LONG, IFD, LONG8, IFD8.
   static std::size_t sizeOfType(std::uint64_t type) {
     constexpr std::uint8_t kSizes[] = {0, 1, 0, 2, 4, 0, 0, 0, 0, 0, 0, 0, 0, 4, 0, 0, 8, 0, 8};
@@ -118,6 +151,7 @@ class TiffReader {
   const InputFile& file_;
   bool littleEndian_ = true;
   bool big_ = false;
+  bool isAllMosaic_ = false;
   std::uint64_t first_ = 0;
 };
 
@@ -127,15 +161,17 @@ bool holdsMosaic(const Directory& directory) {
          photometric == kLinearRaw;
 }
 
-bool isCameraRaw(const TiffReader& reader, const Directory& directory) {
-  if (holdsMosaic(directory)) return true;
-  for (const Entry& entry : directory.entries) {
-    if (entry.tag != kSubIfds) continue;
-    for (const std::uint64_t offset : entry.values) {
-      if (holdsMosaic(reader.directoryAt(offset))) return true;
-    }
-  }
-  return false;
+// What a directory and those nested in it have to say of a camera's mosaic.
+void lookForMosaic(const TiffReader& reader, const Directory& directory, TiffDirectories& result) {
+  const auto look = [&](const Directory& one) {
+    if (!reader.isAllMosaic() && !holdsMosaic(one)) return;
+    result.isCameraRaw = true;
+    result.isMosaicCutShort = result.isMosaicCutShort || !reader.holdsPiecesOf(one);
+  };
+  look(directory);
+  const Entry* nested = directory.find(kSubIfds);
+  if (nested == nullptr) return;
+  for (const std::uint64_t offset : nested->values) look(reader.directoryAt(offset));
 }
 
 }  // namespace
@@ -148,7 +184,7 @@ TiffDirectories readTiffDirectories(const InputFile& file) {
   while (offset != 0 && seen.size() < kMostDirectories && seen.insert(offset).second) {
     const Directory directory = reader.directoryAt(offset);
     if (directory.entries.empty()) break;
-    result.isCameraRaw = result.isCameraRaw || isCameraRaw(reader, directory);
+    lookForMosaic(reader, directory, result);
     result.sizes.push_back({static_cast<std::int64_t>(directory.first(kImageWidth)),
                             static_cast<std::int64_t>(directory.first(kImageLength))});
     offset = directory.next;

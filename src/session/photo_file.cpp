@@ -70,7 +70,10 @@ PhotoFile PhotoFile::initWithFile(const std::string& path, const PictureFile* fi
     if (size.width > 0) record.width = size.width;
     if (size.height > 0) record.height = size.height;
   }
-  if (file != nullptr) record.metaInfoDict = readMetadata(*file);
+  if (file != nullptr) {
+    record.format = file->format;
+    record.metaInfoDict = readMetadata(*file);
+  }
   return record;
 }
 

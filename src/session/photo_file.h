@@ -43,6 +43,8 @@ class PhotoFile {
   /// "MMM-dd-yyyy hh:mm:s a" in local time.
   std::optional<std::string> fileCreationDate;
   std::string fileContainerFolderName;
+  /// Nothing for a file that is no picture.
+  std::optional<FileFormat> format;
   Image thumbnailImg;
   std::optional<ImageMetadata> metaInfoDict;
   /// The same path as `filePath`.

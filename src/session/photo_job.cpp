@@ -74,6 +74,10 @@ class Run {
       result_.reason = "cannot write " + request_.output->path + ": unknown format";
       return false;
     }
+    if (wouldReplaceRaw()) {
+      result_.reason = "cannot write " + request_.output->path + ": a RAW file is never replaced";
+      return false;
+    }
     const auto begin = std::chrono::steady_clock::now();
     const Status status = [&]() -> Status {
       try {
@@ -93,6 +97,12 @@ class Run {
       control_.setProgress(plan_.shareAfter(step));
     }
     return status.ok();
+  }
+
+  // What the camera recorded is in no other file.
+  bool wouldReplaceRaw() const {
+    return request_.output && result_.photo.record.format == FileFormat::raw &&
+           isPhotosOwnFile(result_.photo.record, request_.output->path);
   }
 
   // What is written says where to; replacing a file says it by itself.

@@ -27,6 +27,9 @@ TEST(FileFormatTest, IsToldByTheFirstBytesAlone) {
       {FileFormat::webp, {"RIFF1234WEBPVP8 "}},
       {FileFormat::heif, {brands + "mif1heic", brands + "avif"}},
       {FileFormat::pnm, {"P6 1 1 255 ", "P1#"}},
+      {FileFormat::raw,
+       {"II*\0\x10\0\0\0CR\2\0"s, "IIRO\b", "IIU\0\b"s, "FUJIFILMCCD-RAW 0201",
+        "\0\0\0\030ftypcrx \0\0\0\1"s}},
       {std::nullopt,
        {"", "\xff\xd8", "II", "GIF88a", "\x89PNG\n\x1a\n", "RIFF1234WAVEfmt ", brands + "mp42isom",
         "P7 ", "P6x"}},
@@ -56,10 +59,10 @@ TEST(FileFormatTest, IndicesWordsAndExtensionsAreThoseOfTheTable) {
   for (const char* none : {"", "webp", "jp2", "jpeg "}) {
     EXPECT_EQ(exportFormatForExtension(none), std::nullopt) << none;
   }
-  for (const char* readable : {"jpg", "JPG", "tif", "pbm", "avif", "HEIC"}) {
+  for (const char* readable : {"jpg", "JPG", "tif", "pbm", "avif", "HEIC", "dng", "CR3"}) {
     EXPECT_TRUE(isReadableFileType(readable)) << readable;
   }
-  for (const char* unreadable : {"", "Jpg", "svg", "dng"}) {
+  for (const char* unreadable : {"", "Jpg", "svg"}) {
     EXPECT_FALSE(isReadableFileType(unreadable)) << unreadable;
   }
 }
