@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 
 #include "imaging/raw_file.h"
 #include "imaging/vips_api.h"
@@ -237,10 +238,11 @@ std::optional<FileFormat> fileFormatOf(std::span<const std::uint8_t> head) {
   return found == std::end(kFormats) ? std::nullopt : std::optional(found->format);
 }
 
-bool isRawFileType(std::string_view extension) {
+bool isNamedAsRaw(std::string_view path) {
+  const std::string extension =
+      inCase(std::filesystem::path(path).extension().string(), std::tolower);
   const auto& known = factsOf(FileFormat::raw).extensions;
-  return !extension.empty() &&
-         std::ranges::find(known, inCase(extension, std::tolower)) != known.end();
+  return extension.size() > 1 && std::ranges::find(known, extension.substr(1)) != known.end();
 }
 
 std::optional<FileFormat> fileFormatOfIndex(unsigned index) {

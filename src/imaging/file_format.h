@@ -87,8 +87,8 @@ constexpr std::size_t kSignatureBytes = 64;
 /// begin as a TIFF does, and only their directories tell (openPictureFile).
 std::optional<FileFormat> fileFormatOf(std::span<const std::uint8_t> head);
 
-/// Whether an extension, upper or lower case, is one that cameras give their RAW files.
-bool isRawFileType(std::string_view extension);
+/// Whether a path has an extension that cameras give their RAW files, in whatever case.
+bool isNamedAsRaw(std::string_view path);
 
 /// The format an index stands for when a picture is written; nothing for 6 and above.
 std::optional<FileFormat> fileFormatOfIndex(unsigned index);

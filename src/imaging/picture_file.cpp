@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
-#include <filesystem>
 #include <optional>
 #include <sys/stat.h>
 #include <system_error>
@@ -21,11 +20,6 @@ std::string kindOf(mode_t mode) {
   if (S_ISFIFO(mode)) return "it is a pipe";
   if (S_ISSOCK(mode)) return "it is a socket";
   return "it is no ordinary file";
-}
-
-std::string extensionOf(const std::string& path) {
-  const std::string extension = std::filesystem::path(path).extension().string();
-  return extension.empty() ? extension : extension.substr(1);
 }
 
 }  // namespace
@@ -83,8 +77,7 @@ Result<PictureFile> openPictureFile(const std::string& path) {
   TiffDirectories directories = mayBeTiff ? readTiffDirectories(*file) : TiffDirectories();
 
   const bool isRaw = format == FileFormat::raw || directories.isCameraRaw;
-  const bool isNamedRaw =
-      (!format || format == FileFormat::tiff) && isRawFileType(extensionOf(path));
+  const bool isNamedRaw = (!format || format == FileFormat::tiff) && isNamedAsRaw(path);
   if (isRaw || isNamedRaw) {
     auto facts = directories.isMosaicCutShort
                      ? Result<RawFacts>(Error{"the RAW file is damaged or cut short"})

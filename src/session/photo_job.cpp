@@ -2,7 +2,9 @@
 
 #include <chrono>
 #include <exception>
+#include <filesystem>
 #include <new>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -99,10 +101,14 @@ class Run {
     return status.ok();
   }
 
-  // What the camera recorded is in no other file.
+  // What a camera recorded is in no other file.
   bool wouldReplaceRaw() const {
-    return request_.output && result_.photo.record.format == FileFormat::raw &&
-           isPhotosOwnFile(result_.photo.record, request_.output->path);
+    if (!request_.output || result_.photo.record.filePath.empty()) return false;
+    const std::string& path = request_.output->path;
+    std::error_code failure;
+    return isPhotosOwnFile(result_.photo.record, path)
+               ? result_.photo.record.format == FileFormat::raw
+               : isNamedAsRaw(path) && std::filesystem::exists(path, failure);
   }
 
   // What is written says where to; replacing a file says it by itself.

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "engine/deep/deep_pictures.h"
+#include "imaging/dng_files.h"
 #include "imaging/image_reader.h"
 #include "imaging/initialise.h"
 #include "imaging/metadata.h"
@@ -312,9 +313,31 @@ TEST_F(CommandTest, InfoAndCalibratePrintDocumentedObjects) {
               ContainsRegex("\"pixelsPerSecond\":[1-9][0-9]+,.*\"template\":5"));
 }
 
+TEST_F(CommandTest, ARawIsDevelopedAndNoneIsEverReplaced) {
+  writeFile(folder.file("in.dng"), dngOf({.orientation = 6}));
+  writeFile(folder.file("other.cr2"), dngOf({}));
+  for (const std::string output : {"in.dng", "other.cr2"}) {
+    const std::string before = contentsOf(folder.file(output));
+    const auto refused =
+        velmara({"denoise", "--force", "--format", "jpeg", "-o", output, "in.dng"}, folder);
+    EXPECT_THAT(refused.errors, HasSubstr("never replaced"));
+    EXPECT_EQ(contentsOf(folder.file(output)), before);
+  }
+  for (const std::string output : {"out.jpg", "out.tiff"}) {
+    const auto result = velmara({"denoise", "-o", output, "in.dng"}, folder);
+    ASSERT_EQ(result.exitCode, 0) << result.errors;
+    EXPECT_EQ(readImage(folder.file(output))->bitmap().height(), 96);
+    EXPECT_EQ(runProgram({"exiftool", "-s3", "-n", "-Make", "-ISO", "-ExposureTime", "-LensModel",
+                          "-DateTimeOriginal", "-Orientation", "-ColorSpace", "-ExifImageHeight",
+                          "-DNGVersion", "-ColorMatrix1", folder.file(output)})
+                  .output,
+              "Maker\n1600\n0.02\nA lens\n2024:05:06 07:08:09\n1\n1\n96\n");
+  }
+}
+
 TEST_F(CommandTest, FormatsAreReadAndWrittenHere) {
   const std::string list = velmara({"formats"}, folder).output;
-  EXPECT_EQ(std::ranges::count(list, '\n'), 9);
+  EXPECT_EQ(std::ranges::count(list, '\n'), 10);
   EXPECT_THAT(list, Not(HasSubstr("not installed")));
   EXPECT_THAT(list, HasSubstr("TIFF      read          written, --format tiff"));
 }
