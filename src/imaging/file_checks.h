@@ -27,6 +27,8 @@ struct TiffDirectories {
   bool isCameraRaw = false;
   /// Samples of such a mosaic should lie where the file has ended.
   bool isMosaicCutShort = false;
+  /// The JPEGs that such a mosaic is kept in, if it is.
+  std::vector<FilePiece> mosaicJpegs;
 };
 
 /// Walks the directories of a classic or big TIFF (TIFF 6.0, section 2) without decoding anything.

@@ -73,7 +73,22 @@ Result<Page> decodeJpeg(const PictureFile& file, const ReadOptions& options) {
   return damagedFile(file.format);
 }
 
+// LibRaw goes on after any fault in a JPEG, and tells nobody but the standard error.
+Status checkJpegsOf(const PictureFile& raw, const JobControl* control) {
+  for (const FilePiece& piece : raw.jpegs) {
+    auto copy = raw.file.copyOf(piece);
+    if (!copy) return Error{copy.error()};
+    const PictureFile jpeg{raw.path, std::move(copy).value(), FileFormat::jpeg, {{}}};
+    const auto page = decodeJpeg(jpeg, {Representations::first, control, {}});
+    if (!page) return Error{"inside the RAW file: " + page.error()};
+  }
+  return Done{};
+}
+
 Result<Page> readRaw(const PictureFile& file, const ReadOptions& options) {
+  if (const Status whole = checkJpegsOf(file, options.control); !whole) {
+    return Error{whole.error()};
+  }
   auto bitmap = decodeRaw(file.file, options.control);
   if (!bitmap) return Error{bitmap.error()};
   return Page{std::move(bitmap).value(), nullptr};

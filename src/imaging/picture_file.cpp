@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <optional>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -67,6 +68,18 @@ std::vector<std::uint8_t> InputFile::read(std::int64_t offset, std::size_t count
   return bytes;
 }
 
+Result<InputFile> InputFile::copyOf(const FilePiece& piece) const {
+  const auto bytes = read(static_cast<std::int64_t>(piece.offset), piece.bytes);
+  InputFile copy(::memfd_create("velmara", MFD_CLOEXEC), static_cast<std::int64_t>(bytes.size()));
+  for (std::size_t written = 0; written < bytes.size();) {
+    const ssize_t count = ::write(copy.descriptor_, bytes.data() + written, bytes.size() - written);
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return Error{"not enough memory for the picture"};
+    written += static_cast<std::size_t>(count);
+  }
+  return Result<InputFile>(std::move(copy));
+}
+
 Result<PictureFile> openPictureFile(const std::string& path) {
   if (!initialiseImaging()) return Error{"the picture libraries cannot be started"};
   auto file = InputFile::open(path);
@@ -84,8 +97,8 @@ Result<PictureFile> openPictureFile(const std::string& path) {
                      : readRawFacts(*file);
     if (facts) {
       const RepresentationSize size = {facts->width, facts->height};
-      return PictureFile{
-          path, std::move(file).value(), FileFormat::raw, {size}, std::move(facts).value()};
+      return PictureFile{path,   std::move(file).value(),  FileFormat::raw,
+                         {size}, std::move(facts).value(), std::move(directories.mosaicJpegs)};
     }
     if (isRaw) return Error{facts.error()};
   }

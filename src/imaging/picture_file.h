@@ -11,6 +11,12 @@
 
 namespace velmara {
 
+/// Where some of a file's bytes lie.
+struct FilePiece {
+  std::uint64_t offset = 0;
+  std::uint64_t bytes = 0;
+};
+
 /// An ordinary file open for reading, closed at the end.
 class InputFile {
  public:
@@ -30,6 +36,9 @@ class InputFile {
   /// The bytes from an offset on, fewer than asked for at the end of the file. The position of the
   /// descriptor is not used.
   std::vector<std::uint8_t> read(std::int64_t offset, std::size_t count) const;
+
+  /// A file in memory with the bytes of a piece of this one.
+  Result<InputFile> copyOf(const FilePiece& piece) const;
 
  private:
   InputFile(int descriptor, std::int64_t size) : descriptor_(descriptor), size_(size) {}
@@ -57,6 +66,8 @@ struct PictureFile {
   std::vector<RepresentationSize> pages;
   /// There for RAW files only.
   std::optional<RawFacts> raw = std::nullopt;
+  /// The JPEGs, if any, that a RAW file keeps its samples in.
+  std::vector<FilePiece> jpegs = {};
 };
 
 /// Opens a path and tells its kind by its contents; refuses what cannot be read. Where a TIFF does

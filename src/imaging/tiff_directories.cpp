@@ -15,6 +15,7 @@ constexpr std::size_t kMostPieces = 65536;
 
 constexpr unsigned kImageWidth = 256;
 constexpr unsigned kImageLength = 257;
+constexpr unsigned kCompression = 259;
 constexpr unsigned kPhotometricInterpretation = 262;
 constexpr unsigned kStripOffsets = 273;
 constexpr unsigned kStripByteCounts = 279;
@@ -25,6 +26,7 @@ constexpr unsigned kDngVersion = 50706;
 
 constexpr std::uint64_t kColorFilterArray = 32803;
 constexpr std::uint64_t kLinearRaw = 34892;
+constexpr std::uint64_t kLossyJpeg = 34892;  // the number is the same by chance
 
 struct Entry {
   unsigned tag = 0;
@@ -66,20 +68,25 @@ class TiffReader {
   /// Whether the mark of a maker who names no mosaic as such stands behind the header.
   bool isAllMosaic() const { return isAllMosaic_; }
 
-  /// Whether all strips or tiles of a directory end before the file does.
-  bool holdsPiecesOf(const Directory& directory) const {
+  /// The strips or tiles of a directory.
+  static std::vector<FilePiece> piecesOf(const Directory& directory) {
+    std::vector<FilePiece> pieces;
     for (const auto& [at, bytes] :
          {std::pair(kStripOffsets, kStripByteCounts), std::pair(kTileOffsets, kTileByteCounts)}) {
       const Entry* offsets = directory.find(at);
       const Entry* counts = directory.find(bytes);
       if (offsets == nullptr || counts == nullptr) continue;
-      const auto size = static_cast<std::uint64_t>(file_.size());
       for (std::size_t i = 0; i < offsets->values.size() && i < counts->values.size(); ++i) {
-        const std::uint64_t offset = offsets->values[i];
-        if (offset > size || counts->values[i] > size - offset) return false;
+        pieces.push_back({offsets->values[i], counts->values[i]});
       }
     }
-    return true;
+    return pieces;
+  }
+
+  /// Whether a piece ends before the file does.
+  bool holds(const FilePiece& piece) const {
+    const auto size = static_cast<std::uint64_t>(file_.size());
+    return piece.offset <= size && piece.bytes <= size - piece.offset;
   }
 
   /// A directory with the values of its whole-number entries; no entries if it is not inside the
@@ -166,7 +173,13 @@ void lookForMosaic(const TiffReader& reader, const Directory& directory, TiffDir
   const auto look = [&](const Directory& one) {
     if (!reader.isAllMosaic() && !holdsMosaic(one)) return;
     result.isCameraRaw = true;
-    result.isMosaicCutShort = result.isMosaicCutShort || !reader.holdsPiecesOf(one);
+    const auto pieces = TiffReader::piecesOf(one);
+    if (!std::ranges::all_of(pieces, [&](const FilePiece& piece) { return reader.holds(piece); })) {
+      result.isMosaicCutShort = true;
+    }
+    if (one.first(kCompression) == kLossyJpeg) {
+      result.mosaicJpegs.insert(result.mosaicJpegs.end(), pieces.begin(), pieces.end());
+    }
   };
   look(directory);
   const Entry* nested = directory.find(kSubIfds);

@@ -49,6 +49,8 @@ struct Dng {
   double baselineExposure = 0.0;
   /// What the header says instead, if not 0.
   int statedSide = 0;
+  /// A JPEG to hold the samples, three a pixel, in place of the fields.
+  std::string jpeg = {};
 };
 
 /// The fields as they should come out: top left, top right, bottom left, bottom right.
@@ -62,8 +64,9 @@ inline std::string dngOf(const Dng& dng) {
   std::vector<double> xyzToSensor = {3.2405, -1.5371, -0.4985, -0.9693, 1.8760,
                                      0.0416, 0.0556,  -0.2040, 1.0572};
   for (std::size_t i = 0; i < 9; ++i) xyzToSensor[i] *= neutral[i / 3];
-  std::string mosaic;
-  for (int y = 0; y < dng.height; ++y) {
+  const bool isJpeg = !dng.jpeg.empty();
+  std::string mosaic = dng.jpeg;
+  for (int y = 0; y < dng.height && !isJpeg; ++y) {
     for (int x = 0; x < dng.width; ++x) {
       const int c = y % 2 + x % 2;  // red, green; green, blue
       const int field = (y < dng.height / 2 ? 0 : 2) + (x < dng.width / 2 ? 0 : 1);
@@ -74,19 +77,20 @@ inline std::string dngOf(const Dng& dng) {
   }
   const double width = dng.statedSide != 0 ? dng.statedSide : dng.width;
   const double height = dng.statedSide != 0 ? dng.statedSide : dng.height;
-  const double turn = dng.orientation, bytes = static_cast<double>(mosaic.size());
+  const double turn = dng.orientation, bits = isJpeg ? 8.0 : 16.0;
+  const double bytes = static_cast<double>(mosaic.size());
   // clang-format off
   const auto top = [&](double exifAt, double mosaicAt) {
     return tiffDirectory(8, {
-        {254, kLong, {0}}, {256, kLong, {width}}, {257, kLong, {height}}, {258, kShort, {16}},
-        {259, kShort, {1}}, {262, kShort, {32803}}, {271, kText, {}, "Maker"},
-        {272, kText, {}, "Camera"}, {273, kLong, {mosaicAt}}, {274, kShort, {turn}},
-        {277, kShort, {1}}, {278, kLong, {0xffff}}, {279, kLong, {bytes}},
-        {33421, kShort, {2, 2}}, {33422, kByte, {0, 1, 1, 2}}, {34665, kLong, {exifAt}},
-        {50706, kByte, {1, 4, 0, 0}}, {50708, kText, {}, "Maker Camera"},
-        {50714, kShort, {kBlack}}, {50717, kShort, {kWhite}}, {50721, kSignedRatio, xyzToSensor},
-        {50728, kRatio, neutral}, {50730, kSignedRatio, {dng.baselineExposure}},
-        {50778, kShort, {21}}});
+        {254, kLong, {0}}, {256, kLong, {width}}, {257, kLong, {height}}, {258, kShort, {bits}},
+        {259, kShort, {isJpeg ? 34892.0 : 1.0}}, {262, kShort, {isJpeg ? 34892.0 : 32803.0}},
+        {271, kText, {}, "Maker"}, {272, kText, {}, "Camera"}, {273, kLong, {mosaicAt}},
+        {274, kShort, {turn}}, {277, kShort, {isJpeg ? 3.0 : 1.0}}, {278, kLong, {0xffff}},
+        {279, kLong, {bytes}}, {33421, kShort, {2, 2}}, {33422, kByte, {0, 1, 1, 2}},
+        {34665, kLong, {exifAt}}, {50706, kByte, {1, 4, 0, 0}}, {50708, kText, {}, "Maker Camera"},
+        {50714, kShort, {isJpeg ? 0.0 : kBlack}}, {50717, kShort, {isJpeg ? 255.0 : kWhite}},
+        {50721, kSignedRatio, xyzToSensor}, {50728, kRatio, neutral},
+        {50730, kSignedRatio, {dng.baselineExposure}}, {50778, kShort, {21}}});
   };
   const std::size_t exifAt = 8 + top(0, 0).size();
   const std::string exif = tiffDirectory(exifAt, {

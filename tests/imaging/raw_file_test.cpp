@@ -65,6 +65,10 @@ TEST_F(RawFileTest, DamageAndCancellingAreToldInWords) {
     const auto image = readImage(written(damaged));
     EXPECT_TRUE(!image || image->isValid());
   }
+  ASSERT_TRUE(convert({"-size", "96x64", "plasma:"}, folder.file("a.jpg")));
+  const std::string jpeg = contentsOf(folder.file("a.jpg"));
+  EXPECT_TRUE(readImage(written(dngOf({.jpeg = jpeg}))));
+  EXPECT_FALSE(readImage(written(dngOf({.jpeg = jpeg.substr(0, jpeg.size() / 2) + "\xff\xd9"}))));
   JobControl control;
   control.cancel();
   EXPECT_EQ(readImage(written(whole), {Representations::all, &control, {}}).error(),
