@@ -47,6 +47,7 @@ PACKAGES_TEST="
 PACKAGES_CI="
   clang-format
   clang-tidy
+  doxygen
   git
 "
 

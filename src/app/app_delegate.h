@@ -30,6 +30,7 @@ class AppDelegate : public QObject {
   Q_OBJECT
 
  public:
+  /// Nothing is started yet. What the environment refers to outlives this.
   explicit AppDelegate(AppEnvironment environment);
   /// Ends what the services have under way.
   ~AppDelegate() override;
@@ -39,35 +40,44 @@ class AppDelegate : public QObject {
   /// The start-up sequence. The light appearance is set before, when the application object is
   /// made.
   void applicationDidFinishLaunching();
+  /// Makes the window with the first call, and shows it.
   void openMainWindow();
 
+  /// Commands of the menu, told on as notifications; Save As is Save.
   void openTapped();
   void closeTapped();
   void saveTapped();
   void saveAsTapped();
+  /// Opens the maker's page, or the manual that came with the program.
   void showVMPHelp();
+  /// Opens an address; in the background our window stays in front. False if nobody takes it.
   bool openURL(const std::string& url, bool inBackground);
+  /// Brings the main window to the front.
   void showAppInFront();
 
   // The end, in app_delegate.cpp.
 
   /// From any thread.
   void handleWindowClose(QObject* window);
+  /// The same, when the close has been answered: ends the program with the main window.
   void handleWindowClose_Main(QObject* window);
   /// Ends the application if applicationShouldTerminate lets it. If not, and the main window is
   /// closed already, shows it again: without it the program could not be reached.
   void terminateApp();
+  /// What the end asks and tells: the data store is saved, and may refuse.
   bool applicationShouldTerminateAfterLastWindowClosed() const { return true; }
   void applicationWillTerminate() {}
   TerminateReply applicationShouldTerminate() { return dataStore_.applicationShouldTerminate(); }
   void saveAction() { dataStore_.saveAction(); }
   /// The undo manager of the data store; null if there is no store.
   QUndoStack* windowWillReturnUndoManager();
+  /// Opened by whoever asks it first.
   DataStore& dataStore() { return dataStore_; }
 
   // The cross-promotion window and its messages, in app_delegate_promotion.cpp. No flow makes the
   // window; whoever does puts it and its do-not-show-again box here.
 
+  /// Null as long as nobody has put them here.
   QPointer<QWidget> windowSubscription;
   QPointer<QCheckBox> btnCheckDontShow;
   /// The window is closing, or its quit button was pressed.
@@ -80,8 +90,11 @@ class AppDelegate : public QObject {
 
   // The services, in app_delegate_services.cpp.
 
+  /// Begins to watch the network, and looks once.
   void registerReachability();
+  /// A change was announced by a monitor.
   void reachabilityChanged(const Notification& notification);
+  /// Takes a monitor's flags over into the fields below.
   void updateInterfaceWithReachability(Reachability& monitor);
   /// Opens the feedback form.
   void showFeedback();
@@ -90,20 +103,24 @@ class AppDelegate : public QObject {
   /// How many feedback uploads are under way.
   std::size_t uploadsUnderWay() const { return uploads_ ? uploads_->underWay() : 0; }
 
+  /// Null before the window was made.
   MainWindowController* myWindowController() const { return windowController_.get(); }
   AppStoreWindow* windowMain() const;
 
   /// The photo and all that is done with it; from the start-up sequence on.
   EditingSession& session() { return *session_; }
+  /// Of click tracking.
   std::string baseTrackURL;
   /// Bundle paths that a promotion window would look for.
   std::vector<std::string> mutArrAppsList;
+  /// The watch on the network, and what it said last.
   std::shared_ptr<Reachability> internetReachability;
   NetworkStatus networkStatus = kNotReachable;
   bool isInternetAvailable = false;
   bool isInternetAvailableUsingWiFi = false;
   bool isInternetAvailableUsingDataProvider = false;
   bool connectionRequired = false;
+  /// The launch's report; null before it.
   std::shared_ptr<Tracker> tracker;
 
  private:

@@ -24,20 +24,26 @@ std::string applicationSupportDirectory();
 /// What the application delegate works with: the desktop's part and the facts about this run. The
 /// defaults are the program's; tests give it counterparts of their own.
 struct AppEnvironment {
+  /// The engine, and the desktop's part.
   const DenoiseEngine& engine;
   AlertPresenter& alerts;
   Panels& panels;
   Workspace& workspace;
   UserDefaults& defaults;
+  /// Where the services are.
   ServiceAddresses addresses = configuredAddresses();
+  /// The program's facts.
   BundleFacts bundle = mainBundle();
+  /// The user's home and folder of application data, in the system's own bytes.
   std::string home = homeDirectory();
   std::string applicationSupport = applicationSupportDirectory();
   /// DO_NOT_TRACK: the install report is not sent.
   bool asksForNoTracking = velmara::asksForNoTracking(std::getenv("DO_NOT_TRACK"));
+  /// The machine's; nothing where it cannot be read. Any thread.
   std::function<std::optional<std::string>()> serialNumber = [] {
     return SystemInfo::getSerialNumber();
   };
+  /// How requests behave.
   HttpOptions http = {};
 };
 

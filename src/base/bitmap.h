@@ -35,18 +35,23 @@ class Bitmap {
   static Bitmap copyOf(std::span<const std::uint8_t> bytes, int width, int height,
                        int samplesPerPixel);
 
+  /// Whether there is a picture.
   bool isValid() const { return samples_ != nullptr; }
+  /// In pixels.
   int width() const { return width_; }
   int height() const { return height_; }
+  /// 1 to 4, as above.
   int samplesPerPixel() const { return samplesPerPixel_; }
   /// Whether the last sample of a pixel is alpha.
   bool hasAlpha() const { return samplesPerPixel_ == 2 || samplesPerPixel_ == 4; }
 
+  /// All samples, with no gap between rows, and how many bytes a row and the whole are.
   std::size_t rowBytes() const {
     return static_cast<std::size_t>(width_) * static_cast<std::size_t>(samplesPerPixel_);
   }
   std::size_t byteCount() const { return rowBytes() * static_cast<std::size_t>(height_); }
   std::span<const std::uint8_t> bytes() const { return {samples_.get(), byteCount()}; }
+  /// The first sample of row y, 0 being the top one.
   const std::uint8_t* row(int y) const {
     return samples_.get() + static_cast<std::size_t>(y) * rowBytes();
   }
@@ -79,6 +84,7 @@ class BitmapBuilder {
   static std::optional<BitmapBuilder> allocate(std::int64_t width, std::int64_t height,
                                                int samplesPerPixel);
 
+  /// As the bitmap's. The samples may be written until finish().
   int width() const { return bitmap_.width(); }
   int height() const { return bitmap_.height(); }
   int samplesPerPixel() const { return bitmap_.samplesPerPixel(); }

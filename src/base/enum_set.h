@@ -10,12 +10,16 @@ template <typename Enum>
 class EnumSet {
  public:
   constexpr EnumSet() = default;
+  /// The set of the values listed.
   constexpr EnumSet(std::initializer_list<Enum> values) {
     for (const Enum value : values) bits_ |= bit(value);
   }
 
+  /// Whether the value is in it.
   constexpr bool contains(Enum value) const { return (bits_ & bit(value)) != 0; }
+  /// What is in this set or in the others.
   constexpr EnumSet with(EnumSet others) const { return EnumSet(bits_ | others.bits_); }
+  /// What is in this set and not in the others.
   constexpr EnumSet without(EnumSet others) const { return EnumSet(bits_ & ~others.bits_); }
 
   friend constexpr bool operator==(EnumSet, EnumSet) = default;

@@ -6,6 +6,7 @@ namespace velmara {
 
 /// Width and height in logical units (points), fractions allowed.
 struct Size {
+  /// In points.
   double width = 0.0;
   double height = 0.0;
 
@@ -14,6 +15,7 @@ struct Size {
 
 /// A point; the origin of an image's coordinate system is its bottom-left corner.
 struct Point {
+  /// From the origin, x to the right and y up.
   double x = 0.0;
   double y = 0.0;
 
@@ -22,6 +24,7 @@ struct Point {
 
 /// A rectangle named by its bottom-left corner and its size.
 struct Rect {
+  /// In the units of the picture or view it lies in, x to the right and y up.
   double x = 0.0;
   double y = 0.0;
   double width = 0.0;
@@ -32,11 +35,13 @@ struct Rect {
 
 /// A rectangle of whole pixels named by its top-left corner, as rows of samples are counted.
 struct PixelRect {
+  /// In pixels, x to the right and y down.
   int x = 0;
   int y = 0;
   int width = 0;
   int height = 0;
 
+  /// Whether it holds no pixel.
   bool isEmpty() const { return width <= 0 || height <= 0; }
 
   friend bool operator==(const PixelRect&, const PixelRect&) = default;

@@ -22,14 +22,19 @@ class Image {
   Image() = default;
   /// An image of one representation whose logical size is its pixel size.
   explicit Image(Bitmap bitmap, ColorProfile profile = nullptr);
+  /// An image of several representations, the first of which stands for it; none make it "no
+  /// image".
   Image(std::vector<Bitmap> representations, Size size, ColorProfile profile = nullptr);
 
+  /// Whether there is a picture.
   bool isValid() const { return !representations_.empty() && representations_[0].isValid(); }
   /// The logical size; it need not be the pixel size of any representation.
   Size size() const { return size_; }
   /// The first representation; not valid for an image that is not.
   const Bitmap& bitmap() const;
+  /// All pictures of the file, the first one first.
   const std::vector<Bitmap>& representations() const { return representations_; }
+  /// The profile that all of them share; null for none.
   const ColorProfile& profile() const { return profile_; }
 
   /// The representation to draw this image from at a size: the smallest that has at least as many

@@ -20,6 +20,7 @@ class JobControl {
 
   /// Asks the work to stop as soon as it can; it may end by itself before that.
   void cancel() { isCancelled_.store(true, std::memory_order_relaxed); }
+  /// Whether this or the whole it is a part of was asked to stop.
   bool isCancelled() const {
     return isCancelled_.load(std::memory_order_relaxed) ||
            (whole_ != nullptr && whole_->isCancelled());
@@ -27,6 +28,7 @@ class JobControl {
 
   /// The part of the work that is done, 0.0 to 1.0.
   double progress() const { return progress_.load(std::memory_order_relaxed); }
+  /// How much is done, 0.0 to 1.0; of a part also told to its whole.
   void setProgress(double progress) {
     progress_.store(progress, std::memory_order_relaxed);
     if (whole_ == nullptr || isOneOfSeveral_) return;

@@ -41,9 +41,12 @@ Bitmap withMirroredBorder(const Bitmap& bitmap, int border);
 
 /// A picture of which only the rows are known: `writeRow(y, out)` writes width * samples bytes.
 struct PictureRows {
+  /// In pixels, and samples per pixel.
   int width = 0, height = 0, samples = 0;
+  /// Writes the samples of row y.
   std::function<void(int y, std::uint8_t* out)> writeRow;
 };
+/// Those of a bitmap, which they keep alive.
 PictureRows rowsOf(const Bitmap& bitmap);
 
 /// A picture in a mirrored frame, made from the top to the bottom as its rows are wanted.
@@ -58,6 +61,7 @@ class MirroredFrame {
   int pictureRowsUpTo(int end) const;
   /// The frame's samples, those of rows not made yet not set.
   std::span<const std::uint8_t> bytes() { return framed_.bytes(); }
+  /// Of the whole frame, made or not.
   int rowCount() const { return framed_.height(); }
   /// The whole frame; it is used up.
   Bitmap finish() &&;

@@ -22,6 +22,7 @@ class DenoiseAlgoImplementation {
   /// nothing.
   static void installSharedEnvironment(EngineEnvironment environment);
 
+  /// An engine beside the shared one.
   explicit DenoiseAlgoImplementation(EngineEnvironment environment);
 
   /// The denoised image, filtered in eight bands on the environment's workers and the calling

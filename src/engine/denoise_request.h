@@ -47,6 +47,7 @@ class PaddedSource {
                                             std::function<bool(int rows)> awaitRows,
                                             const LogSink& log);
 
+  /// All samples of the frame, as far as they are made, and its rows.
   std::span<const std::uint8_t> bytes() { return frame_.bytes(); }
   int rowCount() const { return frame_.rowCount(); }
   /// Makes the rows up to `end`; false if they cannot be had.
@@ -62,11 +63,14 @@ class PaddedSource {
 
 /// What one request works with from its padded input to its result.
 struct DenoiseRequest {
+  /// Sizes and windows.
   FilterGeometry geometry;
   std::unique_ptr<PaddedSource> padded;  ///< Holds sourceBytes.
   PackedRgbCanvas canvas;                ///< Holds destBytes.
+  /// What the kernel reads and writes.
   FilterBuffers buffers;
 
+  /// A request whose result goes into a canvas.
   explicit DenoiseRequest(PackedRgbCanvas rgb) : canvas(std::move(rgb)) {}
 };
 

@@ -20,6 +20,7 @@ struct EngineEnvironment {
   TaskQueue* workers = nullptr;
   /// The serial queue of the main thread, where the end of the bands is checked.
   TaskQueue* mainQueue = nullptr;
+  /// Where lines of the log go; any thread.
   LogSink log;
   /// An image encoded as JPEG at a compression factor (0.0 the strongest, 1.0 the best; other
   /// values are passed on as they are) and decoded again; an image that is not valid on failure.

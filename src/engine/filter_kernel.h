@@ -20,20 +20,24 @@ struct FilterBuffers {
   std::span<const std::uint8_t> sourceBytes;
   /// The output: rows of channelsDest * widthDest bytes.
   std::span<std::uint8_t> destBytes;
+  /// What a distance is worth.
   WeightTable weightTable;
   /// Bands that are done.
   std::atomic<std::int32_t> completedSlices{0};
   /// Asked between rows whether to stop.
   const JobControl* control = nullptr;
 
+  /// Whether whoever waits for the request has asked to stop.
   bool isCancelled() const { return control != nullptr && control->isCancelled(); }
 };
 
 /// A rectangle of output pixels, up to but not including xEnd and yEnd.
 struct Tile {
+  /// In pixels of the output.
   int xBegin = 0, xEnd = 0;
   int yBegin = 0, yEnd = 0;
 
+  /// How many pixels it has.
   std::int64_t pixels() const { return std::int64_t{xEnd - xBegin} * (yEnd - yBegin); }
 };
 

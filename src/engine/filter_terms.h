@@ -16,8 +16,10 @@ struct FilterGeometry {
   double tdiv = 0.0;        ///< 1 / (t * t), unbounded for t = 0.
   int tr = 0;               ///< Template radius, t / 2.
   std::int64_t H = 0;       ///< The candidate that stands in when every weight is zero.
+  /// The output; its channels are those of the padded source.
   int widthDest = 0, heightDest = 0, channelsDest = 0;
   int widthIm = 0, heightIm = 0, channelsIm = 0;  ///< The padded source.
+  /// The picture without its frame.
   int widthSrc = 0, heightSrc = 0, channelsSrc = 0;
 
   /// Bytes of one row of the padded source.
@@ -48,6 +50,7 @@ bool isFilterable(const FilterGeometry& geometry);
 
 /// Rows from `begin` up to, but not including, `end`.
 struct RowRange {
+  /// In rows of the output, from the top.
   int begin = 0;
   int end = 0;
 };

@@ -17,8 +17,10 @@ std::unique_ptr<FilterKernel> makeReferenceKernel(const FilterGeometry& geometry
 /// narrow pictures the sheared rows of one-channel patches reach a little before the first byte.
 class SourceSamples {
  public:
+  /// Samples that outlive this.
   explicit SourceSamples(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
 
+  /// The sample, 0 to 255, or 0 outside.
   int at(std::int64_t offset) const {
     const auto index = static_cast<std::uint64_t>(offset);  // Negative ones become too large.
     return index < bytes_.size() ? bytes_[index] : 0;

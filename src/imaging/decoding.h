@@ -18,6 +18,7 @@ namespace velmara {
 /// One picture of a file with its header read and its pixels to come. `bytes` is what the decoder
 /// reads from, where it cannot read from a file.
 struct OpenedPicture {
+  /// The picture goes before the bytes it reads from.
   std::vector<std::uint8_t> bytes;
   VipsImagePtr image;
 };
@@ -34,6 +35,7 @@ Error damagedFile(FileFormat format);
 /// A picture on its way to a bitmap: 1 to 4 samples of 8 or 16 bits, gray or RGB with or without
 /// alpha as the last one, and the profile that stays with it.
 struct PlainPicture {
+  /// The pixels, still to be decoded, and the profile their numbers are meant in.
   VipsImagePtr image;
   ColorProfile profile;
 };

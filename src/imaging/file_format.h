@@ -44,6 +44,7 @@ inline constexpr std::size_t kMostExtensions = 26;
 
 /// What there is to know of a format. All that depends on the format of a file comes from here.
 struct FormatFacts {
+  /// Its place in the table.
   FileFormat format;
   /// As messages have it: "JPEG 2000".
   std::string_view name;
@@ -65,6 +66,7 @@ struct FormatFacts {
   int (*load)(VipsSource* source, int page, bool tolerant, VipsImage** image) = nullptr;
   /// Encodes a picture, with a quality of 1 to 100 where there is one. Null if it is only read.
   int (*save)(VipsImage* image, int quality, VipsTarget* target) = nullptr;
+  /// Where its Exif, XMP and IPTC are.
   MetadataPlace metadata = MetadataPlace::nowhere;
   /// What else a written file can hold.
   bool carriesProfile = false;
@@ -74,6 +76,7 @@ struct FormatFacts {
 /// All formats, in the order of the save panel as far as they stand there.
 std::span<const FormatFacts> fileFormats();
 
+/// The row of a format.
 const FormatFacts& factsOf(FileFormat format);
 
 /// Whether this installation has a format's decoder; some come with packages of their own. After

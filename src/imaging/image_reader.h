@@ -11,6 +11,7 @@
 
 namespace velmara {
 
+/// Which pictures of a file are read.
 enum class Representations {
   /// The first picture of a file only.
   first,
@@ -18,7 +19,9 @@ enum class Representations {
   all,
 };
 
+/// What is read of a file, and who is told meanwhile.
 struct ReadOptions {
+  /// Which of its pictures.
   Representations representations = Representations::all;
   /// Cancelled between strips of rows, with an error.
   const JobControl* control = nullptr;

@@ -13,13 +13,16 @@ namespace velmara {
 
 /// Pixels an inch.
 struct Resolution {
+  /// Along each side.
   double width = 72.0;
   double height = 72.0;
 };
 
+/// How a picture is encoded.
 struct EncodeOptions {
   /// Of JPEG, 1 to 100; at 90 and more the colours are kept at full resolution.
   int quality = 95;
+  /// Stated in the file where its format can; nothing is said without it.
   std::optional<Resolution> resolution;
 };
 

@@ -21,10 +21,13 @@ using MetadataList = std::vector<MetadataValue>;
 /// One property of a picture: a truth value, a number, a text (UTF-8), a list or a group of further
 /// properties.
 struct MetadataValue {
+  /// One of these types.
   using Content =
       std::variant<bool, std::int64_t, double, std::string, MetadataList, MetadataDictionary>;
+  /// The value itself.
   Content content;
 
+  /// A property of that type, implicit, so that dictionaries can be written as lists.
   MetadataValue(bool value) : content(value) {}                           // NOLINT
   MetadataValue(int value) : content(std::int64_t{value}) {}              // NOLINT
   MetadataValue(std::int64_t value) : content(value) {}                   // NOLINT
@@ -57,9 +60,11 @@ struct MetadataCarrier;
 class ImageMetadata {
  public:
   ImageMetadata() = default;
+  /// What a reader found: the dictionary, and what is carried along unseen (null for nothing).
   ImageMetadata(MetadataDictionary dictionary, std::shared_ptr<const MetadataCarrier> carrier)
       : dictionary_(std::move(dictionary)), carrier_(std::move(carrier)) {}
 
+  /// All of it, as told above.
   const MetadataDictionary& dictionary() const { return dictionary_; }
   /// The value of a key at the top, or null.
   const MetadataValue* find(const std::string& key) const;

@@ -11,6 +11,7 @@ namespace velmara {
 
 /// The metadata of a file as Exiv2 read it, whole. Not changed after it was read.
 struct MetadataCarrier {
+  /// What each kind holds; empty where the file has none. `comment` is that of a JPEG.
   Exiv2::ExifData exif;
   Exiv2::IptcData iptc;
   Exiv2::XmpData xmp;

@@ -24,13 +24,16 @@ class InputFile {
   /// waited for, an empty file likewise. The errors do not repeat the path.
   static Result<InputFile> open(const std::string& path);
 
+  /// Takes the descriptor over.
   InputFile(InputFile&& other) noexcept;
   InputFile& operator=(InputFile&&) = delete;
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
   ~InputFile();
 
+  /// Open for reading until this ends.
   int descriptor() const { return descriptor_; }
+  /// In bytes, when it was opened.
   std::int64_t size() const { return size_; }
 
   /// The bytes from an offset on, fewer than asked for at the end of the file. The position of the
@@ -49,6 +52,7 @@ class InputFile {
 
 /// Width and height of one of the pictures inside a file, in pixels as stored.
 struct RepresentationSize {
+  /// 0 where it is not known yet.
   std::int64_t width = 0;
   std::int64_t height = 0;
 
@@ -59,6 +63,7 @@ struct RepresentationSize {
 /// pixels can be had of it without opening it again, also after it was deleted. Any thread, but one
 /// at a time.
 struct PictureFile {
+  /// Where it was opened, in the system's own bytes, the open file, and its kind.
   std::string path;
   InputFile file;
   FileFormat format;

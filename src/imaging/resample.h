@@ -32,6 +32,7 @@ class ResampledBitmap {
   /// Not valid if the source is not or a side is not positive.
   ResampledBitmap(Bitmap source, int width, int height);
 
+  /// Whether there is a picture, and its size in pixels.
   bool isValid() const { return source_.isValid(); }
   int width() const { return width_; }
   int height() const { return height_; }

@@ -14,6 +14,7 @@ class CapturableView {
  public:
   virtual ~CapturableView() = default;
 
+  /// In points.
   virtual Rect bounds() const = 0;
   /// The pixels the view shows now inside its bounds; not valid if they cannot be had.
   virtual Bitmap captureBounds() = 0;

@@ -30,6 +30,7 @@ namespace velmara {
 /// Those of GObject, which comes with it, without the prefix "g_".
 #define VELMARA_GOBJECT_OPERATIONS(X) X(object_get) X(object_ref) X(object_unref) X(type_from_name)
 
+/// Pointers to the operations above.
 struct VipsApi {
 // A member's name cannot stand in parentheses.
 #define X(name) decltype(&::vips_##name) name = nullptr;  // NOLINT(bugprone-macro-parentheses)
@@ -46,8 +47,10 @@ struct VipsApi {
 /// initialiseImaging() has said yes.
 const VipsApi& vips();
 
+/// Gives an object of GObject back.
 struct GObjectRelease {
   template <typename T>
+  /// `object` is not null.
   void operator()(T* object) const {
     vips().object_unref(object);
   }

@@ -7,6 +7,7 @@ namespace velmara {
 
 /// What the program knows about itself.
 struct BundleFacts {
+  /// Its name, that of its executable, its version ("0.1.0") and its reverse-domain name.
   std::string CFBundleName;
   std::string CFBundleExecutable;
   std::string CFBundleVersion;

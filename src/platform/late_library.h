@@ -8,6 +8,7 @@ namespace velmara {
 /// Its symbols stay its own, and it is never unloaded. Any thread.
 class LateLibrary {
  public:
+  /// Loads the library of a name as the loader knows it: "libvips.so.42".
   explicit LateLibrary(const char* name)
       : handle_(::dlopen(name, RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE)),
         isComplete_(handle_ != nullptr) {}

@@ -11,11 +11,13 @@
 
 namespace velmara {
 
+/// Values by name.
 using UserInfo = std::map<std::string, std::any, std::less<>>;
 
 /// What an observer is given: the name, the poster's object (empty if there is none) and values by
 /// name.
 struct Notification {
+  /// As the poster gave them.
   std::string name;
   std::any object;
   UserInfo userInfo;
@@ -27,6 +29,7 @@ struct Notification {
 /// be used from any thread.
 class NotificationCenter {
  public:
+  /// Called on the posting thread.
   using Handler = std::function<void(const Notification&)>;
 
   /// Ends its registration when it dies or is reset.

@@ -11,7 +11,9 @@ namespace velmara {
 
 /// A question or a message to the user. Texts are UTF-8 and already translated.
 struct Alert {
+  /// The one line that is always there.
   std::string messageText;
+  /// What is said below it; may be empty.
   std::string informativeText;
 
   /// From the default one on, which Return presses. With none, the user sees "OK".
@@ -22,6 +24,7 @@ struct Alert {
 /// with the last button. Main thread.
 class AlertPresenter {
  public:
+  /// Takes the index of the button that answered.
   using Completion = std::function<void(int button)>;
 
   virtual ~AlertPresenter() = default;
@@ -36,21 +39,28 @@ class AlertPresenter {
 /// How an open panel is set up. File types are extensions without the dot, in the case they are
 /// wanted; none means every file.
 struct OpenPanelOptions {
+  /// Of the panel's window; empty for the desktop's own.
   std::string title;
+  /// What the panel lets the user do.
   bool canChooseFiles = true;
   bool canChooseDirectories = false;
   bool allowsMultipleSelection = false;
   bool canCreateDirectories = true;
+  /// What the filter for the allowed types is called.
   std::string allowedTypesTitle;
+  /// Extensions; none for every file.
   std::vector<std::string> allowedFileTypes;
 };
 
 /// How a save panel is set up.
 struct SavePanelOptions {
+  /// Of the panel's window; empty for the desktop's own.
   std::string title;
+  /// The name that is proposed.
   std::string nameFieldStringValue;
   /// Where the panel opens that has not saved anything yet, in the system's own bytes.
   std::string directory;
+  /// Whether the user may make folders in it.
   bool canCreateDirectories = true;
 
   /// The chosen name always ends in one of these extensions; if it does not, the first is added.
@@ -84,8 +94,10 @@ class Panels {
 
   virtual ~Panels() = default;
 
+  /// Asks for files to open.
   virtual void beginOpenPanel(const OpenPanelOptions& options, OpenCompletion completion) = 0;
 
+  /// Asks where to save. The handle closes the panel or changes its types while it is shown.
   [[nodiscard]] virtual std::shared_ptr<SavePanel> beginSavePanel(const SavePanelOptions& options,
                                                                   SaveCompletion completion) = 0;
 };

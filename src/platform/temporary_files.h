@@ -23,6 +23,7 @@ class UnfinishedFile {
   /// Takes the note away: by now the file has another name, or is gone.
   ~UnfinishedFile();
 
+  /// Where it stands, in the system's own bytes.
   const std::string& path() const { return path_; }
 
  private:

@@ -26,6 +26,7 @@ class UserDefaults {
   /// The dictionaries in the list that was stored; none when the key is absent or holds no list.
   QList<QVariantMap> dictionaries(std::string_view key) const;
 
+  /// Sets or removes a value; on disk with synchronize.
   void set(std::string_view key, const QVariant& value);
   void remove(std::string_view key);
 
@@ -42,12 +43,17 @@ class UserDefaults {
 
 /// The keys in use.
 namespace defaults_keys {
+/// The list of photos that were open, each a dictionary of kPath and kState.
 inline constexpr std::string_view kSavedPaths = "savedPaths";
 inline constexpr std::string_view kPath = "path";    ///< in a dictionary of kSavedPaths
 inline constexpr std::string_view kState = "state";  ///< in a dictionary of kSavedPaths
+/// Exports since the last invitation to rate.
 inline constexpr std::string_view kRateMeCount = "RATE_ME_COUNT";
+/// The version whose invitation was accepted.
 inline constexpr std::string_view kAppVersion = "appVersion";
+/// Set once this launch was tracked.
 inline constexpr std::string_view kTrackedForAppStore = "trackedForAppStore";
+/// Whether the promotion window was asked to stay away.
 inline constexpr std::string_view kNotShowPromotionWindow = "notShowPromotionWindow";
 }  // namespace defaults_keys
 

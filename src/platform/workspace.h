@@ -30,8 +30,8 @@ bool typeConformsToImage(std::string_view mimeType);
 
 /// What the trash test needs to know about the user and the place of a file.
 struct TrashPlaces {
-  std::string loginUser;
-  unsigned userId = 0;
+  std::string loginUser;  ///< as the system has it
+  unsigned userId = 0;    ///< of the process
   /// $XDG_DATA_HOME, by default ~/.local/share.
   std::string dataHome;
   /// Where the volume that holds the file is mounted, "/" or "/media/card".

@@ -10,6 +10,7 @@ namespace velmara {
 /// new one; and a result is shown only while its token is the current one. Any thread.
 class GenerationCounter {
  public:
+  /// Stands for one of the generations; equal to itself only.
   class Token {
    public:
     friend bool operator==(const Token&, const Token&) = default;
@@ -24,6 +25,7 @@ class GenerationCounter {
   Token current() const { return Token(number_.load()); }
   /// Overtakes everything before; the token of what comes.
   Token advance() { return Token(number_.fetch_add(1) + 1); }
+  /// Whether nothing has overtaken what took the token along.
   bool isCurrent(const Token& token) const { return token == current(); }
 
  private:

@@ -28,9 +28,11 @@ class PictureLayer {
   /// Another photo's picture, upright and opaque; one that is not valid while there is none. The
   /// views are empty until it is shown.
   void setInputOriginalImage(PicturePyramid picture, const ColorProfile& profile);
+  /// Whether there is a photo's picture.
   bool hasPicture() const { return inputOriginalImage_.isValid(); }
   /// Of the photo, in pixels.
   Size photoSize() const;
+  /// From the photo's colours to the screen's.
   const ScreenColors& colors() const { return colors_; }
   /// The whole photo at the shown size.
   const ScaledPicture& zoomedImage() const { return zoomedImage_; }

@@ -19,6 +19,7 @@ namespace velmara {
 /// and the result over the picture (ResultOverlay). Main thread only.
 class PreviewController {
  public:
+  /// Without a photo. Views and services outlive this.
   PreviewController(PreviewViews views, const PreviewServices& services);
   PreviewController(const PreviewController&) = delete;
   PreviewController& operator=(const PreviewController&) = delete;
@@ -30,26 +31,39 @@ class PreviewController {
   void setInputOriginalImage(PicturePyramid picture, const ColorProfile& profile);
   /// Shows a photo just read, in dual style, once its picture is made.
   void openPhoto(const LoadedPhoto& photo);
+  /// Whether there is a photo whose picture is made.
   bool hasPicture() const { return picture_.hasPicture(); }
 
   // Styles.
 
+  /// A style by its button's tag; nothing if it is the current one.
   void btnSingleSplitDualModeTapped(int tag);
+  /// Another style, with all that follows: containers, picture, result. Refused during a run.
   void configurePreviewForSelectedStyle(PreviewStyle style);
+  /// Only shows and hides what belongs to a style.
   void customizeSubviewsForStyle(PreviewStyle style) { showViewsForStyle(views_, style); }
+  /// Places the split line over the picture.
   void configureMainVerticalSplitView();
+  /// The user moved the line.
   void splitViewPositionChanged();
+  /// Cuts the result at the line.
   void setupPreviewOnMovingSplitviewDivider();
+  /// Lays a result over the picture it was made of, or asks for another if that is not seen any
+  /// more.
   void setUpPreviewForDenoisedImage();
 
   // Zoom.
 
+  /// A size by its button's tag.
   void btnSizeTapped(int tag);
+  /// Another size: moves the picture there and asks for its result. Refused during a run.
   void resizePreviewImageAndProcessWithTag(PreviewSize size);
   /// Moves the picture to a frame in its container, at once, and asks for its result.
   void performZoomAnimationToPreviewsToFitRect(const Rect& rect);
+  /// A step of the zoom, if there is a further one.
   void btnZoomInTapped();
   void btnZoomOutTapped();
+  /// Makes the picture anew at the factor and the window's size.
   void zoomPreviewsWithCurrentZoomFactor();
   /// Whatever the step zooms keeps the photo's place under the pointer where it is, as far as the
   /// picture goes on covering its container.
@@ -58,12 +72,16 @@ class PreviewController {
   // Pan, in preview_pan.cpp. The pointer is in points of the preview container, from its top-left
   // corner; in dual style it may lie over either half.
 
+  /// The left button, which drags a picture that is larger than its container, and hides the result
+  /// while it is down.
   void mouseDown(Point pointer);
   void mouseDragged(Point pointer);
   void mouseUp();
   /// Moves the picture by so many points, as far as its edges.
   void panBy(double dx, double dy);
+  /// The picture has rested where it was moved to: asks for its result.
   void performDenoiseOperation();
+  /// Whether the picture is larger than its container.
   bool canPanPicture() const { return hasPicture() && viewport_.canPan(); }
   /// Takes the result away and lays it over the preview again, for comparing: what a press and a
   /// release of the mouse do on a picture that can be dragged.
@@ -72,7 +90,9 @@ class PreviewController {
 
   // The visible region.
 
+  /// Filters what is seen, now.
   void cropVisiblePartofImageAndDenoise();
+  /// The window has another size; its edge was let go.
   void windowDidResize();
   void windowDidEndLiveResize();
 
@@ -80,6 +100,7 @@ class PreviewController {
   void previewFinished(const Image& result);
   void previewResultDropped() { result_.hide(); }
 
+  /// What is seen.
   PreviewStyle style() const { return viewport_.flag_current_Preview_Style; }
   PreviewSize size() const { return viewport_.flag_current_Preview_Size; }
   float currentZooomFactor() const { return viewport_.currentZooomFactor; }

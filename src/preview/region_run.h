@@ -17,9 +17,12 @@ namespace velmara {
 
 /// What the preview works with; all of it must outlive the preview and its work on the queues.
 struct PreviewServices {
+  /// The one edit.
   EditingSession& session;
+  /// The main thread's queue, and the one for work.
   TaskQueue& mainQueue;
   TaskQueue& globalQueue;
+  /// Timers, notifications, and where lines of the log go (any thread).
   Scheduler& timers;
   NotificationCenter& center;
   LogSink log;
@@ -32,6 +35,7 @@ struct PreviewServices {
 /// asks of the session it asks here. Main thread.
 class RegionRun {
  public:
+  /// No region yet.
   explicit RegionRun(const PreviewServices& services);
   RegionRun(const RegionRun&) = delete;
   RegionRun& operator=(const RegionRun&) = delete;
@@ -39,12 +43,14 @@ class RegionRun {
 
   // What the session says and is told.
 
+  /// Whether a run is under way, and whether there is a photo.
   bool isRunning() const { return services_.session.runState().isRunningAlgorithm(); }
   bool hasPhoto() const { return services_.session.selectedImageFile().has_value(); }
   /// What is seen may be changed: there is a photo and no run.
   bool mayChange() const { return hasPhoto() && !isRunning(); }
   /// Another preview will be asked for.
   void setIsBeforeCallingAlgo() { services_.session.runState().isBeforeCallingAlgo = true; }
+  /// What must wait until the next result, or the picture's rest, as RunState has it.
   void silenceZoomIn() { services_.session.runState().changeControls(controlsAfterZoomIn); }
   void silenceZoomOut() { services_.session.runState().changeControls(controlsAfterZoomOut); }
   void startTimerEvent() { services_.session.runState().startTimerEvent(); }
@@ -59,6 +65,7 @@ class RegionRun {
   /// begins 0.2 s later, so that the split line, which is told by captureBegins, has left the
   /// screen.
   void cropVisiblePartofImageAndDenoise(const Viewport& viewport, const ScaledPicture& picture);
+  /// Told before the region is cut.
   std::function<void()> captureBegins;
   /// Told when the region is cut, before its run starts.
   std::function<void()> regionCut;

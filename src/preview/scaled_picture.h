@@ -23,9 +23,11 @@ class PicturePyramid {
   /// for.
   explicit PicturePyramid(const Bitmap& picture);
 
+  /// Whether there is a picture.
   bool isValid() const { return levels_ != nullptr; }
   /// The picture itself, its alpha gone if it let nothing through.
   const Bitmap& picture() const { return levels_->front(); }
+  /// With the picture itself; 0 if it is not valid.
   std::size_t levelCount() const { return levels_ ? levels_->size() : 0; }
 
   /// The smallest level that still has twice the pixels of the size both ways; else the picture.
@@ -53,6 +55,7 @@ class ScaledPicture {
   /// are not valid.
   ScaledPicture(PicturePyramid picture, Size size);
 
+  /// Whether there is a picture, and its size in pixels.
   bool isValid() const { return view_.isValid(); }
   int width() const { return view_.width(); }
   int height() const { return view_.height(); }

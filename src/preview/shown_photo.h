@@ -11,6 +11,7 @@ struct ShownPhoto {
   /// Upright, and over black where it is transparent, as its result will be. Not valid if
   /// the memory is not to be had.
   PicturePyramid picture;
+  /// The photo's; null for none.
   ColorProfile profile;
 };
 

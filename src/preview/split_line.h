@@ -8,6 +8,7 @@ namespace velmara {
 
 /// The split view over the shown picture.
 struct SplitViewPlacement {
+  /// In points.
   Rect frame;
   /// `lastSplitViewDividerPosPercent` after it was restored.
   float dividerPercent = 0.0F;

@@ -21,6 +21,7 @@ enum class PreviewSize : std::int64_t { kActualSize = 0, kFitToScreen = 1, kDoub
 enum class RegionCase {
   /// Both: the container's own window is taken.
   kBothOverflow,
+  /// One side: the picture's whole length along the other is taken.
   kHeightOverflows,
   kWidthOverflows,
   /// Neither: the region is the whole picture.
@@ -38,6 +39,7 @@ std::string_view logLineOf(RegionCase which);
 /// bottom-left corner, y up. Pointers are in points from the top-left corner of the preview area,
 /// which in dual style holds two containers side by side that show the same.
 struct Viewport {
+  /// What is chosen; the factor is 1.0 at 100 %.
   PreviewStyle flag_current_Preview_Style = PreviewStyle::kSingle;
   PreviewSize flag_current_Preview_Size = PreviewSize::kFitToScreen;
   float currentZooomFactor = 1.0F;
@@ -45,6 +47,7 @@ struct Viewport {
   Size photo;
   /// Of the container, in points.
   Size actualPreviewSize;
+  /// Device pixels a point.
   double devicePixelRatio = 1.0;
   /// The frame of the picture.
   Rect rectPreviewPhoto;
@@ -79,6 +82,7 @@ struct Viewport {
   PixelRect painted() const;
   /// The pixels of the picture that are seen, counted from its top-left corner: the visible region.
   PixelRect seen() const;
+  /// Which sides overflow.
   RegionCase regionCase() const;
 
   friend bool operator==(const Viewport&, const Viewport&) = default;

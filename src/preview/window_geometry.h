@@ -7,6 +7,7 @@ namespace velmara {
 
 /// The main window on a screen; the origin is the screen's bottom-left corner.
 struct MainWindowGeometry {
+  /// In points.
   Rect frame;
   Size minimumSize;
   /// The visible part of the screen, which may be smaller than the minimum: the minimum wins.
@@ -22,6 +23,7 @@ MainWindowGeometry mainWindowGeometry(Size visibleScreen);
 /// The same rectangle measured from the top edge, y down.
 Rect topDown(Rect rect, double containerHeight);
 
+/// In points.
 inline constexpr double kTitleBarHeight = 70.0;
 
 /// `vwTopContainer` as the title bar of a window.
@@ -33,6 +35,7 @@ Rect previewContainerFrame(Size mainContainer, double beforeAfterHeight);
 
 /// The two image containers inside `vwPreviewContainer`.
 struct ContainerFrames {
+  /// In points of `vwPreviewContainer`.
   Rect vwImageContainer;
   Rect vwImageContainerForDualMode;
 

@@ -33,8 +33,10 @@ inline constexpr std::array<std::string_view, 4> kFeedbackTypes = {
 
 /// What the user typed and chose.
 struct FeedbackForm {
+  /// As it was typed.
   std::string email;
   std::string type;  ///< the title of the pop-up
+  /// The text, and what is to go along.
   std::string experience;
   bool sendLogs = false;
   bool sendScanLog = false;
@@ -42,10 +44,12 @@ struct FeedbackForm {
 
 /// Which of the form's error labels show.
 struct FeedbackFaults {
+  /// One for each field.
   bool invalidEmail = false;
   bool invalidType = false;
   bool invalidExp = false;
 
+  /// Whether the form cannot be sent.
   bool any() const { return invalidEmail || invalidType || invalidExp; }
 };
 
@@ -67,6 +71,8 @@ using WallTime = std::chrono::system_clock::time_point;
 /// Where a report takes its facts from. Its functions are called on whatever thread gathers them,
 /// which may be after the owner of the original is gone: they must own what they use.
 struct FeedbackSources {
+  /// The user's home in the system's own bytes, the program's facts, where feedback goes, and the
+  /// machine's serial number (nothing where it cannot be read).
   std::string homeDirectory;
   BundleFacts bundle;
   ServiceAddresses addresses;
@@ -75,6 +81,7 @@ struct FeedbackSources {
 
 /// Everything a feedback report says, in plain text: what would be sent.
 struct FeedbackReport {
+  /// The program's name, and the form's fields.
   std::string appName;
   std::string email;
   std::string feedbackType;
@@ -86,6 +93,7 @@ struct FeedbackReport {
   std::optional<std::string> procName;
   std::optional<std::string> ramSystem;
   std::optional<std::string> machineId;
+  /// The product's web site, and the program's version.
   std::string buyNowAddress;
   std::string appVersion;
 };
@@ -107,6 +115,7 @@ FeedbackReport gatherLogsOnlyReport(const std::string& emailID, const std::strin
 /// A text around a log: of its parts only the log may be too long to hold, so it is escaped as it
 /// is read.
 struct ReportText {
+  /// Escaped already, but for the log.
   std::string before;
   std::optional<RecentLog> log;
   std::string after;

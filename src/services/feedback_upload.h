@@ -16,11 +16,14 @@ namespace velmara {
 
 /// What uploads work with.
 struct FeedbackUploadSetup {
+  /// What reports are made of.
   FeedbackSources sources;
   const Clock* clock = &systemClock();  ///< read on the main thread
+  /// How requests behave.
   HttpOptions http;
   TaskQueue* mainQueue = nullptr;    ///< of the thread that owns the uploads
   TaskQueue* globalQueue = nullptr;  ///< where reports are gathered and sent
+  /// Where the end of an upload is posted.
   NotificationCenter* center = &defaultCenter();
 };
 
@@ -31,8 +34,10 @@ struct FeedbackUploadSetup {
 /// cancelled.
 class FeedbackUploads {
  public:
+  /// Takes what came of one upload; on the main thread.
   using Ended = std::function<void(const HttpAnswer&)>;
 
+  /// Uploads nothing yet.
   explicit FeedbackUploads(FeedbackUploadSetup setup) : setup_(std::move(setup)) {}
   FeedbackUploads(const FeedbackUploads&) = delete;
   FeedbackUploads& operator=(const FeedbackUploads&) = delete;

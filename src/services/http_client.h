@@ -18,12 +18,14 @@ using HttpFields = std::vector<std::pair<std::string, std::string>>;
 /// A POST as the program wants it on the wire. A Content-Length among the fields goes out as it is,
 /// whatever it says, and the body goes out whole after it.
 struct HttpRequest {
+  /// An address of http or https, and fields beside those every request has.
   std::string url;
   HttpFields fields;
   std::uint64_t bodySize = 0;  ///< in bytes
   TextSource body;             ///< called on the thread that sends
 };
 
+/// How patient and how trusting an exchange is.
 struct HttpOptions {
   /// The longest time to connect, without progress while sending, and for the whole answer after
   /// that.
@@ -36,13 +38,16 @@ struct HttpOptions {
 
 /// How an exchange ended, and with what.
 struct HttpAnswer {
+  /// How it ended.
   enum class End {
     kFinished,   ///< the answer came whole, whatever its status
     kFailed,     ///< it did not; see `reason`
     kCancelled,  ///< it was asked to stop
   };
+  /// How this one ended.
   End end = End::kFailed;
   std::string reason = {};  ///< for kFailed, in words
+  /// Of the answer; empty if none came.
   int status = 0;
   std::string body = {};
 };

@@ -24,12 +24,15 @@ enum class LinkState {
 
 /// What the kernel says about one route.
 struct RouteFacts {
+  /// Where it leads.
   enum class Kind {
     kNone,    ///< there is none, or it refuses
     kRemote,  ///< to elsewhere
     kLocal,   ///< to this machine itself
   };
+  /// Of this route.
   Kind kind = Kind::kNone;
+  /// Whether it goes over a gateway, and the state of the interface.
   bool hasGateway = false;
   LinkState link = LinkState::kDown;
   std::uint32_t metric = 0;  ///< the lower, the rather it is taken
@@ -44,6 +47,7 @@ std::optional<std::vector<RouteFacts>> defaultRoutes();
 /// cannot be asked.
 std::optional<RouteFacts> routeTo(const sockaddr_storage& address);
 
+/// A socket of libmnl that closes itself.
 using NetlinkSocket = std::unique_ptr<mnl_socket, int (*)(mnl_socket*)>;
 
 /// Tells that interfaces, addresses or routes of this machine changed, as the kernel announces it

@@ -15,10 +15,13 @@
 
 namespace velmara {
 
+/// A word of the bits below.
 using ReachabilityFlags = std::uint32_t;
 
 /// The bits of the flag word.
 namespace reachability_flags {
+/// kReachable, kConnectionRequired, kIsLocalAddress and kIsDirect are set here; the rules know the
+/// others too.
 inline constexpr ReachabilityFlags kTransientConnection = 0x1;
 inline constexpr ReachabilityFlags kReachable = 0x2;
 inline constexpr ReachabilityFlags kConnectionRequired = 0x4;
@@ -55,6 +58,7 @@ std::vector<sockaddr_storage> systemAddressesOf(const std::string& host);
 /// What monitors work with; the defaults are the application's. The resolver is called on the
 /// global queue.
 struct ReachabilitySetup {
+  /// Where changes are posted, and who finds the addresses of a host; the latter may wait.
   NotificationCenter& center = defaultCenter();
   std::function<std::vector<sockaddr_storage>(const std::string& host)> resolver =
       systemAddressesOf;
@@ -90,6 +94,7 @@ class Reachability : public std::enable_shared_from_this<Reachability> {
 
   /// Whether changes are now announced.
   bool startNotifier();
+  /// Announces no more changes; may be called at any time.
   void stopNotifier();
 
   /// Reads the flags now, logs them and decides by the monitor's rule; kNotReachable, without a
@@ -103,6 +108,7 @@ class Reachability : public std::enable_shared_from_this<Reachability> {
   NetworkStatus networkStatusForFlags(ReachabilityFlags flags);
   NetworkStatus localWiFiStatusForFlags(ReachabilityFlags flags);
 
+  /// Whether the local Wi-Fi rule decides; else the other.
   bool localWiFiRef = false;
 
  private:

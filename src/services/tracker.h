@@ -44,11 +44,13 @@ bool asksForNoTracking(const char* doNotTrack);
 
 /// What the tracker works with.
 struct TrackerSetup {
+  /// Where reports go.
   ServiceAddresses addresses;
   /// Sends a request and waits for the answer; see post(). Called by the task.
   std::function<HttpAnswer(const HttpRequest&)> send;
   /// Hands a task to the global queue, now or later.
   std::function<void(std::function<void()> task)> async;
+  /// The machine's; nothing where it cannot be read.
   std::function<std::optional<std::string>()> serialNumber;
   /// DO_NOT_TRACK: everything runs as usual, but no request is made.
   bool isSilent = false;
@@ -58,9 +60,11 @@ struct TrackerSetup {
 /// being sent keeps its tracker alive.
 class Tracker : public std::enable_shared_from_this<Tracker> {
  public:
+  /// What this program is called there.
   static constexpr const char* kApplicationCode = "vlpro";
   static constexpr const char* kProductId = "10931";
 
+  /// A tracker for an application. Nothing is sent yet.
   static std::shared_ptr<Tracker> initWithApp(const std::string& app, TrackerSetup setup);
 
   /// Sends the install report of a product.
@@ -74,10 +78,13 @@ class Tracker : public std::enable_shared_from_this<Tracker> {
   /// Nothing is reported to the user and nothing is tried again.
   void openURLAsync(const std::string& url, const std::string& json);
 
+  /// Where reports go.
   std::string baseTrackURL;
   std::string macSerialNumber;  ///< "DUMMYSERIAL" if there is none
+  /// The application's code.
   std::string frmApp;
   std::atomic<std::uint64_t> tid = 0;  ///< 0 until an answer carries one; written by the task
+  /// The address of the install report, and the maker's products, of which there are none here.
   std::string appStoreTrackURL;
   std::vector<std::string> productIds;
 

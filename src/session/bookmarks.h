@@ -21,6 +21,7 @@ void saveBookmarkPathsFromTableView(const std::vector<PhotoFile>& arraySelectedI
 
 /// One remembered photo.
 struct SavedPath {
+  /// In the system's own bytes.
   std::string path;
   /// Carried along as it was stored, invalid if there is none; nothing in the program stores any.
   QVariant state;

@@ -23,8 +23,10 @@ enum class Control : unsigned {
   btnDeepMode,
   sliderCustomDenoise,
 };
+/// How many there are.
 inline constexpr unsigned kControlCount = 16;
 
+/// Some of them.
 using ControlSet = EnumSet<Control>;
 
 /// What the window has to make true of its controls.
@@ -35,6 +37,7 @@ struct ControlStates {
   ControlSet inert;
   /// Of `vwDragging`.
   bool isDropAreaHidden = false;
+  /// Whether the window's edges may be dragged.
   bool isWindowResizable = true;
 
   /// Whether a click on the control, or its shortcut, does something.

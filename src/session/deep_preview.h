@@ -10,6 +10,7 @@ namespace velmara {
 /// Where a preview's region lies: its pixels, and the size in pixels of the shown picture, which is
 /// the whole upright photo.
 struct ShownPlace {
+  /// From the top-left corner, and width and height.
   PixelRect pixels;
   Size picture;
 };

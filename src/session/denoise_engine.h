@@ -30,6 +30,7 @@ class DenoiseEngine {
 /// The engine itself, which must outlive this.
 class AlgorithmEngine final : public DenoiseEngine {
  public:
+  /// `algorithm` must outlive this.
   explicit AlgorithmEngine(const DenoiseAlgoImplementation& algorithm) : algorithm_(algorithm) {}
 
   Image denoise(const Image& image, const FilterParameters& parameters,

@@ -6,6 +6,7 @@ namespace velmara {
 
 /// The four numbers that a manual choice of parameters leaves behind for the next one.
 struct ManualMapping {
+  /// As a fresh screen has them.
   float baseSigmaValue = 2.0F;
   float sigmaMultiplierConstant = 0.8F;
   float baseThresholdValue = 1.0F;
@@ -16,6 +17,7 @@ struct ManualMapping {
 
 /// The parameter dictionary: the filter's strength and the lower bound of its search window.
 struct SigmaThreshold {
+  /// 0 until chosen.
   int SIGMA_VAL = 0;
   int THRESHOLD_VAL = 0;
 
@@ -24,13 +26,16 @@ struct SigmaThreshold {
 
 /// What a run is asked for: automatic, or manual at a level of 1 to 10.
 struct DenoiseMode {
+  /// Automatic or not, a threshold value that manual levels share, and the level, 1 to 10.
   bool isAutoMode = true;
   int thrsholdVal = 1;
   int denoiseLevelValue = 1;
 
+  /// The mode of the automatic button.
   static DenoiseMode automatic() { return {true, 1, 1}; }
   /// The threshold value that goes with every manual level.
   static constexpr int kManualThreshold = 2;
+  /// A level of 1 to 10.
   static DenoiseMode manual(int level) { return {false, kManualThreshold, level}; }
 };
 
@@ -38,9 +43,11 @@ struct DenoiseMode {
 /// choice away from 0 and 30 dB rewrites it. Exporting strengthens what is above 30 dB. Values
 /// beyond the range of an int end at its limits, so an infinite PSNR is no fault.
 struct MappedParameters {
+  /// For this run, and for the next one.
   SigmaThreshold parameters;
   ManualMapping mapping;
 };
+/// See MappedParameters; a plain function of its arguments.
 MappedParameters mapNoiseToParameters(double psnr, const DenoiseMode& mode, bool isExportingPhoto,
                                       const ManualMapping& mapping);
 
@@ -50,6 +57,7 @@ double effectivePsnr(float psnrOfRealImage, bool isExportingPhoto, float zoomFac
 
 /// What the engine is given.
 struct FilterParameters {
+  /// The noise's deviation in levels of 0 to 255, and the sides of both windows in pixels.
   int sigmaVal = 0;
   int templateWinSize = 0;
   int searchWinSize = 0;

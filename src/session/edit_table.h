@@ -24,6 +24,7 @@ enum class EditTalk {
   kPanel,          ///< the save panel
 };
 
+/// What happens to the edit.
 enum class EditEvent {
   kOpen,           ///< a photo was chosen or dropped
   kBecameCurrent,  ///< it is a picture by its headers
@@ -44,6 +45,7 @@ enum class EditEvent {
   kCancel,
 };
 
+/// What the session does because of an event.
 enum class EditAction {
   kNothing,
   kOpenPhoto,  ///< makes the chosen file current
@@ -66,10 +68,12 @@ enum class EditAction {
   kTerminate,
 };
 
+/// What one event leads to, at most.
 using EditActions = std::array<EditAction, 6>;
 
 /// What an event leads to.
 struct EditStep {
+  /// Where the event leads to.
   EditState state;
   EditTalk talk;
   /// In order; filled up with kNothing.

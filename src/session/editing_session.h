@@ -23,7 +23,9 @@ namespace velmara {
 
 /// What the session works with; all of it must outlive the session and its jobs.
 struct EditingServices {
+  /// What jobs work with.
   PhotoJobServices jobs;
+  /// The desktop's part, and the program's facts.
   Scheduler& timers;
   AlertPresenter& alerts;
   UserDefaults& defaults;
@@ -31,7 +33,9 @@ struct EditingServices {
   const BundleFacts& bundle;
   /// Where the program may be rated; empty: nobody is asked to.
   std::string storePage;
+  /// Ends the program.
   std::function<void()> terminateApp;
+  /// Brings the main window to the front.
   std::function<void()> showAppInFront;
 };
 
@@ -46,12 +50,14 @@ class EditingSession : public QObject {
   Q_OBJECT
 
  public:
+  /// Without a photo. The timers and everything else in `services` outlive the session.
   explicit EditingSession(EditingServices services);
   /// A job under way ends without its result being taken.
   ~EditingSession() override;
 
   // The photo, in editing_session.cpp.
 
+  /// Where the edit stands; unsaved from the moment a photo is opened until a result is in a file.
   EditState state() const { return state_; }
   EditTalk talk() const { return talk_; }
   bool hasPhoto() const { return !arraySelectedImagesToProcess_.empty(); }
@@ -73,11 +79,14 @@ class EditingSession : public QObject {
   void photoDraggedWithPath(const std::string& path);
   /// Makes a file the current photo, if it is a picture.
   void updateSelectedImageToBeFilteredWithPath(const std::string& path);
+  /// Remembers the photo in the settings.
   void saveBookmarkPathsFromTableView();
+  /// Opens the remembered photo, if none is open yet and it is not in the trash.
   void loadLastWorkedImageFromDefaults();
 
   // Parameters and runs, in editing_session_run.cpp.
 
+  /// Whether the strength is chosen by the noise.
   bool isAutoModeOn() const { return parameters_.isAutoModeOn; }
   /// Whether the deep method works in place of the levels' filter.
   bool isDeepModeOn() const { return parameters_.isDeepModeOn; }
@@ -99,6 +108,7 @@ class EditingSession : public QObject {
   void btnDeepModeTapped(bool isOn);
   /// A level chosen during a run is the next run's.
   void sliderCustomDenoiseAction(double value);
+  /// Kept, without a button: notes the mode and runs again with the same level.
   void btnSoftModeAction();
   void btnHardModeAction();
 
@@ -107,6 +117,7 @@ class EditingSession : public QObject {
   void setRegion(const Image& region, float currentZooomFactor, const ShownPlace& place);
   /// The region is in its file now.
   void setSelectedImageFileToProccessing(const PhotoFile& region);
+  /// What was handed in last; nothing before the first region.
   const std::optional<PhotoFile>& selectedImageFileToProccessing() const {
     return selectedImageFileToProccessing_;
   }
@@ -120,6 +131,7 @@ class EditingSession : public QObject {
 
   /// The front door of a run; refused while one is under way.
   void denoiseImageWithSliderValue(int thresholdValue, int denoiseLevelValue, bool autoMode);
+  /// The run itself, which the front door asks for.
   void applyOpenCVDenoiseAlgorithmWithSliderValue(int thresholdValue, int denoiseLevelValue,
                                                   bool autoMode);
   /// The parameters for a noise level. A manual choice leaves its mapping for later ones.
@@ -127,11 +139,15 @@ class EditingSession : public QObject {
                                                   int denoiseLevelValue);
   /// Estimates the run under way and shows the bar.
   void setupAndShowProgressBarViewForCurrentImage();
+  /// Takes the result of a preview; one that is not valid changes nothing.
   void denoisingProcessCompletedWithOutputImage(const Image& image);
+  /// Takes the result of an export that was written.
   void originalPhotoToExportDenoisingCompletedOutputImage(const Image& image);
 
+  /// Bar, controls and the settling delay.
   RunState& runState() { return runState_; }
   const RunState& runState() const { return runState_; }
+  /// Whether a run is under way, and whether it is an export.
   bool isRunningAlgorithm() const { return runState_.isRunningAlgorithm(); }
   bool isExportingPhoto() const { return state_ == EditState::kExporting; }
   /// 0 soft, 1 hard; nothing is computed from it.
@@ -140,10 +156,12 @@ class EditingSession : public QObject {
   float psnrOfRealImage() const { return psnrOfRealImage_; }
   /// Pixels per second; 0 until measured.
   std::int64_t pixelsProcessRate() const { return pixelsProcessRate_; }
+  /// What manual choices have left for later ones.
   const ManualMapping& manualMapping() const { return mapping_; }
 
   // Export and unsaved work, in editing_session_export.cpp.
 
+  /// The button or the menu's command: shows the save panel, or does what the state allows.
   void btnExportDenoisedImageTapped();
   /// How the save panel is to be set up, and its formats, from savePanelShown on.
   SavePanelOptions savePanelOptions() const;
@@ -160,9 +178,11 @@ class EditingSession : public QObject {
   void btnCancelChangesTapped() { take(EditEvent::kCancel); }
   /// The window's button, or the menu's commands to close and to quit.
   void btnCloseWindowTapped() { take(EditEvent::kClose); }
+  /// The same from the menu, which is noted.
   void btncloseFileFromMenuTapped();
   /// Whether the window may close now; otherwise the user is asked, and the answer closes it.
   bool windowShouldClose();
+  /// Counts an export, and invites to rate when it is time.
   void showAlertForRateApp();
 
   /// Another photo waits until the question is answered or the export is over, and its path.
@@ -180,9 +200,11 @@ class EditingSession : public QObject {
   void photoForgotten();
   /// Another photo has become current; its pixels follow.
   void photoOpened();
+  /// Its pixels are there.
   void photoLoaded(const LoadedPhoto& photo);
   /// A run on the photo begins, or its record has changed: the labels are to be filled.
   void photoShown(const PhotoFile& selectedImageFile);
+  /// The visible region is another one.
   void selectedImageFileToProccessingChanged();
   /// Mode, level or their labels, or the photo's noise.
   void parametersChanged();
@@ -192,13 +214,17 @@ class EditingSession : public QObject {
   /// A preview run ended whose region is no longer what is seen.
   void previewResultDropped();
 
+  /// The question about unsaved changes is to be shown, and to go.
   void saveChangesAsked(const std::string& header);
   void saveChangesAnswered();
+  /// The save panel is to be shown, and to go.
   void savePanelShown();
   void savePanelClosed();
   /// The button's state is to be off again.
   void exportButtonReleased();
+  /// The same of the window's close button.
   void closeButtonReleased();
+  /// An export is in its file.
   void photoSaved(const std::string& path);
   /// The controls are back after an export, whatever its end.
   void exportEnded();

@@ -12,6 +12,7 @@ namespace velmara {
 /// What the save panel offers: format strings (which are file name extensions as well) and the
 /// titles of the format popup, index for index in step.
 struct ExportFormats {
+  /// The photo's own format comes first.
   std::vector<std::string> arrformatsSupportedByIM;
   std::vector<std::string> titles;
 
@@ -34,6 +35,7 @@ std::optional<FileFormat> writerFor(const std::string& format);
 
 /// What is written to a chosen path.
 struct ExportChoice {
+  /// As exportFormatsFor has it.
   std::string format;
   /// Of the format in the list; nothing when the list does not have it: then nothing is written.
   std::optional<std::size_t> index;

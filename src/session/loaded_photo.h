@@ -22,6 +22,7 @@ namespace velmara {
 /// A photo as it came from its file, which is opened once for all of it. A value: copies share the
 /// pixels.
 struct LoadedPhoto {
+  /// Its path, size, dates and metadata.
   PhotoFile record;
   /// Every picture of the file, pixels as stored; not valid while only the record has been read, or
   /// after the pixels were given up to save memory.

@@ -30,6 +30,7 @@ class PhotoFile {
   /// else stands there. Nothing if they do not say.
   std::optional<int> orientation() const;
 
+  /// As it was opened.
   std::string filePath;
   /// The last component of the path, with its extension.
   std::string fileName;
@@ -42,10 +43,13 @@ class PhotoFile {
   std::string fileSize;
   /// "MMM-dd-yyyy hh:mm:s a" in local time.
   std::optional<std::string> fileCreationDate;
+  /// The name of the folder it is in.
   std::string fileContainerFolderName;
   /// Nothing for a file that is no picture.
   std::optional<FileFormat> format;
+  /// Kept, never filled.
   Image thumbnailImg;
+  /// What the file says of its picture; nothing if it cannot be read.
   std::optional<ImageMetadata> metaInfoDict;
   /// The same path as `filePath`.
   std::string fileURL;

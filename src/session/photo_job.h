@@ -66,6 +66,7 @@ struct PhotoJobRequest {
   /// A whole-photo result of an earlier job, which is only to be turned and written.
   Image filtered;
 
+  /// Automatic, or a level.
   DenoiseMode mode;
   /// Explicit numbers instead of the mode; the noise is not measured then.
   std::optional<FilterParameters> parameters;
@@ -89,8 +90,10 @@ struct PhotoJobRequest {
   /// Pixels per second, 0 until measured.
   std::int64_t pixelsProcessRate = 0;
 
+  /// Where the result goes; nothing for one that is only shown.
   std::optional<PhotoOutput> output;
 
+  /// Whether the whole photo is filtered.
   bool isExportingPhoto() const { return !region.has_value(); }
 };
 
@@ -100,8 +103,10 @@ inline constexpr int kPhotoSteps = 8;
 
 /// What became of a job.
 struct PhotoJobResult {
+  /// How the job ended.
   enum class End { finished, cancelled, failed };
 
+  /// How this one ended.
   End end = End::failed;
   /// Why it failed, in words for the user: lower case, no full stop. Failing to turn, encode or
   /// write names the output's path. Empty unless failed.
@@ -116,6 +121,7 @@ struct PhotoJobResult {
   /// The result, pixels as stored (upright if the photo's own file was replaced). Not valid unless
   /// finished or failed only after the filter, and not without a filter.
   Image image;
+  /// Whether the result was written over the photo's own file.
   bool hasReplacedPhoto = false;
 
   /// The noise of the whole photo and the manual mapping as they stand after the job, whatever its
@@ -142,6 +148,8 @@ struct PhotoJobResult {
 
 /// What jobs work with; all of it must outlive them.
 struct PhotoJobServices {
+  /// The filter, the queue that ends are told on, the queue jobs run on, and where lines of the log
+  /// go (any thread).
   const DenoiseEngine& engine;
   TaskQueue& mainQueue;
   TaskQueue& globalQueue;

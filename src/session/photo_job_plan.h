@@ -9,8 +9,10 @@ namespace velmara {
 /// Which steps a request takes, and how far a job is after each of them.
 class PhotoJobPlan {
  public:
+  /// Looks at the request now, and keeps nothing of it.
   explicit PhotoJobPlan(const PhotoJobRequest& request);
 
+  /// Whether the request takes a step.
   bool has(PhotoStep step) const { return has_[static_cast<std::size_t>(step)]; }
   /// Whether any step looks at the whole photo's pixels.
   bool needsPixels() const { return needsPixels_; }

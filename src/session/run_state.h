@@ -11,6 +11,7 @@
 
 namespace velmara {
 
+/// Where a run stands.
 enum class RunPhase { kIdle, kWaitingToSettle, kRunning, kFinishingTheBar };
 
 /// The running flag, what it takes away from the user, the progress bar, and the delay before the
@@ -27,9 +28,11 @@ class RunState : public QObject {
   /// as they are without a photo.
   void reset();
 
+  /// Whether a run is under way, where it stands, and what it leaves of the controls.
   bool isRunningAlgorithm() const { return isRunningAlgorithm_; }
   RunPhase phase() const;
   const ControlStates& controls() const { return controls_; }
+  /// The bar's maximum and its value, in seconds.
   double estimatedProgressCompletionTime() const { return estimatedProgressCompletionTime_; }
   double progressTimeCounter() const { return progressTimeCounter_; }
 
@@ -69,11 +72,13 @@ class RunState : public QObject {
   void invalidateTimer();
 
  Q_SIGNALS:
+  /// The controls are to be made so.
   void controlsChanged(const ControlStates& states);
   /// The bar is shown, with its value at 0.
   void progressShown(double maximum);
   /// May lie a little beyond the maximum.
   void progressChanged(double value);
+  /// The bar is to go.
   void progressHidden();
   /// The controls are back: the result, if there is a valid one, is to be laid over the preview.
   void defaultModeEntered();

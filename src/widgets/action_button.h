@@ -19,26 +19,33 @@ class ActionButton : public QAbstractButton {
   Q_OBJECT
 
  public:
+  /// Off, enabled, without a tag; `images` must outlive it.
   explicit ActionButton(QWidget* parent = nullptr, ImageProvider& images = bundleImages());
 
+  /// 0 off, 1 on. Setting it sends nothing.
   int state() const { return state_; }
   void setState(int state);
 
+  /// A number of the owner's.
   int tag() const { return tag_; }
   void setTag(int tag) { tag_ = tag; }
 
+  /// What the button acts on; kSendsOnNothing makes it deaf.
   int actionMask() const { return actionMask_; }
   void setActionMask(int mask);
 
   /// Whether a click would be taken: a press in progress disables a button of the image kind.
   bool isEnabled() const { return enabled_; }
+  /// Enables or disables it, also during a press.
   void setEnabled(bool enabled);
 
+  /// Whether a press is under way.
   bool isMouseDown() const { return isMouseDown_; }
 
   /// Sends the action as a click would, without a click.
   void sendAction() { Q_EMIT actionSent(this); }
 
+  /// Where its pictures come from.
   ImageProvider& images() const { return *images_; }
 
  Q_SIGNALS:
@@ -50,9 +57,11 @@ class ActionButton : public QAbstractButton {
   /// before or after it as the kind of button does.
   virtual void completeClick() = 0;
 
+  /// What begins and ends a click; `inside` says whether the release was on the button.
   void press();
   void release(bool inside);
 
+  /// Keeps the mouse from what lies under a disabled button.
   bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
@@ -69,7 +78,7 @@ class ActionButton : public QAbstractButton {
   /// Makes the widget's own enabled flag follow the button's.
   void applyEnabled();
 
-  // What a press and a release work on. An image button is disabled while it is pressed.
+  /// What a press and a release work on. An image button is disabled while it is pressed.
   bool enabled_ = true;
   bool isMouseDown_ = false;
   int state_ = 0;

@@ -22,6 +22,7 @@ namespace velmara {
 /// How a title bar is to look beside its height. Our window buttons stand in the title-bar view, so
 /// these are only kept.
 struct TitleBarAppearance {
+  /// In points where they are lengths.
   bool centersTrafficLightButtons = true;
   double trafficLightButtonsTopMargin = 0.0;
   double trafficLightButtonsLeftMargin = 0.0;
@@ -30,6 +31,7 @@ struct TitleBarAppearance {
 
 /// One of the eight strips along a frameless window's border that the window is resized by.
 struct EdgeStrip {
+  /// Which edges it moves, and where it lies in the window.
   Qt::Edges edges;
   QRect rect;
 };
@@ -52,9 +54,11 @@ class WindowDrag {
   /// `handOver` asks the desktop to take the drag and returns whether it does.
   std::optional<QPoint> move(QMouseEvent* event, QWindow* window,
                              const std::function<bool(QWindow&)>& handOver);
+  /// The button was let go, or the drag is over for another reason.
   void release(QMouseEvent* event);
   void end() { state_ = State::kNone; }
 
+  /// Where the window stood when the button went down.
   const QRect& pressedFrame() const { return pressedFrame_; }
 
  private:
@@ -74,6 +78,7 @@ class AppStoreWindow : public QWidget {
   Q_OBJECT
 
  public:
+  /// Hidden, without content.
   explicit AppStoreWindow(QWidget* parent = nullptr, Scheduler& timers = eventLoopTimers());
 
   /// The height of the title bar in points, 0 to begin with.
@@ -89,6 +94,7 @@ class AppStoreWindow : public QWidget {
   /// Shows a menu bar above the title bar; at most once.
   void setMenuBar(QMenuBar* menuBar);
 
+  /// Kept, not drawn.
   TitleBarAppearance titleBarAppearance;
 
   /// Nothing: this window has no buttons of the desktop's. Kept for the controllers, which hide

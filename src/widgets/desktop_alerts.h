@@ -20,6 +20,7 @@ class AlertDialog : public QDialog {
   Q_OBJECT
 
  public:
+  /// Not shown yet.
   AlertDialog(const Alert& alert, QWidget* parent);
 
   /// The index of the button that was pressed.
@@ -43,8 +44,10 @@ class AlertDialog : public QDialog {
 /// answered any more.
 class DesktopAlerts final : public AlertPresenter {
  public:
+  /// Shows alerts without a window until one is set.
   explicit DesktopAlerts(QWidget* mainWindow = nullptr) : mainWindow_(mainWindow) {}
 
+  /// Which window alerts belong to; null for none.
   void setMainWindow(QWidget* mainWindow) { mainWindow_ = mainWindow; }
 
   int runModal(const Alert& alert) override;

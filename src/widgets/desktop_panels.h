@@ -14,8 +14,10 @@ namespace velmara {
 /// folder they were last left in. A panel whose window is deleted is not answered any more.
 class DesktopPanels final : public Panels {
  public:
+  /// Shows panels without a window until one is set.
   explicit DesktopPanels(QWidget* mainWindow = nullptr) : mainWindow_(mainWindow) {}
 
+  /// Which window panels belong to; null for none.
   void setMainWindow(QWidget* mainWindow) { mainWindow_ = mainWindow; }
 
   void beginOpenPanel(const OpenPanelOptions& options, OpenCompletion completion) override;

@@ -10,6 +10,7 @@ class IconButton : public ActionButton {
   Q_OBJECT
 
  public:
+  /// Off, without an icon.
   explicit IconButton(QWidget* parent = nullptr, ImageProvider& images = bundleImages());
 
   /// Takes the images NAME, NAME_selected, NAME_yellow_selected and NAME_disabled for the off, on,

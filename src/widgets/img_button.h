@@ -18,6 +18,7 @@ class IMGButton : public ActionButton, public ImageButtonFields {
   Q_OBJECT
 
  public:
+  /// Off, without images or a title.
   explicit IMGButton(QWidget* parent = nullptr, ImageProvider& images = bundleImages());
 
   // clang-format off
@@ -44,6 +45,7 @@ class IMGButton : public ActionButton, public ImageButtonFields {
   /// Shows the pointing hand over the button.
   void resetCursorRects();
 
+  /// What the toolkit's events lead to.
   void mouseEntered();
   void mouseExited();
   void mouseDown(QMouseEvent* event);

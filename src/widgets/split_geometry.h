@@ -12,12 +12,15 @@ namespace velmara {
 /// Frames of a split view's subviews in index order. A vertical split has its subviews side by
 /// side: its axis is x; the other kind has them one below the other, along y.
 struct SplitFrames {
+  /// In points, and along which axis.
   std::vector<QRectF> frames;
   bool isVertical = true;
 
+  /// Along the axis.
   double origin(std::size_t i) const { return isVertical ? frames[i].x() : frames[i].y(); }
   double extent(std::size_t i) const { return isVertical ? frames[i].width() : frames[i].height(); }
   double farEdge(std::size_t i) const { return origin(i) + extent(i); }
+  /// Sets both along the axis and keeps the other two.
   void place(std::size_t i, double origin, double extent);
 };
 

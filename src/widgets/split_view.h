@@ -48,6 +48,7 @@ class SplitView : public QWidget {
   Q_OBJECT
 
  public:
+  /// No subviews, vertical.
   explicit SplitView(QWidget* parent = nullptr, Scheduler& timers = eventLoopTimers(),
                      const Clock& clock = systemClock());
   ~SplitView() override;
@@ -59,18 +60,21 @@ class SplitView : public QWidget {
   /// Places the view and lays its subviews out at once, also while it is hidden.
   void setFrame(const QRect& frame);
 
+  /// How many, and how they lie.
   int subviewCount() const { return static_cast<int>(split_.frames.size()); }
   bool isVertical() const { return split_.isVertical; }
 
   /// The delegate is not owned; null for none. A delegate that dies is taken away first.
   void setDelegate(SplitViewDelegate* delegate);
 
+  /// In index order. Setting them moves the dividers without asking the delegate.
   const SplitFrames& subviewFrames() const { return split_; }
   void setSubviewFrames(const SplitFrames& frames);
 
   /// A subview of this program is never collapsed.
   bool isSubviewCollapsed(int /*index*/) const { return false; }
 
+  /// In points, and what is drawn of a divider; for subclasses.
   virtual double dividerThickness() const { return 1.0; }
   virtual void drawDividerInRect(QPainter& painter, const QRectF& rect);
 
@@ -88,6 +92,7 @@ class SplitView : public QWidget {
   void setPositions(const std::vector<double>& positions,
                     const std::vector<int>& ofDividersAtIndexes);
 
+  /// Whether dividers are on their way by themselves.
   bool isAnimating() const { return animation_ != nullptr; }
 
  protected:
@@ -128,8 +133,10 @@ class CustomizedSplitView : public SplitView {
   Q_OBJECT
 
  public:
+  /// As its base.
   using SplitView::SplitView;
 
+  /// As its base.
   double dividerThickness() const override { return 6.0; }
   void drawDividerInRect(QPainter& painter, const QRectF& rect) override;
 
@@ -145,9 +152,11 @@ class CustomizedSplitView : public SplitView {
 /// with every layout too, so listeners must tolerate repeats.
 class CustomSplitViewDelegate final : public SplitViewDelegate {
  public:
+  /// Announces moves at `center`, which must outlive this.
   explicit CustomSplitViewDelegate(NotificationCenter& center = defaultCenter())
       : center_(center) {}
 
+  /// How short a subview may become, in points.
   void setMinimumLength(double length, int forViewAtIndex) {
     lengthsByViewIndex[forViewAtIndex] = length;
   }

@@ -13,8 +13,10 @@ namespace velmara {
 
 /// A fault of the data store as it is presented.
 struct DataStoreError {
+  /// Whose fault it is, and which.
   std::string domain;
   int code = 0;
+  /// What failed and why, in words.
   std::string description;
   std::string failureReason;
   std::string underlyingError;  ///< empty if there is none
@@ -27,6 +29,7 @@ enum class TerminateReply { kCancel, kNow };
 struct DataStoreSetup {
   /// The folder of the user's application data; the store has a folder of its own in it.
   std::string applicationSupportDirectory;
+  /// Where the model is found, and where faults are told.
   BundleFacts bundle;
   AlertPresenter* alerts = nullptr;
   /// Shows an error to the user; true if the user or the program could mend it.
@@ -37,8 +40,10 @@ struct DataStoreSetup {
 /// cannot be had is reported once. Main thread.
 class DataStore {
  public:
+  /// Nothing is opened yet.
   explicit DataStore(DataStoreSetup setup) : setup_(std::move(setup)) {}
 
+  /// The store's folder, whether it is there or not.
   std::string applicationDocumentsDirectory() const;
   /// The model "Tarnlet" of the bundle; null if there is none.
   const DataModel* managedObjectModel();

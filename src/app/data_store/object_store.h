@@ -13,9 +13,11 @@ namespace velmara {
 
 /// What a store may hold: the names of the kinds of objects.
 struct DataModel {
+  /// The model's name, and those of its kinds.
   std::string name;
   std::vector<std::string> entities;
 
+  /// Whether the model has a kind.
   bool knows(const std::string& entity) const;
 };
 
@@ -24,17 +26,20 @@ Result<DataModel> readDataModel(const std::string& path);
 
 /// One object of a store: its kind and its texts by name.
 struct ManagedObject {
+  /// The kind, and texts by name.
   std::string entity;
   std::map<std::string, std::string> attributes;
 
   bool operator==(const ManagedObject&) const = default;
 };
 
+/// In the order they came in.
 using ManagedObjects = std::vector<ManagedObject>;
 
 /// Stands between a model and the one XML file its objects live in. Main thread.
 class PersistentStoreCoordinator {
  public:
+  /// A coordinator without a store.
   explicit PersistentStoreCoordinator(DataModel model) : model_(std::move(model)) {}
 
   /// Takes a file as the store and reads what it holds. A file that does not exist is an empty
@@ -45,6 +50,7 @@ class PersistentStoreCoordinator {
   /// Replaces the file, whole or not at all. Refuses texts that XML cannot carry.
   Status save(const ManagedObjects& objects);
 
+  /// The model it was made with.
   const DataModel& managedObjectModel() const { return model_; }
   /// What the file held when it was read or last saved.
   const ManagedObjects& objects() const { return objects_; }
@@ -62,8 +68,10 @@ class ManagedObjectContext {
   /// Takes over what is being typed somewhere; false if it cannot be taken over as it stands.
   using Editor = std::function<bool()>;
 
+  /// The objects that the coordinator's store holds now; it must outlive this.
   explicit ManagedObjectContext(PersistentStoreCoordinator& coordinator);
 
+  /// As they stand.
   const ManagedObjects& objects() const { return objects_; }
 
   /// False, and nothing changes, if the model has no such kind.
@@ -79,8 +87,10 @@ class ManagedObjectContext {
 
   /// Whether the objects differ from what was last saved; undoing everything is no change.
   bool hasChanges() const { return !undo_.isClean(); }
+  /// Writes the objects to the store.
   Status save();
 
+  /// Undoing and redoing changes the objects.
   QUndoStack& undoManager() { return undo_; }
 
  private:

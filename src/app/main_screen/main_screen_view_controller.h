@@ -33,46 +33,56 @@ class MainScreenViewController : public QWidget, public DropDelegate {
   Q_OBJECT
 
  public:
+  /// An empty screen; loadView() builds it.
   explicit MainScreenViewController(ScreenServices services, QWidget* parent = nullptr);
   ~MainScreenViewController() override;
 
   // Building the screen, in main_screen_setup.cpp.
 
+  /// The whole screen, once; then as it is without a photo; then its part that shows parameters.
   void loadView();
   void initialSetupView();
   void setupAdjustParamView();
   /// Answer to "notificationSetupHeader".
   void setupTitleBarViewForWindow(const Notification& notification);
+  /// Hides the desktop's window buttons.
   void hideTopWindowButtonAfterDelay();
 
   // Panels and sheets, in main_screen_panels.cpp.
 
+  /// Shows the open panel.
   void btnAddPhotoTapped();
   void photoDraggedWithPath(const std::string& path) override {
     session().photoDraggedWithPath(path);
   }
+  /// The save panel's format was chosen, by its index.
   void selectFormat(int index);
   /// The tips, as a sheet.
   void showTipsScreen();
+  /// Thanks for feedback that was sent.
   void handleSubmitFeedBack();
   /// Whether the window may close now; otherwise the user is asked, and the answer closes it.
   bool windowShouldClose() { return session().windowShouldClose(); }
 
   // Actions of the other controls.
 
+  /// Style, size and zoom; the sender's tag says which.
   void btnSingleSplitDualModeTapped(ActionButton* sender);
   void btnSizeTapped(ActionButton* sender);
   void btnZoomInTapped(ActionButton* sender);
   void btnZoomOutTapped(ActionButton* sender);
   /// Moves the slider by whole levels, for the keyboard.
   void changeLevel(int levels);
+  /// The window's own buttons.
   void btnMinimizeWindowTapped();
   void btnZoomWindowTapped();
+  /// Makes the buttons of sizes say which is chosen.
   void settingUpUIElementsForCurrentSelections();
 
   /// How many views the screen shows, once the window has it.
   int representedObject = 0;
 
+  /// The parts that are wired.
   EditingSession& session() { return services_.session; }
   PreviewController& preview() { return *preview_; }
   ScreenControls& controls() { return controls_; }

@@ -19,9 +19,11 @@ class ExportOptionsView : public QWidget {
   Q_OBJECT
 
  public:
+  /// Without titles, the quality hidden.
   explicit ExportOptionsView(QWidget* parent = nullptr);
   ~ExportOptionsView() override;
 
+  /// The popup's titles, and whether the quality control is seen.
   void setTitles(const std::vector<std::string>& titles);
   void setQualityShown(bool isShown);
 

@@ -14,6 +14,7 @@ namespace velmara {
 /// Shows in a text view what a form would send. Main thread.
 class FeedbackPreview {
  public:
+  /// Shows nothing yet. The view must outlive this.
   FeedbackPreview(QPlainTextEdit& view, const FeedbackServices& services)
       : view_(&view), services_(services) {}
   FeedbackPreview(const FeedbackPreview&) = delete;

@@ -10,6 +10,7 @@ namespace velmara {
 
 /// What the feedback form works with. All of it outlives the form.
 struct FeedbackServices {
+  /// The desktop's part.
   AlertPresenter& alerts;
   Panels& panels;
   /// This build has no service to send to: a report can only be saved.
@@ -21,6 +22,7 @@ struct FeedbackServices {
   /// Gathers what the form's report would say and gives it to the receiver later, on this thread.
   std::function<void(const FeedbackForm&, std::function<void(const FeedbackReport&)>)> describe =
       {};
+  /// The name that is proposed for a saved report.
   std::function<std::string()> proposedFileName = {};
   /// Writes the report to a file and says later, on this thread, why it could not ("" if it could).
   std::function<void(const FeedbackForm&, const std::string& path,

@@ -22,6 +22,7 @@ class FeedbackWindowController : public QDialog {
   Q_OBJECT
 
  public:
+  /// Not shown yet; `mainWindow` owns it.
   FeedbackWindowController(FeedbackServices services, QWidget* mainWindow);
   ~FeedbackWindowController() override;
 
@@ -30,12 +31,16 @@ class FeedbackWindowController : public QDialog {
 
   /// Hides the messages and empties the experience.
   void openFeedbackWindow();
+  /// Fills in the form's words in the user's language.
   void convertUIAccordingToLocale();
 
   /// Checks the fields and shows or hides each one's message; whether any shows.
   bool areThereEmptyFieldsForFeedback();
+  /// Sends, or saves where there is no service, if the fields are right.
   void submitFeedback();
+  /// Closes the sheet without sending.
   void cancelFeedbackSheet();
+  /// Tells a message on the form, with "OK".
   void displayAlertWithMessageText(const std::string& message);
 
   /// What the fields say.

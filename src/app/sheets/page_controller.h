@@ -8,8 +8,10 @@ class PageController {
   /// At least one page; the first is shown.
   explicit PageController(int pageCount) : pageCount_(pageCount) {}
 
+  /// How many pages, and which is shown, from 0.
   int pageCount() const { return pageCount_; }
   int selectedIndex() const { return selectedIndex_; }
+  /// Whether there is no page before it, or after.
   bool isFirst() const { return selectedIndex_ == 0; }
   bool isLast() const { return selectedIndex_ == pageCount_ - 1; }
 

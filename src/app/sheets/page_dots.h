@@ -9,13 +9,16 @@ class PageDots : public QWidget {
   Q_OBJECT
 
  public:
+  /// No pages.
   explicit PageDots(QWidget* parent = nullptr);
 
+  /// How many dots, and which is filled, from 0.
   void setPages(int count, int selected);
 
   QSize sizeHint() const override;
 
  Q_SIGNALS:
+  /// The dot of a page, from 0, was clicked.
   void pageChosen(int index);
 
  protected:

@@ -17,9 +17,11 @@ class SaveChangesSheet : public QDialog {
   Q_OBJECT
 
  public:
+  /// Not shown yet.
   explicit SaveChangesSheet(QWidget* mainWindow);
   ~SaveChangesSheet() override;
 
+  /// Asks, under a header.
   void showSheet(const std::string& header);
   /// Takes the sheet away without an answer.
   void closeSheet();
@@ -27,6 +29,7 @@ class SaveChangesSheet : public QDialog {
   void reject() override { Q_EMIT btnCancelChangesTapped(); }
 
  Q_SIGNALS:
+  /// The three answers.
   void btnSaveChangesTapped();
   void btnDontSaveChangesTapped();
   void btnCancelChangesTapped();

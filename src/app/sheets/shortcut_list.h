@@ -12,6 +12,7 @@ namespace velmara {
 
 /// An item of a menu as the menu names it, mnemonics and all; without keys if it has no shortcut.
 struct MenuCommand {
+  /// The menu's title and the item's, and its keys.
   QString menu;
   QString title;
   QList<QKeySequence> keys;
@@ -19,6 +20,7 @@ struct MenuCommand {
 
 /// What is done, and each way of doing it in words for the user.
 struct Shortcut {
+  /// Both translated.
   QString action;
   QStringList keys;
 
@@ -27,6 +29,7 @@ struct Shortcut {
 
 /// The shortcuts below one heading, at least one.
 struct ShortcutGroup {
+  /// The heading, translated, and what stands below it.
   QString heading;
   std::vector<Shortcut> shortcuts;
 

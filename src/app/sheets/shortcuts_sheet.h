@@ -21,6 +21,7 @@ class ShortcutsSheet : public QDialog {
   Q_OBJECT
 
  public:
+  /// Not shown yet.
   ShortcutsSheet(const std::vector<ShortcutGroup>& groups, QWidget* mainWindow);
   ~ShortcutsSheet() override;
 

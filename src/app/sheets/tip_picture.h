@@ -11,8 +11,10 @@ class TipPicture : public QWidget {
   Q_OBJECT
 
  public:
+  /// Of the first tip.
   explicit TipPicture(QWidget* parent = nullptr);
 
+  /// Which tip's picture it is.
   TipTopic topic() const { return topic_; }
   void setTopic(TipTopic topic);
 

@@ -9,7 +9,9 @@ namespace velmara {
 /// What a page of the tips teaches; the picture is drawn by drawTipPicture.
 enum class TipTopic { kOpen, kAuto, kLevel, kCompare, kExport };
 
+/// One page of the tips.
 struct Tip {
+  /// What it is about, and its words, translated.
   TipTopic topic;
   QString title;
   QString text;

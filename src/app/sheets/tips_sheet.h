@@ -21,16 +21,19 @@ class TipsSheet : public QDialog {
   Q_OBJECT
 
  public:
+  /// Not shown yet.
   explicit TipsSheet(QWidget* mainWindow);
   ~TipsSheet() override;
 
   /// Shows the sheet from its first page.
   void showTipsScreen();
 
+  /// Does nothing on the first page.
   void btnBackPageTapped();
   /// Does nothing on the last page.
   void btnNextpageTapped();
 
+  /// Of the page that is shown, from 0.
   int selectedIndex() const { return pages_.selectedIndex(); }
 
  private:

@@ -53,6 +53,7 @@ inline void inverseCosines(float* x) {
   x[32] = s3 - d3;
 }
 
+/// Rows become columns.
 inline void transpose(Block& block) {
   for (std::size_t y = 0; y < 8; ++y) {
     for (std::size_t x = 0; x < y; ++x) std::swap(block[8 * y + x], block[8 * x + y]);

@@ -7,6 +7,7 @@ namespace velmara {
 
 /// Mean and variance of something random.
 struct Moments {
+  /// Of samples of 0 to 255; the variance is in their square.
   double mean = 0.0;
   double variance = 0.0;
 };
@@ -21,11 +22,14 @@ Moments clippedMoments(double level, double deviation);
 /// Noise of a deviation that depends on the level, as it is seen after clipping.
 class ClippedNoise {
  public:
+  /// What is seen, and what it comes from.
   struct Seen {
     double level = 0.0;     ///< Before clipping; may lie outside 0 to 255.
     double variance = 0.0;  ///< After clipping.
   };
 
+  /// `deviation` is that before clipping at each level from 0 to 255; levels outside have the
+  /// nearest.
   explicit ClippedNoise(const std::array<float, 256>& deviation);
 
   /// What lies behind a mean after clipping, 0 to 255.

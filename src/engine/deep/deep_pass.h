@@ -14,6 +14,7 @@ namespace velmara {
 /// a block of plane k has the variance spectrum[k][i] times the sum over the channels c of
 /// kOpponent[k][c]^2 variance[c][b], b being the channel's mean in the group, 0 to 255.
 struct BlockNoise {
+  /// By channel and level, and by plane and frequency.
   std::array<std::array<float, 256>, 3> variance;
   std::array<std::array<float, 64>, 3> spectrum;
 };
@@ -40,17 +41,21 @@ enum class DeepStep : std::uint8_t { kThreshold, kWiener, kBayes };
 /// taken for samples of a normal distribution, and the noisy ones replaced by what is most likely
 /// behind them. What no such patch covers stays as the guide has it. For white noise only.
 struct DeepPass {
+  /// Which step, and the planes with the noise.
   DeepStep step;
   const OpponentPlanes& noisy;
   /// The result of the step before; null in the first.
   const OpponentPlanes* guide;
   /// The brightness that blocks are compared by, with the planes' slack.
   const std::vector<std::int16_t>& compared;
+  /// How strong the noise is.
   const BlockNoise& noise;
 
+  /// The most blocks in a stack.
   static constexpr int kGroup = 16;
   /// By step.
   static constexpr int kRadius[3] = {15, 11, 7};
+  /// The grid's spacing.
   static constexpr int kStep = OpponentPlanes::kStep;
   /// What a coefficient has to exceed, in standard deviations of its noise.
   static constexpr float kThreshold[3] = {2.5F, 3.2F, 3.2F};
@@ -60,9 +65,11 @@ struct DeepPass {
   static constexpr float kMostSample = 8191.0F;
   /// The side of the last step's patches, and how far they lie inside their blocks.
   static constexpr int kPatch = 4;
+  /// Pixels from the block's edge, and the weight of a patch's pixel.
   static constexpr int kPatchInset = 2;
   static constexpr std::int32_t kPatchWeight = 16;
 
+  /// Places of the grid along each side.
   int columns() const { return (noisy.width - 8) / kStep + 1; }
   int rows() const { return (noisy.height - 8) / kStep + 1; }
   /// Whether a row of the grid takes part. The guide need not be as good as the result: every other
@@ -72,6 +79,7 @@ struct DeepPass {
   }
   /// How far away blocks are looked for.
   static constexpr int radiusOf(DeepStep step) { return kRadius[static_cast<std::size_t>(step)]; }
+  /// As radiusOf, of this step.
   int radius() const { return radiusOf(step); }
   /// How many shifts are tried along each axis.
   int shifts() const { return 2 * radius() + 1; }
@@ -88,6 +96,7 @@ constexpr int searchOrder(int i) {
 /// What the blocks say of each pixel, summed. Whole numbers, so that the order of the blocks, and
 /// with it how they are dealt out to threads, does not matter.
 struct BlockSums {
+  /// Weighted samples by plane, and the weights of each pixel.
   std::array<std::vector<std::int32_t>, 3> samples;
   std::vector<std::int32_t> weights;
 

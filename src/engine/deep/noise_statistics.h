@@ -15,6 +15,7 @@ inline constexpr std::size_t kBrightnessRanges = 5;
 
 /// The variance of noise at a level, both before clipping.
 struct NoisePoint {
+  /// Of 0 to 255, and in its square.
   double level = 0.0;
   double variance = 0.0;
 };
@@ -23,6 +24,7 @@ struct NoisePoint {
 /// was cancelled while it was made, which ends that early.
 class BlockStatistics {
  public:
+  /// Looks at the blocks of a picture. Throws std::bad_alloc.
   BlockStatistics(const OpponentPlanes& planes, const JobControl& control);
 
   /// The energy of the higher frequencies of colour against that of the middle ones, of brightness
@@ -49,10 +51,11 @@ class BlockStatistics {
 
 /// Noise of a range of brightness.
 struct NoiseRange {
-  float brightness = 0.0F;
-  float amplitude = 0.0F;  // Of brightness' cosine coefficients.
-  bool isNoise = false;
+  float brightness = 0.0F;  ///< Of 0 to 255.
+  float amplitude = 0.0F;   ///< Of brightness' cosine coefficients.
+  bool isNoise = false;     ///< Whether noise was found here at all.
 };
+/// From dark to bright.
 using NoiseRanges = std::array<NoiseRange, kBrightnessRanges>;
 
 /// The amplitude at a brightness, between those of the ranges.
@@ -60,11 +63,14 @@ float amplitudeAt(const NoiseRanges& ranges, float brightness);
 
 /// The energies of the middle frequencies (2 to 4) of a picture's brightness, from block to block.
 struct BrightnessEnergies {
+  /// One block.
   struct Entry {
+    /// Its mean brightness, and the energy.
     float brightness;
     float energy;
-    std::size_t place;  // Of the block's first sample.
+    std::size_t place;  ///< Of the block's first sample.
   };
+  /// One for each block.
   std::vector<Entry> entries;
 
   BrightnessEnergies() = default;
@@ -81,14 +87,17 @@ NoiseRanges photoNoise(const std::array<BrightnessEnergies, 3>& levels);
 /// The calmest blocks of a range of brightness: the mean energies of their coefficients, plane by
 /// plane and by frequency.
 struct CalmSpectrum {
+  /// The range's mean brightness, and the energies by plane and frequency.
   float brightness = 0.0F;
   std::array<std::array<float, 15>, 3> energy = {};
 
   /// The amplitude of frequencies first to last.
   float amplitude(std::size_t plane, std::size_t first, std::size_t last) const;
 };
+/// From dark to bright.
 using CalmSpectra = std::array<CalmSpectrum, kBrightnessRanges>;
 
+/// What the calmest blocks of each range have in them.
 CalmSpectra calmSpectra(const OpponentPlanes& planes, const BrightnessEnergies& energies,
                         const JobControl& control);
 

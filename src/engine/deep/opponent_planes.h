@@ -20,17 +20,20 @@ namespace velmara {
 /// has company enough. Each plane has kSlack samples more than it has pixels, for vectors that read
 /// beyond.
 struct OpponentPlanes {
+  /// Units in a sample of 0 to 255, the sides' divisor, the least side, and samples beyond the end.
   static constexpr int kOne = 16;
   static constexpr int kStep = 4;
   static constexpr int kLeastSide = 16;
   static constexpr std::size_t kSlack = 64;
 
+  /// Sides after padding, and samples by plane: brightness, then the two differences.
   int width = 0;
   int height = 0;
   std::array<std::vector<std::int16_t>, 3> planes;
 
   /// Zeros; nothing if the memory is not to be had.
   static std::optional<OpponentPlanes> allocate(int width, int height);
+  /// In a plane.
   std::size_t pixels() const {
     return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
   }

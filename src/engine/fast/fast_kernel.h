@@ -29,10 +29,11 @@ std::unique_ptr<FilterKernel> makeUndecidedKernel(const FilterGeometry& geometry
 
 /// Pixels filtered by this process so far.
 struct KernelStatistics {
-  std::int64_t fastPixels = 0;
+  std::int64_t fastPixels = 0;       ///< By the fast kernel.
   std::int64_t undecidedPixels = 0;  ///< Of the fast ones those averaged in double precision.
-  std::int64_t referencePixels = 0;
+  std::int64_t referencePixels = 0;  ///< By the reference.
 };
+/// The counts as they stand. Any thread.
 KernelStatistics kernelStatistics();
 
 }  // namespace velmara

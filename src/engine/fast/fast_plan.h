@@ -15,10 +15,12 @@ namespace velmara {
 /// patches is the same seen from either, so one shift serves two candidates: pixel p at p + shift,
 /// and pixel p + shift at p, which is its candidate -shift.
 struct SearchShift {
+  /// Columns and rows.
   int dx = 0, dy = 0;
   bool reversed = false;     ///< Whether -shift is a candidate as well.
   int rows = 1;              ///< Rows of its weights that are kept: dy + 1 if reversed.
   std::size_t firstRow = 0;  ///< Its first row in the scratch's rows of weights.
+  /// Rows above a tile whose weights it needs.
   int lead() const { return reversed ? dy : 0; }
   /// The first column, counted from a tile's first pixel, whose distance some pixel of the tile
   /// needs, and how many columns from there on. Rows of distances start with that column.
@@ -29,12 +31,14 @@ struct SearchShift {
 /// Where the weight of one candidate comes from.
 struct CandidateSlot {
   static constexpr int kSelf = -1;  ///< The pixel itself: distance 0, weight 1.
+  /// The index of a shift, or kSelf, and whether it is seen from its other end.
   int shift = kSelf;
   bool reversed = false;
 };
 
 /// A weight in single precision: 2^min(0, d * scale + bias) for d < cut, else 0.
 struct WeightFunction {
+  /// As the formula has them.
   float scale = 0.0F;
   float bias = 0.0F;
   float cut = 0.0F;
@@ -43,6 +47,7 @@ struct WeightFunction {
 /// How a 16-bit patch distance becomes an index: ((distance + increment) * multiplier / 2^16) >>
 /// shift, the sum stopping at 65535.
 struct IndexDivider {
+  /// As the formula has them.
   std::uint16_t increment = 0;
   std::uint16_t multiplier = 0;
   int shift = 0;
@@ -51,13 +56,16 @@ struct IndexDivider {
 
 /// Everything the fast kernel knows of a request before the first pixel.
 struct FastPlan {
+  /// The request's, as they came.
   FilterGeometry geometry;
   std::span<const std::uint8_t> source;
   std::span<std::uint8_t> dest;
   std::span<const double> table;
   const JobControl* control = nullptr;
+  /// Whether the request was.
   bool isCancelled() const { return control != nullptr && control->isCancelled(); }
 
+  /// The geometry's numbers, by their short names.
   int channels = 0, t = 0, s = 0, sr = 0, tr = 0;
   double tdiv = 0.0;  ///< 0 for a patch without area, so that every distance gives index 0.
   /// Columns that a row of a one-channel patch, or of its averaged pixels, slips to the left.
@@ -69,6 +77,7 @@ struct FastPlan {
   bool sharesShifts = true;
   /// Rows of squared differences are kept for the next rows rather than computed again.
   bool keepsSquares = false;
+  /// How distances become indices and indices weights.
   IndexDivider divider;
   WeightFunction weight;
   /// The mean of D candidates of equal weight that all have this sample. Not always the sample
@@ -82,16 +91,19 @@ struct FastPlan {
   /// Decide by the bound; if not, everything is averaged in double precision.
   bool decides = true;
 
+  /// Those of the search window, each once.
   std::vector<SearchShift> shifts;
   std::vector<CandidateSlot> slots;  ///< D of them, candidate (l, k) at l * s + k.
   int lead = 0;                      ///< Rows above a tile whose distances it needs.
   std::size_t weightRows = 0;        ///< Sum of the shifts' rows.
 
+  /// The largest tile, in pixels.
   int tileWidth = 0, tileHeight = 0;
   /// Layout of a tile's rows of the source: they begin `margin` columns left of the tile's first
   /// candidate.
   int margin = 0;
   std::size_t sourceColumns = 0, distanceColumns = 0;
+  /// Rows of the source that a tile keeps at a time.
   int sourceRows = 0;
 };
 

@@ -36,6 +36,7 @@ class FileDraggingView : public QWidget {
   Q_OBJECT
 
  public:
+  /// Without a delegate: nothing is taken.
   explicit FileDraggingView(QWidget* parent = nullptr);
 
   /// Not owned: set to null before it goes.
@@ -73,8 +74,10 @@ class DraggingView : public FileDraggingView {
   Q_OBJECT
 
  public:
+  /// Over an empty window.
   explicit DraggingView(QWidget* parent = nullptr);
 
+  /// Whether it lies over a photo, and is only the ring.
   bool liesOverPhoto() const { return testAttribute(Qt::WA_TransparentForMouseEvents); }
   void setLiesOverPhoto(bool liesOverPhoto);
 

@@ -17,6 +17,7 @@ class PictureView : public QWidget {
   Q_OBJECT
 
  public:
+  /// Shows nothing.
   explicit PictureView(QWidget* parent = nullptr);
 
   /// Shows a picture whose top-left pixel lies at the frame's, in device pixels from the view's
@@ -29,6 +30,7 @@ class PictureView : public QWidget {
   /// Shows nothing.
   void clear();
 
+  /// Whether something is shown, and where, in device pixels.
   bool hasPicture() const { return tiles_ != nullptr || !image_.isNull(); }
   const PixelRect& frame() const { return frame_; }
 

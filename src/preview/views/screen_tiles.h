@@ -34,6 +34,7 @@ class ScreenColors {
 struct ScreenTile {
   /// Its top-left pixel in the picture.
   QPoint place;
+  /// In the screen's colours.
   QImage image;
 };
 
@@ -43,16 +44,19 @@ struct ScreenTile {
 /// main thread.
 class ScreenTiles {
  public:
+  /// Of a tile, in pixels.
   static constexpr int kTileSide = 128;
   /// What is kept at least, in kilobytes; the tiles in sight are kept beyond it.
   static constexpr qsizetype kKeptKilobytes = qsizetype{64} * 1024;
 
+  /// Nothing is rendered yet.
   ScreenTiles(ScaledPicture picture, ScreenColors colors);
 
   /// The tiles that together cover a rectangle of the picture, row by row, rendered now if they are
   /// not at hand. What cannot be rendered for lack of memory is left out.
   std::vector<ScreenTile> imagesOver(const PixelRect& visible);
 
+  /// Of tiles, in sight or not.
   qsizetype kilobytesHeld() const { return tiles_.totalCost(); }
 
  private:

@@ -12,6 +12,7 @@ class TiledView : public QWidget {
   Q_OBJECT
 
  public:
+  /// Without an image; `images` must outlive it.
   explicit TiledView(QWidget* parent = nullptr, ImageProvider& images = bundleImages());
 
   /// The image to tile with; an empty name or one that is not there draws nothing.
