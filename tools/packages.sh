@@ -48,6 +48,7 @@ PACKAGES_CI="
   clang-format
   clang-tidy
   doxygen
+  flatpak-builder
   git
 "
 
