@@ -13,6 +13,7 @@ namespace velmara {
 
 /// Where some of a file's bytes lie.
 struct FilePiece {
+  /// From the start of the file, and how many.
   std::uint64_t offset = 0;
   std::uint64_t bytes = 0;
 };

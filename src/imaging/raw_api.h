@@ -14,6 +14,7 @@ namespace velmara {
   X(unpack)
 // clang-format on
 
+/// Pointers to the operations above.
 struct RawApi {
 // A member's name cannot stand in parentheses.
 #define X(name) decltype(&::libraw_##name) name = nullptr;  // NOLINT(bugprone-macro-parentheses)
@@ -26,7 +27,9 @@ struct RawApi {
 /// Loads the library with the first call, on any thread.
 const RawApi& rawApi();
 
+/// Gives back what LibRaw made.
 struct RawRelease {
+  /// Neither is null.
   void operator()(libraw_data_t* file) const { rawApi().close(file); }
   void operator()(libraw_processed_image_t* picture) const { rawApi().dcraw_clear_mem(picture); }
 };
