@@ -3,10 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <thread>
 
 #include "engine/deep/clipped_noise.h"
 #include "engine/deep/deep_pictures.h"
+#include "engine/deep/opponent_planes.h"
 #include "engine/thread_queue.h"
 
 namespace velmara {
@@ -49,6 +51,25 @@ TEST(MeasuredNoise, GrowsWithBrightnessAsTheNoiseDoes) {
   }
 }
 
+// A photo that is opened again comes out as it did the last time.
+TEST(MeasuredNoise, StaysWhatItWas) {
+  const Bitmap clean = scene(420, 360);
+  const DeepNoise white = measureNoise(withWhiteNoise(clean, 12.0));
+  const double deviations[3][3] = {
+      {11.994, 11.946, 11.898}, {11.898, 11.851, 11.804}, {12.067, 11.939, 11.809}};
+  for (std::size_t c = 0; c < 3; ++c) {
+    for (std::size_t i = 0; i < 3; ++i) {
+      EXPECT_NEAR(white.deviation[c][64 * (i + 1)], deviations[c][i], 0.002) << c << ", " << i;
+    }
+  }
+  const DeepNoise smooth = measureNoise(withSmoothNoise(clean, 4.0));
+  EXPECT_NEAR(smooth.deviation[0][64], 5.212, 0.002);
+  EXPECT_NEAR(smooth.deviation[1][192], 5.402, 0.002);
+  EXPECT_NEAR(smooth.amplitude[0][5], 1.967, 0.001);
+  EXPECT_NEAR(smooth.amplitude[1][3], 0.560, 0.001);
+  EXPECT_NEAR(smooth.amplitude[2][9], 0.133, 0.001);
+}
+
 TEST(MeasuredNoise, OfACleanPictureIsNone) {
   const Bitmap clean = scene(420, 360);
   EXPECT_TRUE(measureNoise(clean).isNone());
@@ -81,6 +102,51 @@ TEST(ClippedNoise, HasTheMomentsOfClippedNumbers) {
   }
 }
 
+// Planes whose samples tell their plane, row and column.
+OpponentPlanes slope(int width, int height) {
+  auto planes = OpponentPlanes::allocate(width, height);
+  for (std::size_t k = 0; k < 3; ++k) {
+    for (std::size_t i = 0; i < planes->pixels(); ++i) {
+      const int x = static_cast<int>(i) % width;
+      const int y = static_cast<int>(i) / width;
+      planes->planes[k][i] = static_cast<std::int16_t>(10000 * k + 4 * x + 300 * y);
+    }
+  }
+  return *planes;
+}
+
+TEST(SmallerPlanes, AreMeansOfFourAndGiveBackWhatTheyLost) {
+  // A side that cannot be halved any more repeats its end.
+  const OpponentPlanes half = *halved(slope(20, 40));
+  ASSERT_EQ(half.width, 16);
+  ASSERT_EQ(half.height, 20);
+  EXPECT_EQ(half.planes[1][16 * 3 + 5], 10000 + 4 * 10 + 2 + 300 * 6 + 150);
+  EXPECT_EQ(half.planes[2][16 * 19 + 15], 20000 + 4 * 18 + 2 + 300 * 38 + 150);
+
+  OpponentPlanes part = slope(40, 20);
+  ASSERT_TRUE(cropTo(part, {7, 3, 20, 16}));
+  EXPECT_EQ(part.width, 20);
+  EXPECT_EQ(part.planes[2][20 * 15 + 19], 20000 + 4 * 26 + 300 * 18);
+
+  // One pixel of the half is enlarged linearly, and a difference of all of it is that of all.
+  const OpponentPlanes plain = slope(16, 16);
+  OpponentPlanes filtered = plain;
+  OpponentPlanes planes = slope(32, 32);
+  filtered.planes[1][16 * 5 + 4] += 160;
+  for (std::int16_t& sample : filtered.planes[2]) sample = static_cast<std::int16_t>(sample - 50);
+  addEnlargedDifference(filtered, plain, planes, 0, 20);
+  const OpponentPlanes before = slope(32, 32);
+  const auto added = [&](std::size_t k, int x, int y) {
+    const std::size_t i = static_cast<std::size_t>(32 * y + x);
+    return planes.planes[k][i] - before.planes[k][i];
+  };
+  EXPECT_EQ((std::array{added(1, 7, 10), added(1, 8, 10), added(1, 9, 11), added(1, 10, 9)}),
+            (std::array{30, 90, 90, 10}));
+  EXPECT_EQ((std::array{added(2, 0, 0), added(2, 31, 19), added(2, 9, 9), added(0, 8, 10)}),
+            (std::array{-50, -50, -50, 0}));
+  EXPECT_EQ(added(2, 5, 20), 0) << "a row that was not asked for";
+}
+
 TEST(DenoisedDeeply, IsMuchCloserToTheCleanPicture) {
   // The least that has to be gained, in dB.
   for (const auto& [deviation, gain] :
@@ -97,7 +163,8 @@ TEST(DenoisedDeeply, LosesTheSmoothNoiseOfACamera) {
   const DeepNoise noise = measureNoise(noisy);
   EXPECT_FALSE(noise.isWhite);
   EXPECT_FALSE(noise.isNone());
-  EXPECT_GT(psnrBetween(denoised(noisy), clean), psnrBetween(noisy, clean) + 2.0);
+  // Without what smaller sizes of the picture lose it would be 4.7 dB.
+  EXPECT_GT(psnrBetween(denoised(noisy), clean), psnrBetween(noisy, clean) + 7.0);
 }
 
 TEST(DenoisedDeeply, LosesStrongNoiseThatHasNoColour) {
