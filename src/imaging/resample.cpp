@@ -176,8 +176,10 @@ class RowDrawer {
 
   void put(const float* pixel, float coverage, std::uint8_t* out) const {
     const bool hasAlpha = samples_ == 2 || samples_ == 4;
-    const float alpha = hasAlpha ? std::clamp(pixel[samples_ - 1], 0.0F, 255.0F) : 255.0F;
-    const float unweigh = weighAlpha_ && alpha > 0.0F ? 255.0F / alpha : 1.0F;
+    const float weight = hasAlpha ? pixel[samples_ - 1] : 255.0F;
+    const float alpha = std::clamp(weight, 0.0F, 255.0F);
+    // By what the colours were weighed with, which overshoots at edges.
+    const float unweigh = weighAlpha_ && weight > 0.0F ? 255.0F / weight : 1.0F;
     const std::size_t green = samples_ >= 3 ? 1 : 0;
     const std::size_t blue = samples_ >= 3 ? 2 : 0;
     out[3] = rounded(alpha * coverage);

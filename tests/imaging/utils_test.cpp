@@ -3,14 +3,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <map>
 #include <numeric>
 #include <string>
 #include <vector>
 
 #include "base/pixel_operations.h"
 #include "imaging/image_reader.h"
+#include "imaging/memory_budget.h"
 #include "imaging/picture_files.h"
+#include "imaging/resample.h"
 #include "imaging/rotate_with_exif.h"
 #include "platform/temporary_files.h"
 #include "support/recorded_log.h"
@@ -86,6 +91,12 @@ TEST_F(UtilsTest, ScalingGivesOnePixelAUnit) {
   EXPECT_NEAR(pixelAt(scaled.bitmap(), 10, 7)[0], 127, 6);
   EXPECT_EQ(samplesOf(utils.scaleImage(photo(5, 4), {5, 4}).bitmap()),
             samplesOf(asRgba(gradient(5, 4, 3))));
+  // Below what is transparent may be any colour; none of it is seen.
+  const std::vector<std::uint8_t> halves{200, 100, 50, 255, 9, 9, 9, 0};
+  const Image wide = utils.scaleImage(Image(Bitmap::copyOf(halves, 2, 1, 4)), {10, 3});
+  EXPECT_THAT(pixelAt(wide.bitmap(), 0, 1), ElementsAre(200, 100, 50, 255));
+  EXPECT_THAT(pixelAt(wide.bitmap(), 4, 1), ElementsAre(200, 100, 50, testing::Gt(128)));
+  EXPECT_THAT(pixelAt(wide.bitmap(), 9, 1), ElementsAre(0, 0, 0, 0));
   EXPECT_FALSE(utils.scaleImage(Image(), {5, 5}).isValid());
   EXPECT_FALSE(utils.scaleImage(photo(5, 5), {0, 5}).isValid());
 }
@@ -207,6 +218,33 @@ TEST_F(UtilsTest, AViewIsCapturedOrElseDrawn) {
   const Image drawn = utils.screenShotOfImageView(view);
   EXPECT_EQ(drawn.bitmap().width(), 8);
   EXPECT_EQ(drawn.size(), (Size{4, 3}));
+}
+
+TEST(ResampledBitmapTest, APartIsThatPartOfTheWhole) {
+  for (const int samples : {3, 4}) {
+    const Bitmap picture = gradient(40, 30, samples);
+    for (const auto& [width, height] : {std::pair(40, 30), {40, 60}, {80, 30}, {21, 9}}) {
+      const Bitmap whole = resampled(picture, width, height);
+      const ResampledBitmap view(picture, width, height);
+      EXPECT_EQ(samplesOf(view.part({0, 0, width, height})), samplesOf(whole)) << height;
+      for (const PixelRect part : {PixelRect{5, 3, 9, 4}, PixelRect{-2, -2, 7, 8}}) {
+        EXPECT_EQ(samplesOf(view.part(part)), samplesOf(copiedPixels(whole, part))) << height;
+      }
+    }
+  }
+}
+
+// No more than is free, however much there is altogether.
+TEST(MemoryBudgetTest, IsWhatIsAvailable) {
+  std::map<std::string, std::uint64_t> bytes;
+  std::ifstream file("/proc/meminfo");
+  for (std::string name, number, rest; file >> name >> number && std::getline(file, rest);) {
+    bytes[name] = std::stoull(number) * 1024;
+  }
+  const std::uint64_t available = bytes["MemAvailable:"] + bytes["SwapFree:"];
+  const std::uint64_t all = std::max(bytes["MemTotal:"], available);
+  EXPECT_TRUE(fitsInMemory(available / 2));
+  EXPECT_FALSE(fitsInMemory(available / 4 + all / 4 * 3 + (1 << 20)));
 }
 
 // The pixels 1 2 3 over 4 5 6.
