@@ -43,11 +43,11 @@ DRAWN = ["cli", "engine", "imaging", "preview", "services", "session"]
 # A header is compiled a hundred times, so of its mutants only some are drawn.
 HEADERS_DRAWN = 0.25
 COMPARISONS = {"<": "<=", "<=": "<", ">": ">=", ">=": ">", "==": "!=", "!=": "=="}
-# The mutated file needs no long optimisation and may leave a name unused; all others are as they
-# always were, so the cache of the compiler knows them.
+# The mutated file needs no long optimisation, may leave a name unused and is watched as the debug
+# build is; all others are as they always were, so the cache of the compiler knows them.
 LAUNCHER = """#!/bin/sh
 case "$*" in
-  *"$MUTATED"*) exec ccache "$@" -O1 -Wno-error ;;
+  *"$MUTATED"*) exec ccache "$@" -O1 -Wno-error -D_GLIBCXX_ASSERTIONS ;;
 esac
 exec ccache "$@"
 """

@@ -95,13 +95,17 @@ TEST_F(PreviewTest, ZoomStepsReachHalfAndTwiceTheSizeAndOneMoreDoesNothing) {
   ASSERT_TRUE(openAndWait(folder.file("small.png")));
   const struct {
     const char* button;
+    Control control;
     int steps, percent, width;
-  } rows[] = {{"btnZoomIn", 10, 10, 80}, {"btnZoomOut", 5, -10, 20}};
+  } rows[] = {{"btnZoomIn", Control::btnZoomIn, 10, 10, 80},
+              {"btnZoomOut", Control::btnZoomOut, 5, -10, 20}};
   for (const auto& row : rows) {
-    click("btn100Percent");
+    QTest::mouseClick(&view("btn100Percent"), Qt::LeftButton);
+    EXPECT_EQ(view<QLabel>("txtZoomLevel").text(), "100 %");
     ASSERT_TRUE(waitForResult());
     for (int step = 1; step <= row.steps; ++step) {
-      click(row.button);
+      QTest::mouseClick(&view(row.button), Qt::LeftButton);
+      EXPECT_FALSE(session().runState().controls().isAlive(row.control)) << "until then";
       ASSERT_TRUE(waitForResult()) << step;
       EXPECT_EQ(view<QLabel>("txtZoomLevel").text(),
                 QStringLiteral("%1 %").arg(100 + row.percent * step));

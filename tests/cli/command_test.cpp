@@ -79,7 +79,8 @@ TEST_F(CommandTest, DenoisesBesideThePhotoUpright) {
   photoIn(folder, "in.jpg", 6);
   const ProgramResult result = velmara({"denoise", "in.jpg"}, folder);
   ASSERT_EQ(result.exitCode, 0) << result.errors;
-  EXPECT_THAT(result.output, StartsWith("in.jpg -> in-denoised.jpg: 120 x 160 px, "));
+  EXPECT_THAT(result.output,
+              MatchesRegex("in.jpg -> in-denoised.jpg: 120 x 160 px, .* dB, sigma .*, .* s\n"));
   EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 1);
   EXPECT_EQ(result.errors, "");
   const auto image = readImage(folder.file("in-denoised.jpg"));
@@ -298,6 +299,7 @@ TEST_F(CommandTest, InfoAndCalibratePrintDocumentedObjects) {
   runProgram({"convert", "-size", "20x20", "xc:orange", folder.file("tiny.png")});
   const auto result = velmara({"info", "--json", "in.jpg", "flat.png", "tiny.png"}, folder);
   ASSERT_EQ(result.exitCode, 0) << result.errors;
+  EXPECT_THAT(velmara({"denoise", "tiny.png"}, folder).output, HasSubstr("too small to filter"));
   const auto script = runProgram(
       {"python3", "-c",
        "import json,sys\n"

@@ -141,10 +141,12 @@ TEST(ColorProfileTest, BytesThatAreNoWholeProfileAreNone) {
     EXPECT_EQ(profileColors(cut), std::nullopt) << length;
     EXPECT_TRUE(profileName(cut).empty() || length > 180) << length;
   }
-  // A name that ends with its tag and not before.
-  std::string tight = whole;
+  // A name that ends with its tag, and with it the file; then one that is not in the table.
+  std::string tight = whole.substr(0, 168 + 25);
   tight.replace(140, 4, bigEndian(25, 4));
   EXPECT_EQ(profileName(std::vector<std::uint8_t>(tight.begin(), tight.end())), "Straight gray");
+  tight.replace(128, 4, bigEndian(0, 4));
+  EXPECT_EQ(profileName(std::vector<std::uint8_t>(tight.begin(), tight.end())), "");
 }
 
 }  // namespace

@@ -121,8 +121,11 @@ TEST(LyingFileTest, HarmlessFaultsAreForgiven) {
   EXPECT_TRUE(isRead(stuffed));
   EXPECT_TRUE(isRead(whole + std::string(5000, 'x')));
   EXPECT_FALSE(isRead(halved));
-  // A TIFF whose pages go round.
+  EXPECT_TRUE(isRead("P4 16 2\nabcd")) << "not a byte too few";
+  EXPECT_FALSE(isRead("P4 16 2\nabc"));
+  // A TIFF whose pages go round, with the width in a byte.
   std::string round = tiffOf(40, 20);
+  round.replace(8 + 2 + 2, 2, littleEndian(1, 2));
   round.replace(8 + 2 + 9 * 12, 4, littleEndian(8, 4));
   writeFile(folder.file("round.tif"), round);
   EXPECT_THAT(readRepresentationSizes(folder.file("round.tif")).value(),

@@ -39,6 +39,9 @@ class PhotoTest : public testing::Test {
                          "-Mset Exif.Image.XResolution 300/1",
                          "-Mset Exif.Image.YResolution 150/1",
                          "-Mset Exif.Image.ResolutionUnit 2",
+                         "-Mset Exif.Image.Artist Somebody#Somebody else",
+                         "-Mset Exif.Photo.FocalPlaneXResolution 30/1",
+                         "-Mset Exif.Photo.FocalPlaneYResolution 15/1",
                          "-Mset Exif.Photo.FNumber 28/10",
                          "-Mset Exif.Photo.ISOSpeedRatings Short 800",
                          "-Mset Exif.Photo.DateTimeOriginal 2021:05:06 07:08:09",
@@ -50,6 +53,8 @@ class PhotoTest : public testing::Test {
                          "-Mset Exif.GPSInfo.GPSLatitudeRef S",
                          "-Mset Exif.GPSInfo.GPSLatitude 33/1 30/1 3600/100",
                          "-Mset Iptc.Application2.City Sydney",
+                         "-Mset Iptc.Application2.Caption " + std::string(4096, 'c'),
+                         "-Mset Iptc.Application2.Headline " + std::string(4097, 'h'),
                          "-Madd Iptc.Application2.Keywords one",
                          "-Madd Iptc.Application2.Keywords two",
                          "-Mset Xmp.dc.title lang=x-default A title",
@@ -62,6 +67,9 @@ class PhotoTest : public testing::Test {
                          "-ThumbnailImage<=" + folder_.file("thumb.jpg"),
                          "-icc_profile<=" + profile_, photo_})
                     .ok);
+    std::string bytes = contentsOf(photo_);
+    bytes[bytes.find("Somebody#") + 8] = '\0';  // Which separates two names.
+    writeFile(photo_, bytes);
   }
 
   /// The photo turned upright and written with its metadata.
@@ -113,12 +121,15 @@ TEST_F(PhotoTest, IsADictionary) {
   EXPECT_EQ(*metadata->find("DPIHeight")->real(), 150.0);
   EXPECT_THAT(*metadata->find("ProfileName")->text(), HasSubstr("P3"));
   EXPECT_EQ(*metadata->find("{TIFF}", "Model")->text(), "Canon EOS 40D");
+  EXPECT_EQ(*metadata->find("{TIFF}", "Artist")->text(), "Somebody");
   EXPECT_THAT(*metadata->find("{Exif}", "FNumber")->real(), DoubleNear(2.8, 1e-9));
   EXPECT_EQ(*metadata->find("{Exif}", "UserComment")->text(), "hello");
   EXPECT_EQ(*metadata->find("{Exif}", "ISOSpeedRatings")->integer(), 800);
   EXPECT_THAT(*metadata->find("{GPS}", "Latitude")->real(), DoubleNear(33.51, 1e-9));
   EXPECT_EQ(*metadata->find("{GPS}", "LatitudeRef")->text(), "S");
   EXPECT_EQ(*metadata->find("{IPTC}", "City")->text(), "Sydney");
+  EXPECT_EQ(metadata->find("{IPTC}", "Caption/Abstract")->text()->size(), 4096U);
+  EXPECT_EQ(metadata->find("{IPTC}", "Headline"), nullptr) << "too long a text";
   EXPECT_EQ(metadata->find("{IPTC}", "Keywords")->list()->size(), 2U);
   EXPECT_EQ(*metadata->find("{XMP}", "xmp:Rating")->text(), "4");
   EXPECT_EQ(metadata->find("{Exif}", "MakerNote"), nullptr);
@@ -142,6 +153,8 @@ TEST_F(PhotoTest, KeepsEverythingButWhatIsNoLongerTrue) {
   expected["Exif.Photo.PixelYDimension"] = "Long 60\n";
   // The sides have changed places, and their resolutions with them.
   std::swap(expected["Exif.Image.XResolution"], expected["Exif.Image.YResolution"]);
+  std::swap(expected["Exif.Photo.FocalPlaneXResolution"],
+            expected["Exif.Photo.FocalPlaneYResolution"]);
 
   for (const auto& [format, name] :
        {std::pair(FileFormat::jpeg, "a.jpg"), std::pair(FileFormat::tiff, "a.tif"),

@@ -23,7 +23,9 @@
 #include "preview/drop/dragging_view.h"
 #include "preview/drop/drop_drawing.h"
 #include "preview/drop/dropped_files.h"
+#include "preview/views/tiled_view.h"
 #include "support/scratch_folder.h"
+#include "widgets/image_provider.h"
 #include "widgets/style.h"
 
 namespace velmara {
@@ -239,6 +241,17 @@ int darkPixels(const QImage& image) {
   return count;
 }
 
+// First and last row of each run of rows with dark pixels.
+std::vector<QPoint> darkLines(const QImage& image) {
+  std::vector<QPoint> lines;
+  for (int y = 0; y < image.height(); ++y) {
+    if (darkPixels(image.copy(0, y, image.width(), 1)) == 0) continue;
+    if (lines.empty() || lines.back().y() < y - 1) lines.emplace_back(y, y);
+    lines.back().setY(y);
+  }
+  return lines;
+}
+
 // Over a photo nothing is drawn but the ring; a window without one invites in its middle.
 TEST_F(DropViewsTest, DrawsTheRingInsideTheViewAndTheInvitationInItsMiddle) {
   for (FileDraggingView* view : views()) {
@@ -258,11 +271,29 @@ TEST_F(DropViewsTest, DrawsTheRingInsideTheViewAndTheInvitationInItsMiddle) {
   const QImage image = picture(ringing);
   EXPECT_GT(darkPixels(image.copy(250, 150, 400, 300)), 300);
   EXPECT_EQ(darkPixels(image.copy(0, 0, 900, 150)) + darkPixels(image.copy(0, 450, 900, 150)), 0);
+  // The icon, the words and the shortcut stand apart, one below the other, on a card.
+  const std::vector<QPoint> lines = darkLines(image);
+  ASSERT_EQ(lines.size(), 3U);
+  EXPECT_GT(lines[1].x() - lines[0].y(), 12);
+  EXPECT_GT(lines[2].x() - lines[1].y(), 12);
+  EXPECT_NE(image.pixelColor(450, lines[0].x() - 15), image.pixelColor(450, 150));
   ringing.setLiesOverPhoto(true);
   EXPECT_EQ(darkPixels(picture(ringing)), 0);
   ringing.setLiesOverPhoto(false);
   ringing.resize(90, 60);
   EXPECT_EQ(darkPixels(picture(ringing)), 0);
+}
+
+TEST(TiledViewTest, RepeatsItsPicture) {
+  TiledView view(nullptr, bundleImages());
+  view.setImageName(QStringLiteral("footer_bg_mid"));
+  const QImage tile = bundleImages().imageNamed(QStringLiteral("footer_bg_mid"), 1.0).toImage();
+  ASSERT_FALSE(tile.isNull());
+  view.resize(2 * tile.width(), 2 * tile.height());
+  const QImage shown = picture(view);
+  for (const QPoint at : {QPoint(), QPoint(tile.width(), tile.height())}) {
+    EXPECT_EQ(shown.copy(QRect(at, tile.size())), tile.convertToFormat(shown.format()));
+  }
 }
 
 }  // namespace

@@ -151,6 +151,7 @@ QImage painted(ScreenTiles& tiles, const PixelRect& visible) {
   canvas.fill(Qt::black);
   QPainter painter(&canvas);
   for (const ScreenTile& tile : tiles.imagesOver(visible)) {
+    EXPECT_LE(tile.image.height(), ScreenTiles::kTileSide);
     painter.drawImage(tile.place - QPoint(visible.x, visible.y), tile.image);
   }
   return canvas;

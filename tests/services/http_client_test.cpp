@@ -151,6 +151,7 @@ TEST(HttpClient, AnEndlessAnswerIsTooLong) {
 }
 
 TEST(HttpClient, AServerThatStandsStillRunsIntoTheTimeOut) {
+  EXPECT_EQ(HttpOptions().timeout, std::chrono::seconds(30)) << "where nothing else is asked for";
   const RecordingServer still(deaf);
   const RecordingServer stopsWithinTheAnswer([](Peer& peer) {
     peer.readUntil(kBodyEnd);

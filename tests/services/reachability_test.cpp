@@ -214,6 +214,11 @@ TEST_F(ReachabilityTest, AHostIsResolvedFirstAndAgainWhenTheNetworkChanges) {
   ipBatch(kPlugIn + kGateway);
   ASSERT_TRUE(runUntil([&] { return changes_ >= 1 && questions >= 2; }));
   EXPECT_EQ(monitor->currentReachabilityStatus(), kReachableViaWiFi);
+  monitor->stopNotifier();
+  // With a name that resolves the host comes into reach.
+  const auto later = Reachability::reachabilityWithHostName("service.test", setup_);
+  ASSERT_TRUE(later->startNotifier());
+  EXPECT_TRUE(runUntil([&] { return object_ == later; }));
 }
 
 TEST(Reachability, RefusesWhatIsNoTarget) {

@@ -8,6 +8,7 @@
 #include "base/pixel_operations.h"
 #include "engine/deep/deep_pictures.h"
 #include "imaging/image_reader.h"
+#include "session/bookmarks.h"
 #include "session/editing_fixture.h"
 #include "support/run_program.h"
 
@@ -52,6 +53,9 @@ TEST_F(RunTest, APreviewRunGoesItsSteps) {
   EXPECT_EQ(results.back().size(), (Size{120, 100}));
   EXPECT_EQ(session->txtDenoiseMode(), "Auto");
   EXPECT_EQ(session->txtCustomDenoiseVal(), "Strength 4 of 10");
+  // The next start opens it again.
+  const auto saved = savedPathsFromUserDefaults(true, defaults);
+  EXPECT_EQ(saved, (std::vector<SavedPath>{{folder.file("photo.png"), {}}}));
 }
 
 TEST_F(RunTest, NoiseIsMeasuredOnceAPhotoAndTheSpeedBeforeEachExport) {
@@ -193,8 +197,8 @@ TEST_F(RunTest, DeepTakesThePlaceOfTheFilterUntilItIsSwitchedOff) {
 }
 
 TEST_F(RunTest, SmallPhotosPassThroughUnfiltered) {
-  region = grayPicture(100, 99);
-  open(picture("small.png", 100, 99));
+  region = grayPicture(99, 101);
+  open(picture("small.png", 99, 101));
   EXPECT_EQ(results.size(), 1U);
   save("out.png");
   EXPECT_TRUE(engine.filtered.empty());

@@ -147,7 +147,11 @@ TEST_F(PhotoJobTest, StreamedOrNotTheFileIsTheSame) {
     EXPECT_EQ(contentsOf(folder.file("out." + format)), std::string(whole->begin(), whole->end()))
         << format;
     request.output->path.clear();
-    EXPECT_EQ(run(request).encoded, *whole) << format;
+    request.parameters = FilterParameters{9, 3, 8};
+    const auto again = run(request);
+    EXPECT_EQ(again.encoded, *whole) << format;
+    EXPECT_EQ(again.parameters, request.parameters);
+    EXPECT_EQ(engine.filtered.back(), *request.parameters);
   }
 }
 
