@@ -197,7 +197,6 @@ void PreviewController::resizePreviewImageAndProcessWithTag(PreviewSize size) {
   if (!region_.mayChange() || !hasPicture()) return;
   services_.log("Resizing Preview Image & Process !!");
   viewport_ = viewport_.withSize(size);
-  notifyState();
   views_.splitView->hide();
   performZoomAnimationToPreviewsToFitRect(viewport_.rectPreviewPhoto);
 }

@@ -19,6 +19,7 @@ TEST_F(ScreenTest, SavesTheWholePhotoAndThenMayBeLeft) {
   ASSERT_TRUE(openAndWait(photo()));
   click("btnExport");
   ASSERT_EQ(panels.saveOptions.size(), 1U);
+  EXPECT_EQ(panels.saveOptions[0].title, "Save Image");
   EXPECT_EQ(panels.saveOptions[0].nameFieldStringValue, "photo-denoised");
   EXPECT_EQ(panels.saveOptions[0].directory, folder.path().string());
   EXPECT_THAT(panels.saveTypes, testing::ElementsAre("png", "jpeg", "tiff", "bmp", "gif"));

@@ -5,13 +5,10 @@
 #include <QImage>
 
 #include <algorithm>
-#include <csignal>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <sys/mount.h>
-#include <sys/stat.h>
-#include <system_error>
 #include <vector>
 
 #include "e2e/desktop_test.h"
@@ -72,47 +69,6 @@ TEST_F(ExportingTest, EveryFormatIsSavedCleanAndUprightByTheKeyboard) {
     EXPECT_EQ(runProgram({"compare", "-metric", "AE", saved, byCommand, "null:"}).errors, "0");
   }
   EXPECT_EQ(runs(), before + 1) << "what was filtered once is written five times";
-}
-
-TEST_F(ExportingTest, AKillWhileWritingLeavesTheOldFileAndNoLitter) {
-  // Its file takes its time to be written.
-  const std::string large = folder.file("large.ppm");
-  runProgram({"convert", "-size", "5400x4200", "tile:" + fileOf(KnownPhoto()), large});
-  ASSERT_TRUE(open(large));
-  const ScratchFolder target;
-  const std::string old = target.file("result.bmp");
-  testing_support::writeFile(old, "an older picture");
-
-  // The file is being written while the program has something open in its folder that has bytes
-  // but no name there yet. It stands still while it is looked at, and goes on for a moment only.
-  const auto pid = static_cast<pid_t>(program().process().pid());
-  const auto isWriting = [&] {
-    ::kill(pid, SIGSTOP);
-    std::error_code gone;
-    const fs::path descriptors = "/proc/" + std::to_string(pid) + "/fd";
-    for (const auto& entry : fs::directory_iterator(descriptors, gone)) {
-      const std::string name = fs::read_symlink(entry.path(), gone).string();
-      if (!name.starts_with(target.path().string() + "/")) continue;
-      struct stat status {};
-      if (::stat(entry.path().c_str(), &status) == 0 && status.st_size > 0) return true;
-    }
-    ::kill(pid, SIGCONT);
-    return false;
-  };
-  key("ctrl+s");
-  ASSERT_TRUE(program().confirmSavePanel(old, {}, true));
-  const bool wasWriting = waitUntil(isWriting, milliseconds(1));
-  program().process().kill();
-  ASSERT_TRUE(wasWriting);
-
-  EXPECT_EQ(testing_support::contentsOf(old), "an older picture");
-  EXPECT_THAT(namesIn(program().temporaryFolder()), testing::Not(IsEmpty()));
-  program().start();
-  ASSERT_TRUE(program().hasWindow());
-  EXPECT_THAT(target.names(), testing::ElementsAre("result.bmp"));
-  for (const std::string& name : namesIn(program().temporaryFolder())) {
-    EXPECT_THAT(name, testing::HasSubstr("-" + std::to_string(program().process().pid()) + "-"));
-  }
 }
 
 TEST_F(ExportingTest, AFullDiskIsToldOfAndTheProgramGoesOn) {

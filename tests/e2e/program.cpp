@@ -97,18 +97,12 @@ bool Program::saveByKeyboard(const std::string& path, const std::string& format)
   return confirmSavePanel(path, format);
 }
 
-bool Program::confirmSavePanel(const std::string& path, const std::string& format,
-                               bool replaces) const {
+bool Program::confirmSavePanel(const std::string& path, const std::string& format) const {
   if (!display_.waitForActive("Save Image")) return false;
   display_.keys({"ctrl+a"});
   display_.type(path);
   if (!format.empty()) display_.keys({"Tab", "Tab", "Tab", format});
-  const std::string panel = display_.activeWindow();
   display_.keys({"Return"});
-  if (replaces) {
-    if (!waitUntil([&] { return display_.activeWindow() != panel; })) return false;
-    display_.keys({"alt+y"});
-  }
   return display_.waitForActive("Save Image", false);
 }
 

@@ -39,9 +39,8 @@ class Program {
   /// Asks for the save panel by the keyboard and confirms it with a path. A letter chooses the
   /// format whose name begins with it.
   bool saveByKeyboard(const std::string& path, const std::string& format = {}) const;
-  /// Confirms the save panel that is shown; "yes" to whether the file that is there is replaced.
-  bool confirmSavePanel(const std::string& path, const std::string& format = {},
-                        bool replaces = false) const;
+  /// Confirms the save panel that is shown.
+  bool confirmSavePanel(const std::string& path, const std::string& format = {}) const;
   /// Whether the keyboard is the main window's: no sheet or alert is shown.
   bool waitForMainWindow(bool isActive = true) const;
 

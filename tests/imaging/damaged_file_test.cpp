@@ -123,13 +123,15 @@ TEST(LyingFileTest, HarmlessFaultsAreForgiven) {
   EXPECT_FALSE(isRead(halved));
   EXPECT_TRUE(isRead("P4 16 2\nabcd")) << "not a byte too few";
   EXPECT_FALSE(isRead("P4 16 2\nabc"));
-  // A TIFF whose pages go round, with the width in a byte.
+  // A TIFF whose pages go round, the second one with its width in a byte.
   std::string round = tiffOf(40, 20);
-  round.replace(8 + 2 + 2, 2, littleEndian(1, 2));
-  round.replace(8 + 2 + 9 * 12, 4, littleEndian(8, 4));
+  std::string second = tiffOf(30, 10).substr(8, 2 + 9 * 12) + littleEndian(8, 4);
+  second.replace(2 + 2, 2, littleEndian(1, 2));
+  round.replace(8 + 2 + 9 * 12, 4, littleEndian(round.size(), 4));
+  round += second;
   writeFile(folder.file("round.tif"), round);
   EXPECT_THAT(readRepresentationSizes(folder.file("round.tif")).value(),
-              testing::ElementsAre(RepresentationSize{40, 20}));
+              testing::ElementsAre(RepresentationSize{40, 20}, RepresentationSize{30, 10}));
 }
 
 TEST(RefusedFileTest, SaysWhatIsWrong) {

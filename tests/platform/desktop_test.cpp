@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QByteArray>
-
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -41,18 +39,6 @@ TEST(TrashTest, KnowsTheTextsPrefixAndTheDesktopsFolders) {
   // The user's name is not lowered, so one with capitals never matches.
   places.loginUser = "Ada";
   EXPECT_FALSE(isInTrash("/Users/Ada/.Trash/a.jpg", places));
-}
-
-TEST(TrashTest, UsesTheSystemsOwnFacts) {
-  const ScratchFolder folder;
-  const QByteArray before = qgetenv("XDG_DATA_HOME");
-  qputenv("XDG_DATA_HOME", folder.path().c_str());
-  const std::string photo = folder.file("Trash/files/a.jpg");
-  const TrashPlaces places = trashPlacesFor(photo);
-  EXPECT_TRUE(isInTrash(photo, places));
-  EXPECT_FALSE(isInTrash(folder.file("a.jpg"), places));
-  EXPECT_TRUE(photo.starts_with(places.volumeRoot)) << places.volumeRoot;
-  qputenv("XDG_DATA_HOME", before);
 }
 
 TEST(PanelNamesTest, AlwaysEndInAnAllowedExtension) {

@@ -92,18 +92,6 @@ TEST_P(TimerTest, CallsAreCancelledByContextAndByKey) {
   EXPECT_THAT(calls, ElementsAre("one hide", "two crop", "kept"));
 }
 
-TEST_P(TimerTest, AnActionMayMakeAndCancelCalls) {
-  int context = 0;
-  timers().after(&context, "first", Seconds(0), [&] {
-    timers().cancel(&context);
-    timers().after(&context, "second", Seconds(0), note("second"));
-    calls.emplace_back("first");
-  });
-  timers().after(&context, "dropped", Seconds(0.001), note("dropped"));
-  pass(0.020);
-  EXPECT_THAT(calls, ElementsAre("first", "second"));
-}
-
 TEST(DispatchTest, MainQueueRunsInOrderOnTheMainThread) {
   std::vector<int> order;
   QEventLoop loop;

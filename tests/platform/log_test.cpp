@@ -53,16 +53,6 @@ TEST(LogFileTest, StandardErrorMovesToTheEndOfTheFile) {
   EXPECT_THAT(log, Not(HasSubstr("LogPath")));
 }
 
-TEST(LogFileTest, AFileThatCannotBeOpenedLeavesStandardErrorAlone) {
-  const ScratchFolder home;
-  writeFile(home.file("Library"), "");
-  internal::CaptureStderr();
-  EXPECT_EQ(redirectStandardErrorToLogFile(home.path().string(), "V"),
-            home.file("Library/Logs/V.log"));
-  logLine("still here");
-  EXPECT_THAT(internal::GetCapturedStderr(), HasSubstr("still here\n"));
-}
-
 // In a process of its own, since it gives its standard error away.
 TEST(LogTest, AFileThatHasBecomeTooLongIsPutAwayAndOneIsKept) {
   const ScratchFolder home;

@@ -72,19 +72,6 @@ TEST_F(NotificationCenterTest, ChangesDuringADeliveryTakeEffectAtOnceOrNextTime)
   EXPECT_THAT(calls, ElementsAre("killer", "killer", "added"));
 }
 
-TEST_F(NotificationCenterTest, AHandlerMayPostAndMayEndItself) {
-  auto token = std::make_shared<NotificationCenter::Token>();
-  *token = center.addObserver("outer", [&, token](const Notification&) {
-    center.post("inner");
-    calls.emplace_back("outer");
-    token->reset();
-  });
-  center.addObserver(owner, "inner", note("inner"));
-  center.post("outer");
-  center.post("outer");
-  EXPECT_THAT(calls, ElementsAre("inner", "outer"));
-}
-
 TEST_F(NotificationCenterTest, TokensAndOwnersMayOutliveTheCentre) {
   auto shortLived = std::make_unique<NotificationCenter>();
   auto token = shortLived->addObserver("a", note("token"));

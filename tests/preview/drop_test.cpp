@@ -148,6 +148,7 @@ TEST_F(DropViewsTest, OnlyImagesMayEnter) {
     const std::string what = row.files.empty() ? "nothing" : row.files.front();
     for (FileDraggingView* view : views()) {
       view->setHighlighted(!row.isAccepted);  // A refused drag takes an earlier ring away.
+      EXPECT_TRUE(view->acceptDrops());
       EXPECT_EQ(enter(*view, *data) != Qt::IgnoreAction, row.isAccepted) << what;
       EXPECT_EQ(view->isHighlighted(), row.isAccepted && view == &ringing) << what;
     }

@@ -22,19 +22,6 @@ namespace {
 using testing_support::ManualTime;
 using testing_support::rendered;
 
-TEST(WindowEdgeTest, StripsCoverTheWholeBorderAndNothingElse) {
-  const QSize size(200, 120);
-  const auto strips = edgeStrips(size, 5, 12);
-  for (int y = 0; y < size.height(); ++y) {
-    for (int x = 0; x < size.width(); ++x) {
-      int covers = 0;
-      for (const auto& strip : strips) covers += strip.rect.contains(x, y) ? 1 : 0;
-      const bool onBorder = x < 5 || y < 5 || x >= 195 || y >= 115;
-      ASSERT_TRUE(covers == 1 || (covers == 0 && !onBorder)) << x << " " << y;
-    }
-  }
-}
-
 class AppStoreWindowTest : public testing::Test {
  protected:
   AppStoreWindowTest() {

@@ -100,19 +100,6 @@ TEST_F(IMGButtonClickTest, OnlyAReleaseInsideOrOnTheBorderIsAClick) {
   }
 }
 
-TEST_F(IMGButtonClickTest, StaysDisabledAfterAClickUntilItsOwnerEnablesIt) {
-  button.enableImmediately = false;
-  click();
-  click();
-  EXPECT_FALSE(button.isEnabled());
-  EXPECT_EQ(button.state(), 1);
-  EXPECT_EQ(statesInAction.size(), 1U);
-  button.setEnabled(true);
-  press();
-  release({-5, -5});
-  EXPECT_TRUE(button.isEnabled()) << "a release outside enables it in any case";
-}
-
 TEST_F(IMGButtonClickTest, InertAndDisabledButtonsSwallowTheClick) {
   button.setActionMask(kSendsOnNothing);
   click();

@@ -32,23 +32,6 @@ ImageButtonFields withTitle(const char* title) {
   return fields;
 }
 
-TEST(ImageButtonTest, CapsKeepTheirWidthAndTheMiddleIsStretched) {
-  const struct {
-    QRectF bounds;
-    double start, end;
-    QRectF expected[3];
-  } rows[] = {{{5, 7, 100, 30}, 10, 20, {{5, 7, 10, 30}, {15, 7, 70, 30}, {85, 7, 20, 30}}},
-              {{0, 0, 36, 36}, 0, 36, {{0, 0, 0, 36}, {0, 0, 0, 36}, {0, 0, 36, 36}}},
-              {{0, 0, 25, 10}, 20, 20, {{0, 0, 20, 10}, {20, 0, 0, 10}, {20, 0, 5, 10}}},
-              {{0, 0, 15, 10}, 20, 20, {{0, 0, 15, 10}, {15, 0, 0, 10}, {15, 0, 0, 10}}}};
-  for (const auto& row : rows) {
-    const ThreePartRects rects = threePartRects(row.bounds, row.start, row.end);
-    EXPECT_EQ(rects.start, row.expected[0]) << row.start;
-    EXPECT_EQ(rects.middle, row.expected[1]) << row.start;
-    EXPECT_EQ(rects.end, row.expected[2]) << row.start;
-  }
-}
-
 TEST(ImageButtonTest, OnlyTheFirstSeparatorBreaksTheTitle) {
   const char* const rows[][3] = {{"Save", " ", "Save"},         {"A b c", " ", "A\nb c"},
                                  {"a--b--c", "--", "a\nb--c"},  {" lead", " ", "\nlead"},
@@ -104,24 +87,6 @@ TEST(ImageButtonTest, TheSizeIsSearchedInLucidaGrandeAndDrawnInTheSystemFont) {
   EXPECT_EQ(fields.dictNoM.font.size, 20);
   EXPECT_EQ(fields.sizeNoM, QSizeF(80, 40));
   EXPECT_EQ(fields.rectTextNoM, QRectF(5, -5, 90, 20)) << "moved up: the text is taller";
-  // Bold 20 needs its flag and a title between 200 and 245 wide.
-  const struct {
-    double width;
-    bool makeBold, isBold;
-  } rows[] = {{200, true, false},
-              {200.5, true, true},
-              {244.5, true, true},
-              {245, true, false},
-              {220, false, false}};
-  for (const auto& row : rows) {
-    fields.makeBoldFont = row.makeBold;
-    layoutTitle(fields, {0, 0, 400, 30}, false, [&](const QString&, const TitleFont& font) {
-      return font.size > 10 ? QSizeF(row.width, 21.0) : QSizeF(10.0, 10.0);
-    });
-    EXPECT_EQ(fields.dictNoM.font, row.isBold ? TitleFont({Face::kLucidaGrande, 20, true})
-                                              : TitleFont({Face::kSystem, 10, false}))
-        << row.width << row.makeBold;
-  }
 }
 
 TEST(ImageButtonTest, TwoLinesWinOnlyByArea) {
@@ -141,24 +106,6 @@ TEST(ImageButtonTest, TwoLinesWinOnlyByArea) {
   EXPECT_EQ(chooseTitle(fields, true).rect, QRectF(0, 0, 10, 10));
   fields.oTitle = QStringLiteral("Wo\nrd");
   EXPECT_TRUE(canBreakTitle(fields));
-}
-
-TEST(ImageButtonTest, TheOlderFormCentresByTheHeightFoundAndBreaksTheTitle) {
-  ImageButtonFields fields = withTitle("Save");
-  fields.rectText = {3, 4, 50, 60};
-  EXPECT_EQ(layoutTitleOlder(fields, QStringLiteral("Save"), {500, 500}, blockFont),
-            TextAttributes());
-  EXPECT_EQ(layoutTitleOlder(fields, QStringLiteral("Save"), {5, 3}, blockFont).font.size, 4);
-  EXPECT_EQ(fields.rectText, QRectF(3, 4, 50, 60)) << "the text is higher than the rectangle";
-  EXPECT_EQ(layoutTitleOlder(fields, QStringLiteral("Save"), {40, 30}, blockFont),
-            (TextAttributes{{Face::kSystem, 20, false}, Qt::red, false, true}));
-  EXPECT_EQ(fields.rectText, QRectF(3, 9, 50, 20));
-  PaintedImages images;
-  IMGButton button(nullptr, images);
-  button.setText(QStringLiteral("Save As"));
-  button.isMultiLine = true;
-  EXPECT_TRUE(button.getAttributesForRect(QRectF(0, 0, 60, 40)).wordWraps);
-  EXPECT_EQ(button.text(), QStringLiteral("Save\nAs"));
 }
 
 constexpr QRgb kWhite = 0xffffffffU;
@@ -237,38 +184,6 @@ TEST_P(IMGButtonPaintTest, EachStateHasItsImagesAndCapsKeepTheirWidth) {
   button.imgOffState_Md = QStringLiteral("off1");
   EXPECT_EQ(at(0), part(3, 20)) << "without caps the middle fills the bounds";
   EXPECT_EQ(at(59), part(3, 20));
-}
-
-TEST_P(IMGButtonPaintTest, TheTitleHasTheStatesColourAndStaysInsideItsMargins) {
-  button.setButtonsImages({}, {}, {}, {}, {}, {}, {}, {}, {});
-  button.resize(80, 30);
-  button.setText(QStringLiteral("Save"));
-  button.colorOffState = Qt::red;
-  button.colorOnState = Qt::blue;
-  for (const int state : {0, 1}) {
-    button.setState(state);
-    const QImage image = rendered(button, scale());
-    int ink = 0;
-    int strong = 0;
-    for (int y = 0; y < image.height(); ++y) {
-      for (int x = 0; x < image.width(); ++x) {
-        const QColor pixel = image.pixelColor(x, y);
-        if (pixel.rgb() == kWhite) continue;
-        ASSERT_TRUE(QRect(5, 5, 70, 20).contains(x / scale(), y / scale())) << x << "," << y;
-        const int excess = pixel.red() - pixel.blue();
-        ++ink;
-        strong += (state == 0 ? excess : -excess) > 100 ? 1 : 0;
-      }
-    }
-    EXPECT_GT(ink, 50);
-    EXPECT_GT(strong, 10) << state;
-  }
-  button.activateWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&button));
-  button.clearFocus();
-  const QImage without = rendered(button, scale());
-  button.setFocus(Qt::TabFocusReason);
-  EXPECT_NE(rendered(button, scale()), without) << "the keyboard's focus shows";
 }
 
 }  // namespace

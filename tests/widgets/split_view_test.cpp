@@ -197,27 +197,6 @@ TEST_F(SplitViewTest, IndicesOfNoDividerAndReplacedDelegatesAreHarmless) {
   EXPECT_EQ(position(), 50) << "without a delegate the subviews share the room";
 }
 
-TEST_F(SplitViewTest, AnimatedMovesTakeAQuarterSecondAndEaseAtBothEnds) {
-  splitView.setDelegate(nullptr);
-  splitView.setSubviewCount(3);
-  splitView.setFrame(QRect(0, 0, 312, 100));  // Three subviews of 100.
-  splitView.setPositions({60, 250, 7}, {0, 1, 9});
-  EXPECT_EQ(position(), 100);
-  const double eased[] = {95, 80, 65};
-  for (const double expected : eased) {
-    time.advance(0.0625);
-    EXPECT_NEAR(position(), expected, 4);
-    EXPECT_TRUE(splitView.isAnimating());
-  }
-  time.advance(0.08);
-  EXPECT_EQ(splitView.subviewFrames().frames,
-            (std::vector<QRectF>{{0, 0, 60, 100}, {66, 0, 184, 100}, {256, 0, 56, 100}}));
-  EXPECT_EQ(time.pending(), 0U);
-  splitView.setPosition(400, 0, true);  // Beyond its neighbours: no length becomes negative.
-  time.advance(0.3);
-  EXPECT_EQ(splitView.subviewFrames().extent(1), 0);
-}
-
 TEST_F(SplitViewTest, DrawsHairlinesABandAndAGripAtBothScales) {
   splitView.setPosition(100, 0);
   picture.setStyleSheet(QStringLiteral("background: white"));

@@ -82,19 +82,6 @@ TEST_F(LaunchTest, EveryLaunchReportsAnewButNotForWhoeverAsksForNoTracking) {
   }
 }
 
-// What waits for the service ends with the delegate, whose end waits for nothing.
-TEST_F(LaunchTest, ASilentServiceHoldsUpNeitherTheStartNorTheEnd) {
-  std::atomic<int> asked = 0;
-  const RecordingServer server(testing_support::silent(kReportEnd, asked));
-  environment.addresses.trackingService = server.url();
-  launch();
-  EXPECT_TRUE(delegate().windowMain()->isVisible());
-  ASSERT_TRUE(waitUntil([&] { return asked == 1; }));
-  EXPECT_FALSE(isGlobalQueueIdle());
-  end();
-  EXPECT_TRUE(waitUntil(isGlobalQueueIdle));
-}
-
 TEST_F(LaunchTest, TheMenusCommandsAreTheDelegates) {
   launch();
   std::vector<std::string> posted;
@@ -138,33 +125,6 @@ int runApplicationLoop(const std::function<void()>& act) {
   QObject::connect(&stillRunning, &QTimer::timeout, [] { QApplication::exit(kGoesOn); });
   stillRunning.start(100);
   return QApplication::exec();
-}
-
-TEST_F(LaunchTest, TheScreenFillsItsPlaceInTheWindow) {
-  launch();
-  AppStoreWindow& window = *delegate().windowMain();
-  EXPECT_EQ(window.objectName(), "windowMain");
-  auto* container = window.findChild<QWidget*>("mainScreenView");
-  EXPECT_EQ(window.contentView(), container);
-  MainWindowController& controller = *delegate().myWindowController();
-  MainScreenViewController* screen = controller.viewController();
-  EXPECT_EQ(screen->objectName(), "MainScreenViewController");
-  EXPECT_EQ(controller.property("viewController").value<QObject*>(), screen);
-  for (const QSize& size : {window.minimumSize(), window.minimumSize() + QSize(37, 23)}) {
-    window.setMaximumSize(size);
-    window.resize(size);
-    QApplication::processEvents();
-    EXPECT_EQ(screen->geometry(), container->rect());
-    // All of the window but its border is the menu bar, the title bar and the screen.
-    EXPECT_EQ(screen->mapTo(&window, screen->rect().bottomRight()),
-              window.rect().bottomRight() - QPoint(1, 1));
-  }
-  int announced = 0;
-  QObject::connect(&controller, &MainWindowController::viewControllerChanged, &controller,
-                   [&] { ++announced; });
-  controller.changeViewController(0);
-  EXPECT_EQ(announced, 1);
-  EXPECT_EQ(screen->representedObject, 3) << "title bar, content, bottom bar";
 }
 
 TEST_F(LaunchTest, EndsWithItsWindowUnlessSavingFails) {

@@ -143,59 +143,31 @@ TEST_F(DataStoreTest, SaysOnceWhyThereIsNoStoreAndGoesOnWithout) {
   }
 }
 
-TEST_F(DataStoreTest, AnswersWhetherTheProgramMayEnd) {
-  struct Case {
-    const char* name;
-    bool isUsed, isChanged, isEdited, isBlocked, isMended;
-    int answer;
-    TerminateReply reply;
-  };
-  constexpr auto kNow = TerminateReply::kNow;
-  constexpr auto kCancel = TerminateReply::kCancel;
-  const Case cases[] = {
-      {"never used", false, false, false, false, false, 0, kNow},
-      {"nothing changed", true, false, false, false, false, 0, kNow},
-      {"saved", true, true, false, false, false, 0, kNow},
-      {"an edit that cannot be committed", true, true, true, false, false, 0, kCancel},
-      {"Quit anyway goes on", true, true, false, true, false, 0, kCancel},
-      {"Cancel ends", true, true, false, true, false, 1, kNow},
-      {"mended", true, true, false, true, true, 0, kCancel}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    clear();
-    log.clear();
-    alerts.answers = {c.answer};
-    canMend = c.isMended;
-    DataStore store(setup);
-    if (c.isUsed) store.managedObjectContext();
-    if (c.isChanged) store.managedObjectContext()->insertObject(kNote);
-    if (c.isEdited) store.managedObjectContext()->objectDidBeginEditing([] { return false; });
-    if (c.isBlocked) blockSaving();
-    EXPECT_EQ(store.applicationShouldTerminate(), c.reply);
-    EXPECT_EQ(alerts.shown.size(), c.isBlocked && !c.isMended ? 1U : 0U);
-    EXPECT_EQ(errors.size(), c.isBlocked ? 1U : 0U);
-    EXPECT_EQ(fs::is_regular_file(file()), c.isChanged && !c.isBlocked && !c.isEdited);
-    for (const Alert& alert : alerts.shown) {
-      EXPECT_EQ(alert.messageText, "Could not save changes while quitting. Quit anyway?");
-      EXPECT_THAT(alert.buttons, ElementsAre("Quit anyway", "Cancel"));
-    }
-    if (!c.isEdited) continue;
-    // Saving goes on without it.
-    store.saveAction();
-    EXPECT_FALSE(store.managedObjectContext()->hasChanges());
-    EXPECT_THAT(
-        log.lines(),
-        ElementsAre("AppDelegate:applicationShouldTerminate: unable to commit editing to terminate",
-                    "AppDelegate:saveAction: unable to commit editing before saving"));
-  }
-}
-
-TEST_F(DataStoreTest, ACommittedEditIsOver) {
+// The answers to the question of whether to go without saving are the delegate's affair.
+TEST_F(DataStoreTest, AnEditOrAMendedFaultKeepsTheProgramFromEnding) {
   DataStore store(setup);
+  EXPECT_EQ(store.applicationShouldTerminate(), TerminateReply::kNow) << "never used";
+  store.managedObjectContext()->insertObject(kNote);
   int asked = 0;
-  store.managedObjectContext()->objectDidBeginEditing([&] { return ++asked == 2; });
-  for (int i = 0; i < 4; ++i) store.saveAction();
-  EXPECT_EQ(asked, 2);
+  store.managedObjectContext()->objectDidBeginEditing([&] { return ++asked == 3; });
+  EXPECT_EQ(store.applicationShouldTerminate(), TerminateReply::kCancel);
+  EXPECT_FALSE(fs::exists(file()));
+  // Saving goes on without it.
+  store.saveAction();
+  EXPECT_FALSE(store.managedObjectContext()->hasChanges());
+  EXPECT_THAT(
+      log.lines(),
+      ElementsAre("AppDelegate:applicationShouldTerminate: unable to commit editing to terminate",
+                  "AppDelegate:saveAction: unable to commit editing before saving"));
+  for (int i = 0; i < 3; ++i) store.saveAction();
+  EXPECT_EQ(asked, 3) << "an edit that was committed is over";
+  fs::remove(file());
+  blockSaving();
+  store.managedObjectContext()->insertObject({"Tag", {}});
+  canMend = true;
+  EXPECT_EQ(store.applicationShouldTerminate(), TerminateReply::kCancel);
+  EXPECT_EQ(errors.size(), 1U);
+  EXPECT_TRUE(alerts.shown.empty());
 }
 
 }  // namespace

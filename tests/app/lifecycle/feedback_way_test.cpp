@@ -109,34 +109,6 @@ TEST_F(FeedbackWayTest, FromTheMenuToTheService) {
   EXPECT_THAT(request, Not(HasSubstr("long ago")));
 }
 
-TEST_F(FeedbackWayTest, AFailedUploadEndsSilently) {
-  const RecordingServer server(
-      answering(kEnvelopeEnd, "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nok"));
-  launchWith(server);
-  fillAndSubmit(openForm(), "text");
-  ASSERT_TRUE(waitUntil([&] { return delegate().uploadsUnderWay() == 0; }));
-  QApplication::processEvents();
-  EXPECT_TRUE(alerts.shown.empty());
-}
-
-TEST_F(FeedbackWayTest, TheFormMayBeOpenedAgainWhileAnUploadRuns) {
-  std::atomic<int> read = 0;
-  const RecordingServer server(silent(kEnvelopeEnd, read));
-  launchWith(server);
-  fillAndSubmit(openForm(), "first");
-  fillAndSubmit(openForm(), "second");
-  EXPECT_EQ(delegate().uploadsUnderWay(), 2U);
-  ASSERT_TRUE(waitUntil([&] { return read == 2; }));
-  FeedbackWindowController& form = openForm();
-  EXPECT_EQ(part<QPlainTextEdit>(form, "txtViewFBExp").toPlainText(), "");
-  part<QAbstractButton>(form, "linkSendFeedback").click();
-  // The end, with the form open, uploads under way and a report being gathered.
-  end();
-  EXPECT_TRUE(waitUntil(isGlobalQueueIdle)) << "nothing waits for the service";
-  QApplication::processEvents();
-  EXPECT_EQ(thanks(), 0);
-}
-
 // As this program is built when no addresses are given.
 TEST_F(FeedbackWayTest, WithoutAServiceTheReportBecomesAFileAndHelpAPageOfOurs) {
   environment.addresses = configuredAddresses();

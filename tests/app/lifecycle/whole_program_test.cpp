@@ -5,6 +5,7 @@
 #include <QProcess>
 
 #include <atomic>
+#include <filesystem>
 
 #include "app/lifecycle/launch_fixture.h"
 
@@ -20,6 +21,15 @@ TEST(WholeProgramTest, EndsWithARequestUnderWay) {
   const testing_support::RecordingServer tracking(
       testing_support::silent(testing_support::kReportEnd, reports));
   const testing_support::ScratchFolder home;
+  // What an earlier one was writing when it was killed.
+  QProcess killed;
+  killed.start("true", {});
+  const std::string half = ".velmara-" + std::to_string(killed.processId()) + "-0badcafe.tmp";
+  ASSERT_TRUE(killed.waitForFinished());
+  testing_support::writeFile(home.file(half), "half of it");
+  std::filesystem::create_directories(home.file(".local/share/velmara/unfinished"));
+  std::filesystem::create_symlink(home.file(half),
+                                  home.file(".local/share/velmara/unfinished/" + half));
   QProcess program;
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   environment.insert("HOME", QString::fromStdString(home.path().string()));
@@ -30,6 +40,7 @@ TEST(WholeProgramTest, EndsWithARequestUnderWay) {
   program.setProcessEnvironment(environment);
   program.start(VELMARA_WHOLE_PROGRAM, {QString::fromStdString(tracking.url())});
   EXPECT_TRUE(QTest::qWaitFor([&] { return reports == 1; }, 20'000));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !std::filesystem::exists(home.file(half)); }, 20'000));
   program.write("c");
   ASSERT_TRUE(program.waitForFinished(10'000));
   const std::string terminal = program.readAllStandardError().toStdString();

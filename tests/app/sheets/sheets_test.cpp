@@ -1,26 +1,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QComboBox>
-#include <QImage>
 #include <QLabel>
 #include <QPushButton>
-#include <QSignalSpy>
-#include <QSlider>
 #include <QTest>
 
 #include <functional>
-#include <set>
 #include <string>
-#include <vector>
 
-#include "app/sheets/export_options_view.h"
 #include "app/sheets/page_dots.h"
 #include "app/sheets/save_changes_sheet.h"
-#include "app/sheets/tip_picture.h"
 #include "app/sheets/tips_sheet.h"
-#include "platform/panels.h"
-#include "widgets/desktop_panels.h"
 
 namespace velmara {
 namespace {
@@ -76,34 +66,6 @@ TEST_F(SheetsTest, TheQuestionGivesEveryAnswerAndStaysUpUntilItIsTaken) {
   EXPECT_GE(header.height(), 5 * header.fontMetrics().lineSpacing());
 }
 
-TEST_F(SheetsTest, TheOptionsLiveInTheSavePanel) {
-  ExportOptionsView view;
-  QSignalSpy chosen(&view, &ExportOptionsView::selectFormat);
-  view.setTitles({"JPEG (*.jpg)", "PNG (*.png)"});
-  view.setTitles({"PNG (*.png)", "JPEG (*.jpg)", "GIF (*.gif)"});
-  view.setQualityShown(false);
-  auto& popup = part<QComboBox>(view, "btnPopupFileFormat");
-  auto& slider = part<QSlider>(view, "sliderExportQuality");
-  EXPECT_EQ(popup.count(), 3);
-  EXPECT_EQ(popup.currentIndex(), 0);
-  {
-    SavePanelOptions options;
-    options.allowedFileTypes = {"png", "jpeg", "gif"};
-    options.accessoryView = &view;
-    DesktopPanels panels(&window);
-    const auto panel = panels.beginSavePanel(options, [](const std::string&) {});
-    EXPECT_TRUE(popup.isVisible() && !slider.isVisible());
-    popup.setFocus();
-    QTest::keyClick(&popup, Qt::Key_Down);
-    ASSERT_EQ(chosen.count(), 1);
-    EXPECT_EQ(chosen.front().front().toInt(), 1);
-    view.setQualityShown(true);
-    EXPECT_TRUE(slider.isVisible());
-    panel->cancel();
-  }
-  EXPECT_EQ(view.parentWidget(), nullptr);
-}
-
 TEST_F(SheetsTest, TipsPageByEveryKeyAndButton) {
   TipsSheet sheet(&window);
   sheet.showTipsScreen();
@@ -140,24 +102,6 @@ TEST_F(SheetsTest, TipsPageByEveryKeyAndButton) {
   EXPECT_EQ(sheet.selectedIndex(), 0);
   press(sheet, Qt::Key_Escape)();
   EXPECT_FALSE(sheet.isVisible());
-}
-
-TEST_F(SheetsTest, EveryTipHasItsPictureAndItsTextFits) {
-  TipsSheet sheet(&window);
-  sheet.showTipsScreen();
-  auto& text = part<QLabel>(sheet, "lblTipText");
-  std::vector<QImage> pictures;
-  std::set<QString> titles;
-  for (int page = 0; page < 5; ++page) {
-    ASSERT_EQ(sheet.selectedIndex(), page);
-    EXPECT_LE(text.heightForWidth(text.width()), text.height()) << page;
-    titles.insert(part<QLabel>(sheet, "lblTipTitle").text());
-    const QImage image = sheet.findChild<TipPicture*>()->grab().toImage();
-    EXPECT_THAT(pictures, testing::Not(testing::Contains(image))) << page;
-    pictures.push_back(image);
-    sheet.btnNextpageTapped();
-  }
-  EXPECT_EQ(titles.size(), 5U);
 }
 
 }  // namespace
