@@ -245,6 +245,7 @@ TEST_F(AlertTest, StandsInTheMiddleOfItsWindowAndItsTextsAreNeverCut) {
       EXPECT_GE(label->height(), label->heightForWidth(label->width()));
       EXPECT_TRUE(dialog.rect().contains(label->geometry()));
     }
+    EXPECT_LE(dialog.width(), window.width()) << "words of any length are broken";
     EXPECT_EQ(dialog.findChildren<QLabel*>()[1]->textFormat(), Qt::PlainText);
     dialog.close();
   });

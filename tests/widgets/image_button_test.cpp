@@ -89,25 +89,6 @@ TEST(ImageButtonTest, TheSizeIsSearchedInLucidaGrandeAndDrawnInTheSystemFont) {
   EXPECT_EQ(fields.rectTextNoM, QRectF(5, -5, 90, 20)) << "moved up: the text is taller";
 }
 
-TEST(ImageButtonTest, TwoLinesWinOnlyByArea) {
-  ImageButtonFields fields = withTitle("Two words");
-  fields.mTitle = QStringLiteral("Two\nwords");
-  fields.rectTextNoM = {0, 0, 10, 10};
-  fields.rectTextM = {0, 5, 10, 10};
-  fields.sizeNoM = {40, 10};
-  fields.sizeM = {20, 20};
-  EXPECT_EQ(chooseTitle(fields, false).text, fields.oTitle);
-  fields.sizeM = {20, 20.5};
-  EXPECT_EQ(chooseTitle(fields, false).text, fields.mTitle);
-  EXPECT_EQ(chooseTitle(fields, true).rect, QRectF(1, 6, 10, 10));
-  // A title of one word has no second layout, and does not move when it is pressed.
-  fields.oTitle = QStringLiteral("Word");
-  EXPECT_EQ(chooseTitle(fields, true).text, QStringLiteral("Word"));
-  EXPECT_EQ(chooseTitle(fields, true).rect, QRectF(0, 0, 10, 10));
-  fields.oTitle = QStringLiteral("Wo\nrd");
-  EXPECT_TRUE(canBreakTitle(fields));
-}
-
 constexpr QRgb kWhite = 0xffffffffU;
 const QRgb kYellow = QColor(Qt::yellow).rgb();
 

@@ -12,6 +12,7 @@
 
 #include "app/app_delegate.h"
 #include "app/main_window_controller.h"
+#include "engine/denoise_algo_implementation.h"
 #include "platform/dispatch.h"
 #include "platform/user_defaults.h"
 #include "support/recorded_log.h"
@@ -21,20 +22,6 @@
 #include "widgets/app_store_window.h"
 
 namespace velmara::testing_support {
-
-/// No test here opens a photo.
-class IdleEngine final : public DenoiseEngine {
- public:
-  Image denoise(const Image& image, const FilterParameters& /*parameters*/,
-                const RunWatch& /*watch*/) const override {
-    return image;
-  }
-  double psnr(const Image& /*image*/) const override { return 0.0; }
-  std::int64_t processingSpeed(const Image& /*image*/, const FilterParameters& /*parameters*/,
-                               JobControl* /*control*/) const override {
-    return 1;
-  }
-};
 
 inline constexpr std::string_view kReportEnd = "}";
 inline constexpr std::string_view kEnvelopeEnd = "</soap:Envelope>";
@@ -78,7 +65,7 @@ class LaunchTest : public testing::Test {
   int logged(std::string_view beginning) const { return log_.find(beginning); }
 
   ScratchFolder home;
-  IdleEngine engine;
+  const AlgorithmEngine engine{DenoiseAlgoImplementation::sharedInstance()};
   ScriptedAlerts alerts;
   ScriptedPanels panels;
   RecordingWorkspace workspace;
