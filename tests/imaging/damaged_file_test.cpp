@@ -121,8 +121,10 @@ TEST(LyingFileTest, HarmlessFaultsAreForgiven) {
   EXPECT_TRUE(isRead(stuffed));
   EXPECT_TRUE(isRead(whole + std::string(5000, 'x')));
   EXPECT_FALSE(isRead(halved));
-  EXPECT_TRUE(isRead("P4 16 2\nabcd")) << "not a byte too few";
+  EXPECT_TRUE(isRead("P4\t16\t2\nabcd")) << "not a byte too few";
   EXPECT_FALSE(isRead("P4 16 2\nabc"));
+  ASSERT_TRUE(convert({"-size", "700x300", "xc:red"}, folder.file("wide.gif")));
+  EXPECT_TRUE(readImage(folder.file("wide.gif"))) << "not a pixel too few";
   // A TIFF whose pages go round, the second one with its width in a byte.
   std::string round = tiffOf(40, 20);
   std::string second = tiffOf(30, 10).substr(8, 2 + 9 * 12) + littleEndian(8, 4);

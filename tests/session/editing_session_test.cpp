@@ -133,7 +133,9 @@ TEST_F(RunTest, AutomaticModeIsLeftByTheSliderOnly) {
   session->btnSoftModeAction();
   EXPECT_EQ(session->flagDenoiseModeSelected(), 0U);
   finish();
-  // A manual run leaves its mapping for later ones, until the screen is built anew.
+  // A manual run leaves its mapping for later ones, until the screen is built anew; the second file
+  // is written without a run.
+  for (const char* name : {"a.png", "b.png"}) save(name);
   EXPECT_EQ(session->manualMapping(), (ManualMapping{3.0F, 0.5F, 2.0F, 0.8F}));
   EXPECT_EQ(session->getSigmaTresholdParamDictForPSNR(30.0, false, 2, 10), (SigmaThreshold{8, 7}));
 
@@ -145,6 +147,9 @@ TEST_F(RunTest, AutomaticModeIsLeftByTheSliderOnly) {
   EXPECT_EQ(session->txtCustomDenoiseVal(), "Strength 4 of 10");
   session->setupAdjustParamView();
   EXPECT_EQ(session->manualMapping(), ManualMapping{});
+  level(3.0);
+  session->btnAutoModeTapped(false);
+  EXPECT_TRUE(session->isAutoModeOn()) << "never off by its own button";
 }
 
 TEST_F(RunTest, DeepTakesThePlaceOfTheFilterUntilItIsSwitchedOff) {

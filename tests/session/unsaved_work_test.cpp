@@ -108,6 +108,7 @@ constexpr const char* kTable[][3] = {
     {"a;zoom", "save", "a, unsaved"},
     {"a;zoom", "close", "a, asked, unsaved"},
     {"a;zoom", "stop", "a, unsaved"},
+    {"a;zoom;open bad", "Don't Save", "-, told"},
     // One that is in a file.
     {"a;save;confirm;finish", "open", "b, unsaved, written"},
     {"a;save;confirm;finish", "open bad", "a, written, told"},
