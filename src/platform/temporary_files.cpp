@@ -6,6 +6,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <filesystem>
@@ -27,16 +28,26 @@ namespace fs = std::filesystem;
 constexpr std::string_view kDirectoryPrefix = "velmara-";
 constexpr std::string_view kUnfinishedPrefix = ".velmara-";
 
-// The number of the process stands in the names it makes up, so that a later one knows what has
-// been left behind.
-std::string ownName(std::string_view prefix, std::string_view rest) {
-  return std::string(prefix).append(std::to_string(::getpid())).append("-").append(rest);
+// Machines may share these folders, and the number of a process means something on its own only.
+std::string machinePrefix(std::string_view prefix) {
+  char host[256] = {};
+  if (::gethostname(host, sizeof host - 1) != 0) host[0] = '\0';
+  std::string name(host);
+  std::replace(name.begin(), name.end(), '/', '_');
+  return std::string(prefix).append(name).append("@");
 }
 
-// Whether a name was made with that prefix by a process that is gone.
+// The machine and the number of the process stand in the names it makes up, so that a later one
+// knows what has been left behind.
+std::string ownName(std::string_view prefix, std::string_view rest) {
+  return machinePrefix(prefix).append(std::to_string(::getpid())).append("-").append(rest);
+}
+
+// Whether a name was made with that prefix by a process of this machine that is gone.
 bool isLeftBehind(std::string_view name, std::string_view prefix) {
-  if (!name.starts_with(prefix)) return false;
-  name.remove_prefix(prefix.size());
+  const std::string here = machinePrefix(prefix);
+  if (!name.starts_with(here)) return false;
+  name.remove_prefix(here.size());
   pid_t owner = 0;
   const auto [end, failure] = std::from_chars(name.data(), name.data() + name.size(), owner);
   const bool wellFormed = failure == std::errc() && end != name.data() + name.size() && *end == '-';

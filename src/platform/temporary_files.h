@@ -5,8 +5,9 @@
 namespace velmara {
 
 /// The process's own temporary directory, ending in "/": made on first use with mode 0700 inside
-/// the system's temporary directory, removed at the end of the process. What processes of ours that
-/// are gone left there is removed when it is made. Empty if it cannot be made. Any thread.
+/// the system's temporary directory, removed at the end of the process. What processes of ours on
+/// this machine that are gone left there is removed when it is made. Empty if it cannot be made.
+/// Any thread.
 const std::string& temporaryDirectory();
 
 /// Removes it now, for a process that ends without its usual clean-up.
@@ -31,8 +32,8 @@ class UnfinishedFile {
   std::string note_;
 };
 
-/// Removes the unfinished files of processes that are gone. One on a medium that is not there is
-/// left for another time. Any thread.
+/// Removes the unfinished files of this machine's processes that are gone. One on a medium that is
+/// not there is left for another time. Any thread.
 void removeUnfinishedFiles();
 
 }  // namespace velmara

@@ -52,6 +52,25 @@ bool writeAll(int fd, std::span<const std::uint8_t> bytes) {
   return true;
 }
 
+/// Renames a file to a name that is free; false with errno set on failure.
+bool moveToFree(const std::string& from, const std::string& to) {
+  const unsigned onlyIfFree = RENAME_NOREPLACE;
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), onlyIfFree) == 0) return true;
+  if (errno != EINVAL && errno != ENOSYS) return false;
+  // Network file systems know no such renaming, but second names, which replace nothing either.
+  if (::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), 0) == 0) {
+    ::unlink(from.c_str());
+    return true;
+  }
+  // Nor those: all that is left is to look first.
+  struct stat there {};
+  if (errno == EEXIST || ::lstat(to.c_str(), &there) == 0) {
+    errno = EEXIST;
+    return false;
+  }
+  return ::rename(from.c_str(), to.c_str()) == 0;
+}
+
 /// The bytes on their way into a folder, under no name where the file system can do that (then not
 /// even a killed process leaves anything behind), else under a hidden one.
 class PendingFile {
@@ -75,9 +94,8 @@ class PendingFile {
       named_ = true;
     }
     if (!file_.close()) return false;
-    const unsigned flags = mayReplace ? 0U : static_cast<unsigned>(RENAME_NOREPLACE);
     const std::string& name = temporary_->path();
-    named_ = ::renameat2(AT_FDCWD, name.c_str(), AT_FDCWD, target.c_str(), flags) != 0;
+    named_ = mayReplace ? ::rename(name.c_str(), target.c_str()) != 0 : !moveToFree(name, target);
     return !named_;
   }
 

@@ -1,11 +1,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <cstddef>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
+#include <initializer_list>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <signal.h>
 #include <string>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -63,12 +71,65 @@ TEST(AtomicFileTest, ARefusedWriteLeavesNothingBehind) {
   EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
+// From here on the system answers as on a network drive: no file without a name, no renaming only
+// to a name that is free, and second names only if it has them.
+void moveToANetworkDrive(bool hasLinks) {
+  struct Refusal {
+    unsigned call, argument, bits, error;
+  };
+  std::vector<sock_filter> program;
+  for (const Refusal& each : {Refusal{SYS_openat, 2, O_TMPFILE & ~O_DIRECTORY, EOPNOTSUPP},
+                              Refusal{SYS_renameat2, 4, ~0U, EINVAL},
+                              Refusal{SYS_linkat, 0, hasLinks ? 0 : ~0U, EPERM}}) {
+    const auto argument =
+        static_cast<unsigned>(offsetof(seccomp_data, args) + sizeof(__u64) * each.argument);
+    program.insert(program.end(), {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                                   BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, each.call, 0, 3),
+                                   BPF_STMT(BPF_LD | BPF_W | BPF_ABS, argument),
+                                   BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, each.bits, 0, 1),
+                                   BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | each.error)});
+  }
+  program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+  const sock_fprog all{static_cast<unsigned short>(program.size()), program.data()};
+  ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+  if (::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &all) != 0) ::_exit(99);
+}
+
+TEST(AtomicFileTest, NetworkDrivesTakeFilesToo) {
+  for (const bool hasLinks : {true, false}) {
+    const ScratchFolder folder;
+    writeFile(folder.file("old"), "old");
+    writeFile(folder.file("kept"), "kept");
+    const pid_t child = ::fork();
+    if (child == 0) {
+      moveToANetworkDrive(hasLinks);
+      const bool isWell = createFile(folder.file("new"), bytesOf("new")) &&
+                          replaceFile(folder.file("old"), bytesOf("newer")) &&
+                          createFile(folder.file("kept"), bytesOf("lost")).error() != "";
+      ::_exit(isWell ? 0 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0) << hasLinks;
+    EXPECT_THAT(folder.names(), testing::UnorderedElementsAre("new", "old", "kept"));
+    EXPECT_EQ(contentsOf(folder.file("new")) + contentsOf(folder.file("old")), "newnewer");
+    EXPECT_EQ(contentsOf(folder.file("kept")), "kept");
+  }
+}
+
+// What the name of a process' file begins with, on this machine or another.
+std::string ownedBy(pid_t process, std::string host = "") {
+  char name[256] = {};
+  if (host.empty() && ::gethostname(name, sizeof name - 1) == 0) host = name;
+  return "velmara-" + host + "@" + std::to_string(process) + "-";
+}
+
 TEST(TemporaryDirectoryTest, IsPrivateAndOursAlone) {
   const std::string& directory = temporaryDirectory();
   ASSERT_FALSE(directory.empty());
   EXPECT_EQ(directory.back(), '/');
   EXPECT_EQ(modeOf(directory), 0700U);
-  EXPECT_THAT(directory, HasSubstr(std::to_string(::getpid())));
+  EXPECT_THAT(directory, HasSubstr(ownedBy(::getpid())));
 }
 
 // What a killed process left is taken away by the next one; what a living one uses is not.
@@ -77,9 +138,10 @@ TEST(TemporaryDirectoryTest, RemovesWhatDeadProcessesLeft) {
   const pid_t gone = ::fork();
   if (gone == 0) ::_exit(0);
   ::waitpid(gone, nullptr, 0);
-  const std::string dead = "velmara-" + std::to_string(gone) + "-abcdef";
-  const std::string living = "velmara-" + std::to_string(::getppid()) + "-abcdef";
-  for (const auto& name : {dead, living, std::string("velmara-notes"), std::string("other")}) {
+  const std::string dead = ownedBy(gone) + "abcdef";
+  const std::string living = ownedBy(::getppid()) + "abcdef";
+  const std::string elsewhere = ownedBy(gone, "other-host") + "abcdef";
+  for (const auto& name : {dead, living, elsewhere, std::string("velmara-notes")}) {
     std::filesystem::create_directory(base.path() / name);
   }
   const std::string program = std::filesystem::read_symlink("/proc/self/exe").string();
@@ -87,7 +149,7 @@ TEST(TemporaryDirectoryTest, RemovesWhatDeadProcessesLeft) {
       runProgram({"env", "TMPDIR=" + base.path().string(), program,
                   "--gtest_filter=TemporaryDirectoryTest.IsPrivate*", "--gtest_brief=1"});
   ASSERT_EQ(next.exitCode, 0) << next.output;
-  EXPECT_THAT(base.names(), testing::UnorderedElementsAre(living, "velmara-notes", "other"));
+  EXPECT_THAT(base.names(), testing::UnorderedElementsAre(living, elsewhere, "velmara-notes"));
 }
 
 // Runs something in a process that is killed before it can tidy up; its number.
@@ -146,13 +208,17 @@ TEST_F(UnfinishedFileTest, GoesOnceItsProcessIsGone) {
 
 TEST_F(UnfinishedFileTest, ANoteOfAnythingElseIsNotBelieved) {
   const pid_t gone = killedWhile([] {});
-  const std::string name = ".velmara-" + std::to_string(gone) + "-0badcafe.tmp";
+  const std::string name = "." + ownedBy(gone) + "0badcafe.tmp";
   fs::create_directories(notes_);
   writeFile(photos_.file("precious.jpg"), "a photo");
   fs::create_symlink(photos_.file("precious.jpg"), notes_ / name);
+  // Machines may share the folder of notes; the numbers of their processes tell nothing here.
+  const std::string elsewhere = "." + ownedBy(gone, "other-host") + "0badcafe.tmp";
+  writeFile(photos_.file(elsewhere), "half of it");
+  fs::create_symlink(photos_.file(elsewhere), notes_ / elsewhere);
   writeFile((notes_ / "readme").string(), "no link");
   removeUnfinishedFiles();
-  EXPECT_THAT(photos_.names(), testing::UnorderedElementsAre("card", "precious.jpg"));
+  EXPECT_THAT(photos_.names(), testing::UnorderedElementsAre("card", "precious.jpg", elsewhere));
 }
 
 TEST_F(UnfinishedFileTest, NeedsNoNote) {
