@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <string>
@@ -28,11 +29,14 @@ using End = BatchOutcome::End;
 class DenoiseCommand {
  public:
   DenoiseCommand(const DenoiseOptions& options, std::vector<BatchPhoto> photos)
-      : options_(options), photos_(std::move(photos)), targets_(photos_, options.naming) {}
+      : options_(options),
+        photos_(std::move(photos)),
+        own_(partOf(options, photos_.size())),
+        targets_(photos_, options.naming) {}
 
   int run(const PhotoJobServices& services) {
     BatchRequest request;
-    for (const BatchPhoto& photo : photos_) request.photos.push_back(photo.path);
+    for (const std::size_t place : own_) request.photos.push_back(photos_[place].path);
     request.job = [this](std::size_t) { return job(); };
     request.target = [this](std::size_t index, const LoadedPhoto& photo) {
       return target(index, photo);
@@ -63,7 +67,13 @@ class DenoiseCommand {
   }
 
   Result<BatchTarget> target(std::size_t index, const LoadedPhoto& photo) {
-    auto target = targets_.target(index, photo);
+    // As if one worker did them all, in their order.
+    const std::size_t place = own_[index];
+    for (; nextNamed_ < place; ++nextNamed_) {
+      const bool isOwn = std::binary_search(own_.begin(), own_.end(), nextNamed_);
+      if (!isOwn) targets_.leaveToOthers(nextNamed_);
+    }
+    auto target = targets_.target(place, photo);
     if (!target || !options_.comparison) return target;
     if (Status allowed = targets_.check(*options_.comparison); !allowed) {
       return Error{allowed.error()};
@@ -80,10 +90,10 @@ class DenoiseCommand {
     told.reason = taken ? outcome.reason : taken.error();
     if (told.end == End::failed) ++failures_;
     report.fault = told.end == End::failed ? told.reason : std::string();
-    report.text = textOf(photos_[index].path, taken ? outcome : told);
+    report.text = textOf(photos_[own_[index]].path, taken ? outcome : told);
     waiting_[index] = std::move(report);
     while (!waiting_.empty() && waiting_.begin()->first == nextTold_) {
-      tell(photos_[nextTold_++].path, waiting_.begin()->second);
+      tell(photos_[own_[nextTold_++]].path, waiting_.begin()->second);
       waiting_.erase(waiting_.begin());
     }
   }
@@ -135,9 +145,12 @@ class DenoiseCommand {
   }
 
   const DenoiseOptions& options_;
+  /// All workers' photos, and the places of this one's among them.
   const std::vector<BatchPhoto> photos_;
+  const std::vector<std::size_t> own_;
   BatchTargets targets_;
   std::map<std::size_t, Report> waiting_;
+  std::size_t nextNamed_ = 0;
   std::size_t nextTold_ = 0;
   int failures_ = 0;
 };
@@ -158,7 +171,7 @@ int run(const DenoiseOptions& options) {
   removeUnfinishedFiles();
   bool isWhole = true;
   auto photos = photosOf(options, isWhole);
-  if (photos && photos->empty() && isWhole && !options.part) {
+  if (photos && photos->empty() && isWhole) {
     photos = Error{"there are no photos to be read"};
   }
   if (!photos) {

@@ -1,12 +1,14 @@
 #include "cli/photo_list.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <sstream>
 #include <system_error>
+#include <utility>
 
 #include "cli/terminal.h"
 
@@ -49,13 +51,13 @@ Result<std::vector<BatchPhoto>> photosOf(const DenoiseOptions& options, bool& is
     isWhole = false;
     std::fprintf(stderr, "velmara: %s: %s\n", folder.c_str(), reason.c_str());
   };
-  std::vector<BatchPhoto> photos = findPhotos(search, tell, cancelledByInterrupt());
-  if (!options.part) return photos;
-  std::vector<BatchPhoto> own;
-  const auto [number, parts] = *options.part;
-  for (std::size_t i = number - 1; i < photos.size(); i += parts) {
-    own.push_back(std::move(photos[i]));
-  }
+  return findPhotos(search, tell, cancelledByInterrupt());
+}
+
+std::vector<std::size_t> partOf(const DenoiseOptions& options, std::size_t photos) {
+  const auto [number, parts] = options.part.value_or(std::pair<std::size_t, std::size_t>(1, 1));
+  std::vector<std::size_t> own;
+  for (std::size_t i = number - 1; i < photos; i += parts) own.push_back(i);
   return own;
 }
 

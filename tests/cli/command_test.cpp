@@ -279,6 +279,36 @@ TEST_F(CommandTest, WorkersShareATreeAndPickUpWhereOthersStopped) {
   EXPECT_TRUE(std::filesystem::exists(folder.file("out/5/in-denoised.png")));
 }
 
+TEST_F(CommandTest, AWorkerKnowsWhatTheOthersWrite) {
+  for (const char* name : {"tree/a", "tree/b", "both"}) {
+    std::filesystem::create_directories(folder.path() / name);
+  }
+  photoIn(folder, "tree/a/1.png");
+  photoIn(folder, "tree/b/1.png");
+  photoIn(folder, "both/x.jpg");
+  const std::string kept = contentsOf(photoIn(folder, "both/x.png"));
+  const struct {
+    std::vector<std::string> words;
+    std::string fault, result;
+  } rows[] = {
+      {{"tree", "--part", "1/2", "--output-dir", "out"}, "", "out/1-denoised.png"},
+      {{"tree", "--part", "2/2", "--output-dir", "out"}, "two photos would be written to", ""},
+      {{"tree", "--part", "2/2", "--output-dir", "n", "--name-pattern", "{number}"}, "", "n/2.png"},
+      {{"both", "--part", "1/2", "--force", "--format", "png", "--name-pattern", "{name}"},
+       "an input is never replaced",
+       ""},
+  };
+  for (auto row : rows) {
+    row.words.insert(row.words.begin(), {"denoise", "-r"});
+    if (row.words[5] != "--force") row.words.emplace_back("--skip-existing");
+    const auto result = velmara(row.words, folder);
+    EXPECT_EQ(result.exitCode, row.fault.empty() ? 0 : 1) << result.output;
+    EXPECT_THAT(result.errors, HasSubstr(row.fault));
+    EXPECT_TRUE(row.result.empty() || std::filesystem::exists(folder.file(row.result)));
+  }
+  EXPECT_TRUE(contentsOf(folder.file("both/x.png")) == kept);
+}
+
 TEST_F(CommandTest, OddNamesAreJustNames) {
   for (const std::string name : {"with space.png", "quote\"'s.png", "line\nend.png",
                                  "b\xff\xfe.png", "-dash.png", "bracket[1].png", "p%ercent.png"}) {

@@ -102,4 +102,10 @@ Result<BatchTarget> BatchTargets::target(std::size_t index, const LoadedPhoto& p
   return BatchTarget{output, naming_.existing == Existing::skip};
 }
 
+void BatchTargets::leaveToOthers(std::size_t index) {
+  const BatchPhoto& photo = photos_[index];
+  const auto format = formatForPath(photo.path);
+  promised_.insert(onlyNameOf(namedOutput(photo, index, photos_.size(), format, naming_).path));
+}
+
 }  // namespace velmara

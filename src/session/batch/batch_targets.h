@@ -58,6 +58,9 @@ class BatchTargets {
   /// The target of a photo, asked before the work of making its contents is done. Makes the folder
   /// it needs.
   Result<BatchTarget> target(std::size_t index, const LoadedPhoto& photo);
+  /// Leaves a photo to another program at work on the same ones. The name that its result gets
+  /// there, as far as the photo's own name tells, is given to no later one here.
+  void leaveToOthers(std::size_t index);
   /// Whether another path may be written, with the reasons of a target.
   Status check(const std::string& path) const;
 
