@@ -33,7 +33,9 @@ def share_of_array(environment):
     if "SLURM_ARRAY_TASK_ID" not in environment:
         return None
     task, count, first, last, step = (
-        int(environment["SLURM_ARRAY_TASK_" + name]) for name in ("ID", "COUNT", "MIN", "MAX", "STEP"))
+        int(environment["SLURM_ARRAY_TASK_" + name])
+        for name in ("ID", "COUNT", "MIN", "MAX", "STEP")
+    )
     if first + step * (count - 1) != last:
         sys.exit("denoise_tree.py: an array with gaps in its numbers leaves photos out; say --part")
     return f"{(task - first) // step + 1}/{count}"
@@ -54,7 +56,8 @@ def work(folder, words):
     share = share or "1/1"
     folder.mkdir(parents=True, exist_ok=True)
     # A name of its own for each run: what an earlier one of the same share told still counts.
-    name = f"{share.replace('/', '-of-')}.{time.time_ns()}.{socket.gethostname()}.{os.getpid()}.jsonl"
+    run = f"{time.time_ns()}.{socket.gethostname()}.{os.getpid()}"
+    name = f"{share.replace('/', '-of-')}.{run}.jsonl"
     command = [os.environ.get("VELMARA", "velmara"), "denoise", "--json", "--skip-existing", *words]
     with open(folder / name, "x", encoding="utf-8") as lines:
         child = subprocess.Popen(command, stdout=lines)
@@ -78,7 +81,7 @@ def told_in(file):
 
 
 def share_done(told):
-    """Whether a worker came to its end. With exit code 1 and no photo failed it did not find all."""
+    """Whether a worker came to its end; with exit code 1 and no photo failed it saw not all."""
     code = next((each["exit"] for each in told if "exit" in each), None)
     return code == 0 or code == 1 and any(each.get("result") == "failed" for each in told)
 

@@ -1,4 +1,5 @@
 # The Debian 12 packages this project needs, sourced by the scripts beside it.
+# shellcheck shell=bash disable=SC2034
 
 # To build and run the program.
 PACKAGES_RUN="
@@ -50,6 +51,7 @@ PACKAGES_CI="
   doxygen
   flatpak-builder
   git
+  shellcheck
 "
 
 # To make the package, and to judge it.

@@ -309,6 +309,26 @@ TEST_F(CommandTest, AWorkerKnowsWhatTheOthersWrite) {
   EXPECT_TRUE(contentsOf(folder.file("both/x.png")) == kept);
 }
 
+TEST_F(CommandTest, TheScriptTakesTheShareOfAnArrayAndSumsUp) {
+  std::filesystem::create_directories(folder.path() / "tree");
+  photoIn(folder, "tree/a.png");
+  writeFile(folder.file("tree/b.png"), "no picture");
+  const auto script = [&](std::vector<std::string> words, const std::string& task = "2") {
+    words.insert(words.begin(),
+                 {"env", "VELMARA=" VELMARA_PROGRAM, "SLURM_ARRAY_TASK_ID=" + task,
+                  "SLURM_ARRAY_TASK_COUNT=2", "SLURM_ARRAY_TASK_MIN=2", "SLURM_ARRAY_TASK_MAX=4",
+                  "SLURM_ARRAY_TASK_STEP=2", "python3", VELMARA_TOOLS "/denoise_tree.py"});
+    return runProgram(words, folder.path().string());
+  };
+  const auto summary = [&] { return script({"--summary", "lines"}).output; };
+  EXPECT_EQ(script({"lines", "tree"}, "4").exitCode, 1);
+  writeFile(folder.file("lines/1-of-2.killed.jsonl"), R"({"path":"tree/a.png","resu)");
+  EXPECT_THAT(summary(), AllOf(HasSubstr("0 written, 0 there before, 1 failed\ntree/b.png: it is"),
+                               HasSubstr("\nshare 1/2: not done"), Not(HasSubstr("2/2"))));
+  EXPECT_EQ(script({"lines", "tree"}).exitCode, 0);
+  EXPECT_THAT(summary(), AllOf(StartsWith("1 written"), Not(HasSubstr("share"))));
+}
+
 TEST_F(CommandTest, OddNamesAreJustNames) {
   for (const std::string name : {"with space.png", "quote\"'s.png", "line\nend.png",
                                  "b\xff\xfe.png", "-dash.png", "bracket[1].png", "p%ercent.png"}) {

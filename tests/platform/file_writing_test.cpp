@@ -16,6 +16,7 @@
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include "platform/temporary_files.h"
@@ -71,52 +72,6 @@ TEST(AtomicFileTest, ARefusedWriteLeavesNothingBehind) {
   EXPECT_THAT(folder.names(), ElementsAre("a"));
 }
 
-// From here on the system answers as on a network drive: no file without a name, no renaming only
-// to a name that is free, and second names only if it has them.
-void moveToANetworkDrive(bool hasLinks) {
-  struct Refusal {
-    unsigned call, argument, bits, error;
-  };
-  std::vector<sock_filter> program;
-  for (const Refusal& each : {Refusal{SYS_openat, 2, O_TMPFILE & ~O_DIRECTORY, EOPNOTSUPP},
-                              Refusal{SYS_renameat2, 4, ~0U, EINVAL},
-                              Refusal{SYS_linkat, 0, hasLinks ? 0 : ~0U, EPERM}}) {
-    const auto argument =
-        static_cast<unsigned>(offsetof(seccomp_data, args) + sizeof(__u64) * each.argument);
-    program.insert(program.end(), {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-                                   BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, each.call, 0, 3),
-                                   BPF_STMT(BPF_LD | BPF_W | BPF_ABS, argument),
-                                   BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, each.bits, 0, 1),
-                                   BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | each.error)});
-  }
-  program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
-  const sock_fprog all{static_cast<unsigned short>(program.size()), program.data()};
-  ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-  if (::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &all) != 0) ::_exit(99);
-}
-
-TEST(AtomicFileTest, NetworkDrivesTakeFilesToo) {
-  for (const bool hasLinks : {true, false}) {
-    const ScratchFolder folder;
-    writeFile(folder.file("old"), "old");
-    writeFile(folder.file("kept"), "kept");
-    const pid_t child = ::fork();
-    if (child == 0) {
-      moveToANetworkDrive(hasLinks);
-      const bool isWell = createFile(folder.file("new"), bytesOf("new")) &&
-                          replaceFile(folder.file("old"), bytesOf("newer")) &&
-                          createFile(folder.file("kept"), bytesOf("lost")).error() != "";
-      ::_exit(isWell ? 0 : 1);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0) << hasLinks;
-    EXPECT_THAT(folder.names(), testing::UnorderedElementsAre("new", "old", "kept"));
-    EXPECT_EQ(contentsOf(folder.file("new")) + contentsOf(folder.file("old")), "newnewer");
-    EXPECT_EQ(contentsOf(folder.file("kept")), "kept");
-  }
-}
-
 // What the name of a process' file begins with, on this machine or another.
 std::string ownedBy(pid_t process, std::string host = "") {
   char name[256] = {};
@@ -162,6 +117,49 @@ pid_t killedWhile(const Work& work) {
   }
   ::waitpid(child, nullptr, 0);
   return child;
+}
+
+// From here on the system answers as on a network drive: no file without a name, no renaming only
+// to a name that is free, and second names only if it has them.
+void moveToANetworkDrive(bool hasLinks) {
+  struct Refusal {
+    unsigned call, argument, bits, error;
+  };
+  std::vector<sock_filter> program;
+  for (const Refusal& each : {Refusal{SYS_openat, 2, O_TMPFILE & ~O_DIRECTORY, EOPNOTSUPP},
+                              Refusal{SYS_renameat2, 4, ~0U, EINVAL},
+                              Refusal{SYS_linkat, 0, hasLinks ? 0 : ~0U, EPERM}}) {
+    const auto argument =
+        static_cast<unsigned>(offsetof(seccomp_data, args) + sizeof(__u64) * each.argument);
+    program.insert(program.end(), {BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+                                   BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, each.call, 0, 3),
+                                   BPF_STMT(BPF_LD | BPF_W | BPF_ABS, argument),
+                                   BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, each.bits, 0, 1),
+                                   BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | each.error)});
+  }
+  program.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+  const sock_fprog all{static_cast<unsigned short>(program.size()), program.data()};
+  ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+  if (::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &all) != 0) ::_exit(99);
+}
+
+TEST(AtomicFileTest, NetworkDrivesTakeFilesToo) {
+  for (const bool hasLinks : {true, false}) {
+    const ScratchFolder folder;
+    writeFile(folder.file("old"), "old");
+    writeFile(folder.file("kept"), "kept");
+    killedWhile([&] {
+      moveToANetworkDrive(hasLinks);
+      const bool isTold = createFile(folder.file("new"), bytesOf("new")) &&
+                          replaceFile(folder.file("old"), bytesOf("newer")) &&
+                          !createFile(folder.file("kept"), bytesOf("lost"));
+      if (!isTold) writeFile(folder.file("told wrongly"), "");
+    });
+    EXPECT_THAT(folder.names(), testing::UnorderedElementsAre("new", "old", "kept")) << hasLinks;
+    for (const auto& [name, text] : {std::pair("new", "new"), {"old", "newer"}, {"kept", "kept"}}) {
+      EXPECT_EQ(contentsOf(folder.file(name)), text) << hasLinks;
+    }
+  }
 }
 
 class UnfinishedFileTest : public testing::Test {
