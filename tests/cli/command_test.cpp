@@ -314,10 +314,11 @@ TEST_F(CommandTest, TheScriptTakesTheShareOfAnArrayAndSumsUp) {
   photoIn(folder, "tree/a.png");
   writeFile(folder.file("tree/b.png"), "no picture");
   const auto script = [&](std::vector<std::string> words, const std::string& task = "2") {
-    words.insert(words.begin(),
-                 {"env", "VELMARA=" VELMARA_PROGRAM, "SLURM_ARRAY_TASK_ID=" + task,
-                  "SLURM_ARRAY_TASK_COUNT=2", "SLURM_ARRAY_TASK_MIN=2", "SLURM_ARRAY_TASK_MAX=4",
-                  "SLURM_ARRAY_TASK_STEP=2", "python3", VELMARA_TOOLS "/denoise_tree.py"});
+    words.insert(
+        words.begin(),
+        {"env", std::string("VELMARA=") + VELMARA_PROGRAM, "SLURM_ARRAY_TASK_ID=" + task,
+         "SLURM_ARRAY_TASK_COUNT=2", "SLURM_ARRAY_TASK_MIN=2", "SLURM_ARRAY_TASK_MAX=4",
+         "SLURM_ARRAY_TASK_STEP=2", "python3", std::string(VELMARA_TOOLS) + "/denoise_tree.py"});
     return runProgram(words, folder.path().string());
   };
   const auto summary = [&] { return script({"--summary", "lines"}).output; };
