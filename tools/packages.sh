@@ -20,6 +20,7 @@ PACKAGES_RUN="
   ninja-build
   pkg-config
   qt6-base-dev
+  qt6-l10n-tools
 "
 
 # To build and run the tests too: the test framework, and independent tools that make and judge
@@ -38,7 +39,6 @@ PACKAGES_TEST="
   openbox
   openssl
   python3
-  qt6-l10n-tools
   x11-utils
   xdotool
   xvfb

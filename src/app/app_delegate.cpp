@@ -10,12 +10,14 @@
 #include <string>
 #include <utility>
 
+#include "app/batch/batch_window.h"
 #include "app/main_window_controller.h"
 #include "imaging/image_reader.h"
 #include "platform/dispatch.h"
 #include "platform/log.h"
 #include "platform/temporary_files.h"
 #include "platform/timer.h"
+#include "session/batch/batch_list.h"
 #include "widgets/app_store_window.h"
 
 namespace velmara {
@@ -55,15 +57,19 @@ void AppDelegate::applicationDidFinishLaunching() {
   mutArrAppsList.assign(kAppsList.begin(), kAppsList.end());
 }
 
+PhotoJobServices AppDelegate::jobServices() {
+  return {environment_.engine, mainQueue(), globalQueue(),
+          [](const std::string& line) { logLine(line); },
+          [this] {
+            auto image = readImage(environment_.bundle.pathForResource("noisy.png"));
+            return image ? std::move(image).value() : Image();
+          }};
+}
+
 // It begins with an empty list of photos.
 void AppDelegate::makeSession() {
   session_ = std::make_unique<EditingSession>(EditingServices{
-      .jobs = {environment_.engine, mainQueue(), globalQueue(),
-               [](const std::string& line) { logLine(line); },
-               [this] {
-                 auto image = readImage(environment_.bundle.pathForResource("noisy.png"));
-                 return image ? std::move(image).value() : Image();
-               }},
+      .jobs = jobServices(),
       .timers = eventLoopTimers(),
       .alerts = environment_.alerts,
       .defaults = environment_.defaults,
@@ -95,6 +101,7 @@ void AppDelegate::openMainWindow() {
         .saveAsTapped = [this] { saveAsTapped(); },
         .showFeedback = [this] { showFeedback(); },
         .showVMPHelp = [this] { showVMPHelp(); },
+        .showBatch = [this] { showBatch(); },
     });
     connect(windowMain(), &AppStoreWindow::windowWillClose, this,
             [this] { handleWindowClose(windowMain()); });
@@ -164,11 +171,20 @@ void AppDelegate::handleWindowClose_Main(QObject* window) {
 void AppDelegate::terminateApp() {
   if (isTerminating_) return;
   isTerminating_ = true;
+  if (!mayLeaveBatch()) {
+    stay();
+    return;
+  }
   if (applicationShouldTerminate() == TerminateReply::kNow) {
     applicationWillTerminate();
     QCoreApplication::exit(0);
     return;
   }
+  stay();
+}
+
+// Without its window the program could not be reached.
+void AppDelegate::stay() {
   isTerminating_ = false;
   if (windowMain() != nullptr && !windowMain()->isVisible()) windowController_->showWindow();
 }

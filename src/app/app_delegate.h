@@ -22,6 +22,8 @@ class QWidget;
 namespace velmara {
 
 class AppStoreWindow;
+class BatchList;
+class BatchWindow;
 class FeedbackWindowController;
 class MainWindowController;
 
@@ -74,6 +76,14 @@ class AppDelegate : public QObject {
   /// Opened by whoever asks it first.
   DataStore& dataStore() { return dataStore_; }
 
+  // Many photos at once, in app_delegate_batch.cpp.
+
+  /// Opens the batch window.
+  void showBatch();
+  /// Whether nothing is under way there that leaving would end; asks. If it is to be ended, that is
+  /// begun, and the application ends after it.
+  bool mayLeaveBatch();
+
   // The cross-promotion window and its messages, in app_delegate_promotion.cpp. No flow makes the
   // window; whoever does puts it and its do-not-show-again box here.
 
@@ -124,7 +134,9 @@ class AppDelegate : public QObject {
   std::shared_ptr<Tracker> tracker;
 
  private:
+  PhotoJobServices jobServices();
   void makeSession();
+  void stay();
   void trackInstall();
   bool asksForInternet();
   FeedbackUploads& uploads();
@@ -136,6 +148,8 @@ class AppDelegate : public QObject {
   std::unique_ptr<FeedbackUploads> uploads_;
   std::unique_ptr<EditingSession> session_;
   std::unique_ptr<MainWindowController> windowController_;
+  std::unique_ptr<BatchList> batch_;
+  std::unique_ptr<BatchWindow> batchWindow_;
   FeedbackWindowController* feedbackController_ = nullptr;  ///< owned by the main window
   bool isTerminating_ = false;
 };

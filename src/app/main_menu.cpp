@@ -32,6 +32,7 @@ QAction* addAction(QMenu& menu, const QString& title, const QList<QKeySequence>&
 void addFileMenu(QMenuBar& bar, const ScreenServices& services) {
   QMenu& menu = *bar.addMenu(MenuText::tr("&File"));
   addAction(menu, MenuText::tr("&Open…"), {QKeySequence("Ctrl+O")}, services.openTapped);
+  addAction(menu, MenuText::tr("&Batch Process…"), {QKeySequence("Ctrl+B")}, services.showBatch);
   addAction(menu, MenuText::tr("&Close"), {QKeySequence("Ctrl+W")}, services.closeTapped);
   menu.addSeparator();
   addAction(menu, MenuText::tr("&Save…"), {QKeySequence("Ctrl+S")}, services.saveTapped);

@@ -53,7 +53,9 @@ int runApplication(int argc, char** argv, const std::string& photo,
   // The delegate ends the program, which it may refuse.
   QApplication::setQuitOnLastWindowClosed(false);
   QTranslator translator;
-  if (translator.load(QLocale(), "velmara", "_", ":/translations")) {
+  // Who speaks none of the languages reads English, which has its plurals from a file too.
+  if (translator.load(QLocale(), "velmara", "_", ":/translations") ||
+      translator.load(":/translations/velmara_en.qm")) {
     QApplication::installTranslator(&translator);
   }
   style::apply(application);

@@ -129,13 +129,14 @@ void placeOnWindow(QWidget& dialog, const QWidget* window, bool asSheet) {
 }
 
 // A sheet that is open over the main window would cover an alert of the main window's.
-QWidget* DesktopAlerts::frontWindow() const {
-  QWidget* modal = QApplication::activeModalWidget();
-  return modal != nullptr ? modal : mainWindow_.data();
+QWidget* windowInFront(QWidget* mainWindow) {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  QWidget* active = QApplication::activeWindow();
+  return active != nullptr && active->isVisible() ? active : mainWindow;
 }
 
 int DesktopAlerts::runModal(const Alert& alert) {
-  QWidget* window = frontWindow();
+  QWidget* window = windowInFront(mainWindow_);
   // On the heap: its window, and the dialog with it, may go while the dialog waits.
   const QPointer<AlertDialog> dialog = new AlertDialog(alert, window);
   placeOnWindow(*dialog, window, false);
@@ -147,7 +148,7 @@ int DesktopAlerts::runModal(const Alert& alert) {
 }
 
 void DesktopAlerts::beginSheet(const Alert& alert, Completion completion) {
-  QWidget* window = frontWindow();
+  QWidget* window = windowInFront(mainWindow_);
   auto* dialog = new AlertDialog(alert, window);
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   placeOnWindow(*dialog, window, true);

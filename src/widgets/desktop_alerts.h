@@ -39,7 +39,7 @@ class AlertDialog : public QDialog {
   QPoint pressedAt_;
 };
 
-/// Shows alerts as dialogs of ours on the main window, or on the dialog that is open over it: modal
+/// Shows alerts as dialogs of ours on the window in front (windowInFront): modal
 /// ones in the middle of it, sheets under its upper edge. A sheet whose window is deleted is not
 /// answered any more.
 class DesktopAlerts final : public AlertPresenter {
@@ -54,10 +54,12 @@ class DesktopAlerts final : public AlertPresenter {
   void beginSheet(const Alert& alert, Completion completion) override;
 
  private:
-  QWidget* frontWindow() const;
-
   QPointer<QWidget> mainWindow_;
 };
+
+/// The window that dialogs belong on: the dialog that is open, else the window in use, else the
+/// main one.
+QWidget* windowInFront(QWidget* mainWindow);
 
 /// Moves a dialog so that it stands in the middle of a window, or in the middle of its upper third.
 void placeOnWindow(QWidget& dialog, const QWidget* window, bool asSheet);

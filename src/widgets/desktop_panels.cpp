@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "widgets/desktop_alerts.h"
+
 namespace velmara {
 namespace {
 
@@ -124,7 +126,7 @@ QString startFolder(const QStringList& folders) {
 }  // namespace
 
 void DesktopPanels::beginOpenPanel(const OpenPanelOptions& options, OpenCompletion completion) {
-  auto* dialog = new QFileDialog(mainWindow_, QString::fromStdString(options.title));
+  auto* dialog = new QFileDialog(windowInFront(mainWindow_), QString::fromStdString(options.title));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setOption(QFileDialog::DontUseNativeDialog);
   dialog->setOption(QFileDialog::ReadOnly, !options.canCreateDirectories);
@@ -154,7 +156,7 @@ void DesktopPanels::beginOpenPanel(const OpenPanelOptions& options, OpenCompleti
 
 std::shared_ptr<SavePanel> DesktopPanels::beginSavePanel(const SavePanelOptions& options,
                                                          SaveCompletion completion) {
-  auto* dialog = new SaveDialog(options, mainWindow_);
+  auto* dialog = new SaveDialog(options, windowInFront(mainWindow_));
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setDirectory(startFolder({*saveFolder_, QFile::decodeName(options.directory.c_str())}));
   QObject::connect(dialog, &QDialog::finished, dialog,

@@ -10,8 +10,8 @@
 
 namespace velmara {
 
-/// Shows the toolkit's own file dialogs on the main window. Opening and saving each remember the
-/// folder they were last left in. A panel whose window is deleted is not answered any more.
+/// Shows the toolkit's own file dialogs on the window in front. Opening and saving each remember
+/// the folder they were last left in. A panel whose window is deleted is not answered any more.
 class DesktopPanels final : public Panels {
  public:
   /// Shows panels without a window until one is set.

@@ -119,7 +119,7 @@ class ScreenTest : public testing::Test {
                        [this] { center.post(notifications::kClosePhotoFromMenuTapped); },
                        [this] { center.post(notifications::kSavePhotoFromMenuTapped); },
                        [this] { center.post(notifications::kSavePhotoFromMenuTapped); },
-                       [this] { ++feedbacks; }, [this] { ++helps; }});
+                       [this] { ++feedbacks; }, [this] { ++helps; }, [this] { ++batches; }});
     controller_->windowMain()->setGeometry(0, 0, 1220, 700);
     controller_->showWindow();
     QApplication::processEvents();
@@ -221,6 +221,7 @@ class ScreenTest : public testing::Test {
   int shownInFront = 0;
   int feedbacks = 0;
   int helps = 0;
+  int batches = 0;
 
  private:
   std::unique_ptr<EditingSession> session_;

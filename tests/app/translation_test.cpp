@@ -12,6 +12,7 @@
 
 #include <string>
 
+#include "app/batch/batch_window.h"
 #include "app/screen_fixture.h"
 #include "app/sheets/feedback_window_controller.h"
 #include "app/sheets/shortcuts_sheet.h"
@@ -152,6 +153,11 @@ TEST_F(TranslationTest, FitsInTheSheets) {
   EXPECT_GT(expectWholeTexts(shortcuts), 40);
   EXPECT_TRUE(window().geometry().contains(shortcuts.geometry()));
   shortcuts.close();
+
+  BatchList list(PhotoJobServices{engine, mainQueue(), globalQueue(), {}, {}}, timers);
+  BatchWindow batch(list, alerts, panels, workspace);
+  batch.showWindow();
+  EXPECT_GT(expectWholeTexts(batch), 10);
 }
 
 }  // namespace

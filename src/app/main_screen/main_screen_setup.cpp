@@ -115,12 +115,7 @@ void MainScreenViewController::setupToolbarImages() {
   setImages(*ui_->btnAddPhoto, "open_folder", "open_folder", "open_folder_selected",
             "open_folder_yellow_selected");
   setImages(*ui_->btnExport, "save", "save", "save_selected", QString());
-  setImages(*ui_->btnBatchProcess, QString(), QString(), QString(), QString());
-  ui_->btnBatchProcess->imgOffState_Md = QStringLiteral("batch");
-  ui_->btnBatchProcess->imgOffStateDis_Md = QStringLiteral("batch");
-  ui_->btnBatchProcess->imgOnState_Md = QStringLiteral("batch");
-  // Nothing processes batches yet: a button that does nothing would only puzzle.
-  ui_->btnBatchProcess->hide();
+  setImages(*ui_->btnBatchProcess, "batch", "batch", "batch", QString());
 
   ui_->btnSingleMode->setIconName(QStringLiteral("single_mode"));
   ui_->btnSplitMode->setIconName(QStringLiteral("split_mode"));
@@ -149,7 +144,7 @@ void MainScreenViewController::setupToolTips() {
   const ToolTip tips[] = {
       {ui_->btnAddPhoto, tr("Open Image"), "Ctrl+O"},
       {ui_->btnExport, tr("Save"), "Ctrl+S"},
-      {ui_->btnBatchProcess, tr("Batch Process"), {}},
+      {ui_->btnBatchProcess, tr("Batch Process"), "Ctrl+B"},
       {ui_->btn100Percent, tr("Actual Size"), "Ctrl+1"},
       {ui_->btn200Percent, tr("Double Size"), "Ctrl+2"},
       {ui_->btnFitScreen, tr("Fit To Screen"), "Ctrl+0"},
@@ -188,6 +183,10 @@ void MainScreenViewController::setupActions() {
   connectPlain(ui_->btnAddPhoto, &Screen::btnAddPhotoTapped);
   connectPlain(ui_->btnMinimizeWindow, &Screen::btnMinimizeWindowTapped);
   connectPlain(ui_->btnZoomWindow, &Screen::btnZoomWindowTapped);
+  connect(ui_->btnBatchProcess, &ActionButton::actionSent, this, [this] {
+    ui_->btnBatchProcess->setState(0);
+    services_.showBatch();
+  });
   EditingSession* edit = &session();
   connect(ui_->btnExport, &ActionButton::actionSent, edit,
           &EditingSession::btnExportDenoisedImageTapped);

@@ -39,6 +39,7 @@ struct ScreenServices {
   std::function<void()> saveAsTapped;
   std::function<void()> showFeedback;
   std::function<void()> showVMPHelp;
+  std::function<void()> showBatch;
 };
 
 }  // namespace velmara

@@ -134,7 +134,7 @@ Result<BatchTarget> BatchRun::targetInTurn(std::size_t index, const Result<Loade
   std::unique_lock lock(mutex_);
   const bool isCancelled = !waitFor(lock, [&] { return turn_ == index; });
   lock.unlock();
-  const auto target = [&]() -> Result<BatchTarget> {
+  auto target = [&]() -> Result<BatchTarget> {
     if (isCancelled) return Error{"cancelled"};
     if (!photo) return Error{photo.error()};
     try {

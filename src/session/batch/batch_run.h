@@ -19,6 +19,7 @@ namespace velmara {
 
 /// Where the result of one photo of a batch goes.
 struct BatchTarget {
+  /// The file and its format.
   PhotoOutput output;
   /// A file that is there is kept, and the photo with it: there is nothing to do.
   bool keepsExisting = false;
@@ -26,8 +27,10 @@ struct BatchTarget {
 
 /// What became of one photo of a batch.
 struct BatchOutcome {
+  /// Skipped: its result was there already, and was to be kept.
   enum class End { written, skipped, failed, cancelled };
 
+  /// How it ended.
   End end = End::failed;
   /// Why it failed, or was skipped, in words.
   std::string reason;
@@ -40,6 +43,7 @@ struct BatchOutcome {
 
 /// What a batch is to do. The functions are called on the batch's own threads, one at a time.
 struct BatchRequest {
+  /// Their files.
   std::vector<std::string> photos;
   /// What a photo is to go through, without the photo itself and the output.
   std::function<PhotoJobRequest(std::size_t index)> job;
@@ -58,6 +62,7 @@ struct BatchRequest {
 
 /// A photo under way.
 struct BatchProgress {
+  /// Which of the batch, how much of it is done (0.0 to 1.0), and since when it is under way.
   std::size_t index = 0;
   double progress = 0.0;
   double seconds = 0.0;
@@ -76,6 +81,7 @@ class BatchRun {
   /// While paused no photo begins; those under way go on to their end.
   void setPaused(bool isPaused);
 
+  /// The photos that are worked on at the moment.
   std::vector<BatchProgress> underWay() const;
   /// The part of all that is done, 0.0 to 1.0: each photo counts the same.
   double progress() const;

@@ -53,6 +53,7 @@ using FileIdentity = std::pair<std::uint64_t, std::uint64_t>;
 /// replacing is allowed, and none twice. Not for several threads at once.
 class BatchTargets {
  public:
+  /// For the photos of one batch, in its order.
   BatchTargets(std::vector<BatchPhoto> photos, BatchNaming naming);
 
   /// The target of a photo, asked before the work of making its contents is done. Makes the folder

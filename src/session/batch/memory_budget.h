@@ -15,6 +15,7 @@ std::int64_t usualBatchMemory();
 /// Bytes that several share. Not for several threads without a lock of the caller's.
 class MemoryBudget {
  public:
+  /// So many are to be shared.
   explicit MemoryBudget(std::int64_t bytes) : free_(bytes) {}
 
   /// Whether some bytes can be had: they are free, or nobody else has any.

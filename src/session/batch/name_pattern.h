@@ -20,6 +20,7 @@ class NamePattern {
   /// A pattern of the user's, or what is wrong with it.
   static Result<NamePattern> parse(std::string_view text);
 
+  /// As it was written.
   const std::string& text() const { return text_; }
   /// The name for a photo, the `index`th (from 0) of `count`.
   std::string nameFor(const std::string& photo, std::size_t index, std::size_t count) const;
