@@ -25,7 +25,7 @@ using testing::IsEmpty;
 using testing_support::contentsOf;
 using testing_support::ScratchFolder;
 using testing_support::writeFile;
-using End = BatchOutcome::End;
+using Ending = BatchOutcome::End;
 using Existing = BatchNaming::Existing;
 
 NamePattern pattern(const std::string& text) {
@@ -159,7 +159,7 @@ class BatchTest : public testing::Test {
       engine, mainQueue(), globalQueue(), [](const std::string&) {}, {}};
   std::unique_ptr<BatchTargets> targets;
   std::unique_ptr<BatchRun> batch;
-  std::map<std::size_t, End> ends;
+  std::map<std::size_t, Ending> ends;
   std::map<std::size_t, std::string> reasons;
 };
 
@@ -190,16 +190,20 @@ TEST_F(BatchTest, EachEndsAsItsFileAllows) {
   const std::vector<std::string> names{"a.png", "b.png", "broken.png", "c/a.png", "d.png"};
   const struct {
     Existing existing;
-    End ends[5];
+    Ending ends[5];
     bool keepsPrecious;
   } rows[] = {
-      {Existing::refuse, {End::written, End::failed, End::failed, End::failed, End::written}, true},
-      {Existing::skip, {End::skipped, End::skipped, End::failed, End::failed, End::skipped}, true},
+      {Existing::refuse,
+       {Ending::written, Ending::failed, Ending::failed, Ending::failed, Ending::written},
+       true},
+      {Existing::skip,
+       {Ending::skipped, Ending::skipped, Ending::failed, Ending::failed, Ending::skipped},
+       true},
       {Existing::rename,
-       {End::written, End::written, End::failed, End::written, End::written},
+       {Ending::written, Ending::written, Ending::failed, Ending::written, Ending::written},
        true},
       {Existing::replace,
-       {End::written, End::written, End::failed, End::failed, End::written},
+       {Ending::written, Ending::written, Ending::failed, Ending::failed, Ending::written},
        false},
   };
   for (const auto& row : rows) {
@@ -220,7 +224,7 @@ TEST_F(BatchTest, APhotoIsNeverReplacedByTheResultOfAnother) {
   prepare({"a.png", "a-denoised.png"}, {.existing = Existing::replace}, 2);
   run();
   EXPECT_THAT(reasons[0], HasSubstr("an input is never replaced"));
-  EXPECT_EQ(ends[1], End::written);
+  EXPECT_EQ(ends[1], Ending::written);
 }
 
 TEST_F(BatchTest, AsManyAtOnceAsMemoryAllows) {
@@ -266,8 +270,8 @@ TEST_F(BatchTest, ACancelledBatchLeavesNoFileOfThoseUnderWay) {
     engine.changed.notify_all();
     engine.waitFor(0);
   });
-  EXPECT_THAT(ends,
-              ElementsAre(testing::Pair(0, End::cancelled), testing::Pair(1, End::cancelled)));
+  EXPECT_THAT(
+      ends, ElementsAre(testing::Pair(0, Ending::cancelled), testing::Pair(1, Ending::cancelled)));
   EXPECT_TRUE(fs::is_empty(folder.path() / "out"));
 }
 
