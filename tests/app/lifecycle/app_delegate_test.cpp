@@ -96,7 +96,7 @@ TEST_F(LaunchTest, TheMenusCommandsAreTheDelegates) {
   }
   const QMenu& file =
       *delegate().windowMain()->findChild<QMenuBar*>()->actions().constFirst()->menu();
-  for (const int row : {0, 3, 4, 1}) file.actions()[row]->trigger();
+  for (const int row : {0, 4, 5, 2}) file.actions()[row]->trigger();
   EXPECT_THAT(
       posted,
       ElementsAre("notificationOpenPhotoFromMenuTapped", "notificationSavePhotoFromMenuTapped",

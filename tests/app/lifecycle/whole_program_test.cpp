@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QProcess>
+#include <QSysInfo>
 
 #include <atomic>
 #include <filesystem>
@@ -24,7 +25,8 @@ TEST(WholeProgramTest, EndsWithARequestUnderWay) {
   // What an earlier one was writing when it was killed.
   QProcess killed;
   killed.start("true", {});
-  const std::string half = ".velmara-" + std::to_string(killed.processId()) + "-0badcafe.tmp";
+  const std::string half = ".velmara-" + QSysInfo::machineHostName().toStdString() + "@" +
+                           std::to_string(killed.processId()) + "-0badcafe.tmp";
   ASSERT_TRUE(killed.waitForFinished());
   testing_support::writeFile(home.file(half), "half of it");
   std::filesystem::create_directories(home.file(".local/share/velmara/unfinished"));
