@@ -71,7 +71,7 @@ class BatchTest : public testing::Test {
  protected:
   // A photo large enough to be filtered.
   std::string photoIn(const std::string& name, int width = 120) {
-    const std::string path = folder.file(name);
+    std::string path = folder.file(name);
     fs::create_directories(fs::path(path).parent_path());
     const auto bytes = encodeImage(grayPicture(width, 100), nullptr, FileFormat::png);
     writeFile(path, std::string(bytes->begin(), bytes->end()));
@@ -92,6 +92,7 @@ class BatchTest : public testing::Test {
   void prepare(const std::vector<std::string>& names, BatchNaming naming, int jobs,
                std::int64_t memory = 1 << 30) {
     std::vector<BatchPhoto> photos;
+    photos.reserve(names.size());
     for (const std::string& name : names) photos.push_back({folder.file(name), {}});
     targets = std::make_unique<BatchTargets>(photos, std::move(naming));
     BatchRequest request;

@@ -107,8 +107,8 @@ OpponentPlanes slope(int width, int height) {
   auto planes = OpponentPlanes::allocate(width, height);
   for (std::size_t k = 0; k < 3; ++k) {
     for (std::size_t i = 0; i < planes->pixels(); ++i) {
-      const int x = static_cast<int>(i) % width;
-      const int y = static_cast<int>(i) / width;
+      const std::size_t x = i % static_cast<std::size_t>(width);
+      const std::size_t y = i / static_cast<std::size_t>(width);
       planes->planes[k][i] = static_cast<std::int16_t>(10000 * k + 4 * x + 300 * y);
     }
   }
@@ -136,8 +136,8 @@ TEST(SmallerPlanes, AreMeansOfFourAndGiveBackWhatTheyLost) {
   for (std::int16_t& sample : filtered.planes[2]) sample = static_cast<std::int16_t>(sample - 50);
   addEnlargedDifference(filtered, plain, planes, 0, 20);
   const OpponentPlanes before = slope(32, 32);
-  const auto added = [&](std::size_t k, int x, int y) {
-    const std::size_t i = static_cast<std::size_t>(32 * y + x);
+  const auto added = [&](std::size_t k, std::size_t x, std::size_t y) {
+    const std::size_t i = 32 * y + x;
     return planes.planes[k][i] - before.planes[k][i];
   };
   EXPECT_EQ((std::array{added(1, 7, 10), added(1, 8, 10), added(1, 9, 11), added(1, 10, 9)}),
