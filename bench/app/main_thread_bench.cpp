@@ -75,7 +75,7 @@ class Desk {
         controller_(ScreenServices{session_, mainQueue(), globalQueue(), eventLoopTimers(), center_,
                                    alerts_, panels_, workspace_, mainBundle(),
                                    [](const std::string&) {}, folder_.path().string() + "/", [] {},
-                                   [] {}, [] {}, [] {}, [] {}, [] {}}) {
+                                   [] {}, [] {}, [] {}, [] {}, [] {}, [] {}}) {
     controller_.windowMain()->resize(1220, 700);
     controller_.showWindow();
     settle();
