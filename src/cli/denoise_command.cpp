@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/residual.h"
 #include "cli/commands.h"
 #include "cli/comparison.h"
 #include "cli/denoise_report.h"
@@ -74,9 +75,9 @@ class DenoiseCommand {
       if (!isOwn) targets_.leaveToOthers(nextNamed_);
     }
     auto target = targets_.target(place, photo);
-    if (!target || !options_.comparison) return target;
-    if (Status allowed = targets_.check(*options_.comparison); !allowed) {
-      return Error{allowed.error()};
+    for (const auto& path : {options_.comparison, options_.residual}) {
+      if (!target || !path) continue;
+      if (Status allowed = targets_.promise(*path); !allowed) target = Error{allowed.error()};
     }
     return target;
   }
@@ -119,26 +120,33 @@ class DenoiseCommand {
     std::fflush(file);
   }
 
-  // What the job leaves to do: standard output and the comparison.
+  // What the job leaves to do: standard output and the pictures of what was done.
   Status takeFiles(const BatchOutcome& outcome) const {
     if (outcome.output.path.empty()) {
       if (Status written = writeToStandardOutput(outcome.job.encoded); !written) return written;
     }
-    return options_.comparison ? writeComparison(outcome.job, *options_.comparison) : Done{};
+    if (!options_.comparison && !options_.residual) return Done{};
+    const PhotoJobResult& job = outcome.job;
+    const auto shown = [&](const Image& image) {
+      return options_.isBare ? Result<Image>(image) : uprightAtFullSize(job.photo, image);
+    };
+    const auto before = shown(options_.isBare ? job.photo.image : wholePhotoToFilter(job.photo));
+    const auto after = shown(job.image);
+    if (!before || !after) return Error{(before ? after : before).error()};
+    if (options_.comparison) {
+      const Bitmap picture = sideBySide(before->bitmap(), after->bitmap());
+      Status written = writePicture(picture, before->profile(), *options_.comparison);
+      if (!written) return written;
+    }
+    if (!options_.residual) return Done{};
+    // Its samples are differences, which no profile is about.
+    return writePicture(residual(before->bitmap(), after->bitmap()), nullptr, *options_.residual);
   }
 
-  Status writeComparison(const PhotoJobResult& result, const std::string& path) const {
-    if (Status allowed = targets_.check(path); !allowed) return allowed;
-    const auto shown = [&](const Image& image) {
-      return options_.isBare ? Result<Image>(image) : uprightAtFullSize(result.photo, image);
-    };
-    const auto before =
-        shown(options_.isBare ? result.photo.image : wholePhotoToFilter(result.photo));
-    const auto after = shown(result.image);
-    if (!before || !after) return Error{(before ? after : before).error()};
-    const Bitmap picture = sideBySide(before->bitmap(), after->bitmap());
-    if (!picture.isValid()) return Error{"not enough memory for the comparison"};
-    const auto bytes = encodeImage(picture, before->profile(), FileFormat::png);
+  Status writePicture(const Bitmap& picture, const ColorProfile& profile,
+                      const std::string& path) const {
+    if (!picture.isValid()) return Error{"not enough memory for " + path};
+    const auto bytes = encodeImage(picture, profile, FileFormat::png);
     if (!bytes) return Error{bytes.error()};
     const bool mayReplace = options_.naming.existing == BatchNaming::Existing::replace;
     return mayReplace ? replaceFile(path, *bytes) : createFile(path, *bytes);

@@ -71,7 +71,8 @@ std::string denoiseText(const std::string& photo, const BatchOutcome& outcome,
          "Noise:      " + noise + "\n" +   //
          "Filter:     " + filter + "\n" +  //
          "Result:     " + target + ", " + size + "\n" +
-         "Comparison: " + options.comparison.value_or("none (--compare FILE.png)") + "\n";
+         "Comparison: " + options.comparison.value_or("none (--compare FILE.png)") + "\n" +
+         (options.residual ? "Residual:   " + *options.residual + "\n" : "");
 }
 
 std::string denoiseJson(const std::string& photo, const BatchOutcome& outcome,
@@ -84,6 +85,7 @@ std::string denoiseJson(const std::string& photo, const BatchOutcome& outcome,
     object["output"] = jsonText(shownPath(outcome.output));
   }
   if (outcome.end != End::written) return jsonLine(object);
+  if (options.residual) object["residual"] = jsonText(*options.residual);
   object["width"] = job.writtenWidth;
   object["height"] = job.writtenHeight;
   if (isMeasured(job, options)) object["psnr"] = jsonOfPsnr(double{job.psnrOfRealImage});

@@ -29,8 +29,11 @@ twice, 1 a fifth.
 --template, --search and --sigma go together and take the place of --auto and --level.
 With --bare as well the samples go to the filter as they are decoded, whatever their
 number, and come back neither turned nor with metadata: what comparing engines needs.
+--residual shows what was taken from the photo, as large and upright as the result: each
+colour is 128 + 8 x (photo - result), kept within 0 to 255, so grey is where nothing was
+taken, and edges or texture seen in it are detail that went with the noise.
 JSON: "path", "result" ("written", "skipped", "failed" or "cancelled"), "reason" of the
-last three, "output", "width" and "height" as written, "psnr" (dB, or "inf") where it was
+last three, "output", "residual" where asked for, "width" and "height" as written, "psnr" (dB, or "inf") where it was
 measured, "filter" with "sigma", "template" and "search" (not with --deep or for photos
 too small to filter), "deep" with the noise as info prints it, and "seconds" with "all"
 and each step's ("load", "measure", "choose", "filter", "turn", "encode", "write"; some
@@ -63,6 +66,7 @@ struct Parser {
   std::string output;
   std::string folder;
   std::string comparison;
+  std::string residual;
   std::string filesFrom;
   std::string part;
   std::string pattern;
@@ -139,6 +143,7 @@ struct Parser {
         ->check(CLI::IsMember(exportFormatWords()));
     command.add_option("--compare", comparison,
                        "Write a PNG with the photo left and the result right of a line");
+    command.add_option("--residual", residual, "Write a PNG of what was taken from the photo");
     auto* forceOption =
         command.add_flag("--force", isForced, "Replace output files that are there already");
     command
@@ -180,6 +185,7 @@ struct Parser {
     if (given("--output")) naming.file = output;
     if (given("--output-dir")) naming.folder = folder;
     if (given("--compare")) options.comparison = comparison;
+    if (given("--residual")) options.residual = residual;
     if (given("--format")) naming.format = exportFormatForExtension(format);
     if (given("--files-from")) options.filesFrom = filesFrom;
     if (given("--jobs")) options.jobs = jobs;
@@ -199,8 +205,9 @@ struct Parser {
     std::error_code failure;
     const bool isOnePhoto = options.inputs.size() == 1 && !options.filesFrom &&
                             !std::filesystem::is_directory(options.inputs.front(), failure);
-    if (!isOnePhoto && (naming.file || options.comparison)) {
-      return wrongUsage("-o and --compare take one photo; use --output-dir for several");
+    if (!isOnePhoto && (naming.file || options.comparison || options.residual)) {
+      return wrongUsage(
+          "-o, --compare and --residual take one photo; use --output-dir for several");
     }
     const bool needsExtension = naming.file && *naming.file != "-" && !naming.format;
     if (needsExtension && !formatForPath(*naming.file)) {

@@ -33,7 +33,9 @@ struct DenoiseOptions {
 
   /// The file "-" is standard output.
   BatchNaming naming;
+  /// PNG files with the photo beside the result, and with what was taken from it.
   std::optional<std::string> comparison;
+  std::optional<std::string> residual;
 
   /// Photos worked on at once.
   std::optional<int> jobs;

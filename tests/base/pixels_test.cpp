@@ -7,6 +7,7 @@
 
 #include "base/image.h"
 #include "base/pixel_operations.h"
+#include "base/residual.h"
 
 namespace velmara {
 namespace {
@@ -54,6 +55,20 @@ TEST(AlphaTest, RemovesTheLastSampleOnly) {
   EXPECT_EQ(bytesOf(asRgba(Bitmap::copyOf(Bytes{7, 128}, 1, 1, 2))), (Bytes{7, 7, 7, 128}));
   EXPECT_EQ(bytesOf(asRgba(Bitmap::copyOf(Bytes{1, 2, 3}, 1, 1, 3))), (Bytes{1, 2, 3, 255}));
   EXPECT_FALSE(withoutAlpha(Bitmap()).isValid());
+}
+
+TEST(ResidualTest, EnlargesWhatWasTakenAroundGrey) {
+  const Bitmap colour = Bitmap::copyOf(Bytes{100, 255, 0, 9, 9, 9}, 2, 1, 3);
+  const Bitmap result = Bitmap::copyOf(Bytes{98, 0, 255, 9, 10, 8}, 2, 1, 3);
+  EXPECT_EQ(bytesOf(residual(colour, result)), (Bytes{144, 255, 0, 128, 120, 136}));
+  EXPECT_EQ(bytesOf(residual(colour, result, 1'000'000'000)), (Bytes{255, 255, 0, 128, 0, 255}));
+  // Alpha is drawn over black, and a gray picture is one in all colours.
+  const Bitmap clear = Bitmap::copyOf(Bytes{200, 50, 50, 0, 12, 10, 8, 255}, 2, 1, 4);
+  const Bitmap gray = Bitmap::copyOf(Bytes{1, 10}, 2, 1, 1);
+  EXPECT_EQ(bytesOf(residual(clear, gray)), (Bytes{120, 120, 120, 144, 128, 112}));
+  EXPECT_EQ(bytesOf(residual(gray, gray)), (Bytes{128, 128}));
+  EXPECT_FALSE(residual(gray, Bitmap::copyOf(Bytes{1, 2}, 1, 2, 1)).isValid());
+  EXPECT_FALSE(residual(Bitmap(), gray).isValid());
 }
 
 TEST(BitmapTest, RefusesSizesBeforeAllocating) {

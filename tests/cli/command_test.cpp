@@ -143,6 +143,22 @@ TEST_F(CommandTest, WritesEveryFormatAndAComparison) {
   EXPECT_EQ(readImage(folder.file("c.png"))->bitmap().width(), 160);
 }
 
+TEST_F(CommandTest, ShowsWhatWasTakenFromThePhotoWhereItWasTaken) {
+  photoIn(folder, "in.png", 6);
+  runProgram({"convert", folder.file("in.png"), "-auto-orient", folder.file("upright.png")});
+  const auto result =
+      velmara({"denoise", "--residual", "r.png", "-o", "out.png", "--json", "in.png"}, folder);
+  ASSERT_EQ(result.exitCode, 0) << result.errors;
+  EXPECT_THAT(result.output, HasSubstr(R"("residual":"r.png")"));
+  const auto sum = runProgram({"convert", folder.file("upright.png"), folder.file("out.png"), "-fx",
+                               "(128+8*255*(u-v))/255", folder.file("expected.png")});
+  ASSERT_EQ(sum.exitCode, 0) << sum.errors;
+  EXPECT_EQ(runProgram({"compare", "-metric", "AE", "-fuzz", "1%", folder.file("expected.png"),
+                        folder.file("r.png"), "null:"})
+                .errors,
+            "0");
+}
+
 TEST_F(CommandTest, StandardOutputCarriesThePictureAlone) {
   photoIn(folder, "in.png");
   const auto piped = velmara({"denoise", "-o", "-", "in.png"}, folder);
@@ -220,6 +236,8 @@ TEST_F(CommandTest, NeverReplacesWhatItMustNot) {
        "an input is never replaced"},
       {{"denoise", "-o", "there.png", "in.png"}, "is there already"},
       {{"denoise", "--compare", "there.png", "-o", "x.png", "in.png"}, "is there already"},
+      {{"denoise", "--force", "--residual", "x.png", "-o", "x.png", "in.png"}, "would be written"},
+      {{"denoise", "--compare", "r.png", "--residual", "./r.png", "in.png"}, "would be written"},
       {{"denoise", "-o", "missing/x.png", "in.png"}, "cannot write"},
       {{"denoise", "--output-dir", "there.png/x", "in.png"}, "cannot make there.png/x"},
   };
@@ -242,7 +260,7 @@ TEST_F(CommandTest, TwoPhotosOfOneNameDoNotOverwriteEachOther) {
   const auto result =
       velmara({"denoise", "--force", "--output-dir", "out", "a/in.png", "b/in.png"}, folder);
   EXPECT_EQ(result.exitCode, 1);
-  EXPECT_THAT(result.errors, HasSubstr("velmara: b/in.png: two photos would be written to"));
+  EXPECT_THAT(result.errors, HasSubstr("velmara: b/in.png: two pictures would be written to"));
 }
 
 TEST_F(CommandTest, WorkersShareATreeAndPickUpWhereOthersStopped) {
@@ -292,7 +310,7 @@ TEST_F(CommandTest, AWorkerKnowsWhatTheOthersWrite) {
     std::string fault, result;
   } rows[] = {
       {{"tree", "--part", "1/2", "--output-dir", "out"}, "", "out/1-denoised.png"},
-      {{"tree", "--part", "2/2", "--output-dir", "out"}, "two photos would be written to", ""},
+      {{"tree", "--part", "2/2", "--output-dir", "out"}, "two pictures would be written to", ""},
       {{"tree", "--part", "2/2", "--output-dir", "n", "--name-pattern", "{number}"}, "", "n/2.png"},
       {{"both", "--part", "1/2", "--force", "--format", "png", "--name-pattern", "{name}"},
        "an input is never replaced",

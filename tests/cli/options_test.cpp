@@ -44,6 +44,7 @@ TEST(OptionsTest, RefusesWrongUsageWithCodeTwo) {
                                  "denoise -o out.png a.jpg b.jpg",
                                  "denoise -o out.png --output-dir d a.jpg",
                                  "denoise --compare c.png a.jpg b.jpg",
+                                 "denoise --residual r.png -r /",
                                  "denoise --quiet --details a.jpg",
                                  "denoise --json --details a.jpg",
                                  "denoise --force --skip-existing a.jpg",

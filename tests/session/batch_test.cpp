@@ -214,7 +214,7 @@ TEST_F(BatchTest, EachEndsAsItsFileAllows) {
     EXPECT_EQ(contentsOf(folder.file("out/b-denoised.png")) == "precious", row.keepsPrecious);
     EXPECT_DOUBLE_EQ(batch->progress(), 1.0);
   }
-  EXPECT_THAT(reasons[3], HasSubstr("two photos would be written to"));
+  EXPECT_THAT(reasons[3], HasSubstr("two pictures would be written to"));
   EXPECT_TRUE(fs::exists(folder.file("out/a-denoised 2.png")));
   EXPECT_TRUE(fs::exists(folder.file("out/a-denoised 3.png")));
 }

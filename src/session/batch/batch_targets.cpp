@@ -23,7 +23,8 @@ std::optional<FileIdentity> identityOf(const std::string& path) {
 // One name for one file, whether or not it is there yet.
 std::string onlyNameOf(const std::string& path) {
   std::error_code failure;
-  const fs::path whole = fs::weakly_canonical(path, failure);
+  // Absolute first: a name of a file that is not there yet would stay relative.
+  const fs::path whole = fs::weakly_canonical(fs::absolute(path, failure), failure);
   return failure ? path : whole.string();
 }
 
@@ -74,12 +75,18 @@ Status BatchTargets::check(const std::string& path) const {
     return Error{"an input is never replaced: " + path};
   }
   if (promised_.contains(onlyNameOf(path))) {
-    return Error{"two photos would be written to " + path};
+    return Error{"two pictures would be written to " + path};
   }
   if (identity && naming_.existing == Existing::refuse) {
     return Error{path + " is there already (--force replaces it)"};
   }
   return Done{};
+}
+
+Status BatchTargets::promise(const std::string& path) {
+  Status allowed = check(path);
+  if (allowed) promised_.insert(onlyNameOf(path));
+  return allowed;
 }
 
 Result<BatchTarget> BatchTargets::target(std::size_t index, const LoadedPhoto& photo) {

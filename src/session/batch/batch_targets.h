@@ -62,10 +62,11 @@ class BatchTargets {
   /// Leaves a photo to another program at work on the same ones. The name that its result gets
   /// there, as far as the photo's own name tells, is given to no later one here.
   void leaveToOthers(std::size_t index);
-  /// Whether another path may be written, with the reasons of a target.
-  Status check(const std::string& path) const;
+  /// Another file for the batch to write, with the reasons of a target where it may not.
+  Status promise(const std::string& path);
 
  private:
+  Status check(const std::string& path) const;
   std::string freePath(const std::string& path) const;
 
   const std::vector<BatchPhoto> photos_;
