@@ -49,6 +49,8 @@ void addViewMenu(QMenuBar& bar, MainScreenViewController& screen) {
   addAction(menu, MenuText::tr("&Single"), {QKeySequence("1")}, click(Control::btnSingleMode));
   addAction(menu, MenuText::tr("S&plit"), {QKeySequence("2")}, click(Control::btnSplitMode));
   addAction(menu, MenuText::tr("&Dual"), {QKeySequence("3")}, click(Control::btnDualMode));
+  addAction(menu, MenuText::tr("Removed &Noise"), {QKeySequence("4")},
+            click(Control::btnNoiseMode));
   menu.addSeparator();
   addAction(menu, MenuText::tr("Zoom &In"), {QKeySequence("Ctrl++"), QKeySequence("Ctrl+=")},
             click(Control::btnZoomIn));

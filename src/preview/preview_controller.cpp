@@ -43,6 +43,7 @@ PreviewController::PreviewController(PreviewViews views, const PreviewServices& 
   };
   region_.captureBegins = [this] { views_.splitView->hide(); };
   region_.regionCut = [this] { configureMainVerticalSplitView(); };
+  result_.residualSeenChanged = [this] { notifyState(); };
   resetState();
 }
 
@@ -53,6 +54,7 @@ PreviewController::~PreviewController() {
 void PreviewController::resetState() {
   opening_.advance();
   viewport_ = {};
+  result_.setResidual(false);
   isResizingWindow_ = false;
   isMouseHeld_ = false;
   isClickedImagePreview_ = false;
@@ -109,8 +111,16 @@ void PreviewController::layoutContainers() {
 }
 
 void PreviewController::btnSingleSplitDualModeTapped(int tag) {
-  const auto chosen = static_cast<PreviewStyle>(tag);
+  if (!region_.mayChange()) return;
+  const bool isNoise = tag == kNoiseTag;
+  const auto chosen = isNoise ? PreviewStyle::kSingle : static_cast<PreviewStyle>(tag);
+  const bool isSwitched = isNoise != isNoiseMode();
+  result_.setResidual(isNoise);
   if (chosen != style()) configurePreviewForSelectedStyle(chosen);
+  if (!isSwitched) return;
+  // Where the style has kept the result, another picture of it is laid over the photo.
+  if (result_.isValid()) setUpPreviewForDenoisedImage();
+  notifyState();
 }
 
 void PreviewController::configurePreviewForSelectedStyle(PreviewStyle style) {
@@ -118,6 +128,7 @@ void PreviewController::configurePreviewForSelectedStyle(PreviewStyle style) {
   services_.log("Preview Style Changed !!");
   region_.setIsBeforeCallingAlgo();
   customizeSubviewsForStyle(style);
+  if (style != PreviewStyle::kSingle) result_.setResidual(false);
   const bool isDual = style == PreviewStyle::kDual;
   if (!isDual && style != PreviewStyle::kSplit && style != PreviewStyle::kSingle) return;
   const bool wasDual =

@@ -36,6 +36,8 @@ class PreviewController {
 
   // Styles.
 
+  /// Single style with what the filter took from the photo (residual()) in the result's place.
+  static constexpr int kNoiseTag = 3;
   /// A style by its button's tag; nothing if it is the current one.
   void btnSingleSplitDualModeTapped(int tag);
   /// Another style, with all that follows: containers, picture, result. Refused during a run.
@@ -105,6 +107,9 @@ class PreviewController {
   PreviewSize size() const { return viewport_.flag_current_Preview_Size; }
   float currentZooomFactor() const { return viewport_.currentZooomFactor; }
   bool isResultShown() const { return result_.isValid(); }
+  /// Whether the removed noise was asked for, and whether it is what is seen.
+  bool isNoiseMode() const { return result_.isResidual(); }
+  bool isNoiseSeen() const { return result_.isResidualSeen(); }
 
   /// Told when the zoom label, the style or the size may have changed.
   std::function<void()> stateChanged;

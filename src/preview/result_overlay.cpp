@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "base/residual.h"
 #include "imaging/resample.h"
 #include "preview/split_line.h"
 #include "preview/views/picture_view.h"
@@ -21,7 +22,7 @@ void ResultOverlay::take(const Bitmap& result) {
 void ResultOverlay::hide() {
   generation_.advance();
   imgFilteredOriginal_ = {};
-  images_ = {};
+  setImages({});
   views_.vwDenoisedPreview->hide();
   views_.vwDenoisedPreviewForDual->hide();
 }
@@ -39,12 +40,15 @@ bool ResultOverlay::putBack() {
 void ResultOverlay::show(const Bitmap& imgToBeFilter, const ScreenColors& colors) {
   globalQueue_.async([this, alive = std::weak_ptr(alive_), token = generation_.advance(),
                       original = imgToBeFilter, result = imgFilteredOriginal_, colors,
-                      mainQueue = &mainQueue_] {
+                      isResidual = isResidual_, mainQueue = &mainQueue_] {
     const bool hasSize = result.width() == original.width() && result.height() == original.height();
     const Bitmap matching =
         hasSize ? result : resampled(result, original.width(), original.height());
+    // Differences are no colours: their grey stays grey.
+    const QImage laid = isResidual ? ScreenColors().imageFor(residual(original, matching))
+                                   : colors.imageFor(matching);
     const auto images =
-        std::make_shared<Images>(Images{colors.imageFor(original), colors.imageFor(matching)});
+        std::make_shared<Images>(Images{colors.imageFor(original), laid, isResidual});
     if (images->original.isNull() || images->result.isNull()) return;
     mainQueue->async([this, alive, token, matching, images] {
       if (!alive.expired() && generation_.isCurrent(token)) install(matching, *images);
@@ -54,7 +58,7 @@ void ResultOverlay::show(const Bitmap& imgToBeFilter, const ScreenColors& colors
 
 void ResultOverlay::install(const Bitmap& result, const Images& images) {
   imgFilteredOriginal_ = result;
-  images_ = images;
+  setImages(images);
   const PreviewStyle style = viewport_.flag_current_Preview_Style;
   QWidget* overlay = views_.vwDenoisedPreview;
   if (style == PreviewStyle::kDual) {
@@ -67,6 +71,12 @@ void ResultOverlay::install(const Bitmap& result, const Images& images) {
   overlay->raise();
   overlay->show();
   showViewsForNewResult(views_, style);
+}
+
+void ResultOverlay::setImages(const Images& images) {
+  const bool wasSeen = isResidualSeen();
+  images_ = images;
+  if (wasSeen != isResidualSeen() && residualSeenChanged) residualSeenChanged();
 }
 
 void ResultOverlay::moveLine() {

@@ -2,6 +2,7 @@
 
 #include <QImage>
 
+#include <functional>
 #include <memory>
 
 #include "base/bitmap.h"
@@ -13,8 +14,9 @@
 
 namespace velmara {
 
-/// The denoised result laid over the picture: whole in single style, right of the split line with
-/// the original left of it in split style, over the right container in dual style. Main thread.
+/// The denoised result, or what was taken, laid over the picture: whole in single style, right of
+/// the split line with the original left of it in split style, over the right container in dual
+/// style. Main thread.
 class ResultOverlay {
  public:
   /// Views, viewport and queues outlive this object and its work.
@@ -28,6 +30,15 @@ class ResultOverlay {
   bool isValid() const { return imgFilteredOriginal_.isValid(); }
   /// A new result, not shown yet.
   void take(const Bitmap& result);
+
+  /// Whether what was taken from the picture is laid over it in place of the result, from the next
+  /// show() on: for single style.
+  void setResidual(bool isResidual) { isResidual_ = isResidual; }
+  bool isResidual() const { return isResidual_; }
+  /// Whether that is what lies over the picture now, and told when it does and when it no longer
+  /// does.
+  bool isResidualSeen() const { return images_.isResidual; }
+  std::function<void()> residualSeenChanged;
 
   /// Takes the result off the screen.
   void hide();
@@ -50,9 +61,11 @@ class ResultOverlay {
   struct Images {
     QImage original;
     QImage result;
+    bool isResidual = false;
   };
 
   void install(const Bitmap& result, const Images& images);
+  void setImages(const Images& images);
   PixelRect place() const;
 
   PreviewViews views_;
@@ -61,6 +74,7 @@ class ResultOverlay {
   TaskQueue& globalQueue_;
   Bitmap imgFilteredOriginal_;
   Bitmap imgFilteredBeforeClickedPrvw_;
+  bool isResidual_ = false;
   /// What is laid over the picture; null while nothing is.
   Images images_;
   GenerationCounter generation_;

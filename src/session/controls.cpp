@@ -4,17 +4,18 @@ namespace velmara {
 namespace {
 
 constexpr ControlSet kNeedPhoto{
-    Control::btnExport,    Control::btn100Percent,      Control::btn200Percent,
-    Control::btnFitScreen, Control::btnSingleMode,      Control::btnSplitMode,
-    Control::btnDualMode,  Control::btnAutoMode,        Control::btnDeepMode,
-    Control::btnZoomOut,   Control::sliderCustomDenoise};
+    Control::btnExport,    Control::btn100Percent, Control::btn200Percent,
+    Control::btnFitScreen, Control::btnSingleMode, Control::btnSplitMode,
+    Control::btnDualMode,  Control::btnNoiseMode,  Control::btnAutoMode,
+    Control::btnDeepMode,  Control::btnZoomOut,    Control::sliderCustomDenoise};
 
 constexpr ControlSet kInertWhileRunning{
     Control::btnAddPhoto,       Control::btnExport,     Control::btnFitScreen,
     Control::btn100Percent,     Control::btn200Percent, Control::btnCloseWindow,
     Control::btnMinimizeWindow, Control::btnZoomWindow, Control::btnZoomIn,
     Control::btnZoomOut,        Control::btnSingleMode, Control::btnSplitMode,
-    Control::btnDualMode,       Control::btnAutoMode,   Control::btnDeepMode};
+    Control::btnDualMode,       Control::btnNoiseMode,  Control::btnAutoMode,
+    Control::btnDeepMode};
 
 constexpr ControlSet kDisabledWhileRunning{Control::btnZoomIn, Control::sliderCustomDenoise};
 

@@ -19,12 +19,13 @@ enum class Control : unsigned {
   btnSingleMode,
   btnSplitMode,
   btnDualMode,
+  btnNoiseMode,
   btnAutoMode,
   btnDeepMode,
   sliderCustomDenoise,
 };
 /// How many there are.
-inline constexpr unsigned kControlCount = 16;
+inline constexpr unsigned kControlCount = 17;
 
 /// Some of them.
 using ControlSet = EnumSet<Control>;

@@ -161,10 +161,10 @@ TEST_F(ScreenTest, NothingMovesDuringARun) {
   ASSERT_TRUE(waitUntil([this] { return engine.runs() == 2; }));
   EXPECT_TRUE(waitUntil([this] { return view<QProgressBar>("progressBar").isVisible(); }));
   EXPECT_FALSE(window().isResizable());
-  for (const char* name :
-       {"btnExport", "btnFitScreen", "btn100Percent", "btn200Percent", "btnCloseWindow",
-        "btnMinimizeWindow", "btnZoomWindow", "btnZoomIn", "btnZoomOut", "btnSingleMode",
-        "btnSplitMode", "btnDualMode", "btnAutoMode", "btnDeepMode", "btnAddPhoto"}) {
+  for (const char* name : {"btnExport", "btnFitScreen", "btn100Percent", "btn200Percent",
+                           "btnCloseWindow", "btnMinimizeWindow", "btnZoomWindow", "btnZoomIn",
+                           "btnZoomOut", "btnSingleMode", "btnSplitMode", "btnDualMode",
+                           "btnNoiseMode", "btnAutoMode", "btnDeepMode", "btnAddPhoto"}) {
     click(name);
     QTest::keyClick(&view(name), Qt::Key_Space);
   }
@@ -287,6 +287,7 @@ TEST_F(ScreenTest, ToolTipsNameTheControlsAndTheirKeysAndTheKeyboardReachesThem)
       {"btnSingleMode", "Single Mode\n1"},
       {"btnSplitMode", "Split Mode\n2"},
       {"btnDualMode", "Dual Mode\n3"},
+      {"btnNoiseMode", "Removed Noise\n4"},
       {"btnAutoMode", "Auto Mode\nA"},
       {"btnDeepMode", "Deep, For Strong Noise\nD"},
       {"sliderCustomDenoise", "Select Denoise Level\nPage Up, Page Down"},

@@ -10,6 +10,7 @@
 #include <QUrl>
 
 #include "app/screen_fixture.h"
+#include "base/residual.h"
 #include "imaging/image_reader.h"
 #include "preview/drop/dragging_view.h"
 #include "preview/views/picture_view.h"
@@ -200,6 +201,49 @@ TEST_F(PreviewTest, DeepShowsAt100PercentWhatIsSaved) {
   }));
   click("btnDeepMode");
   ASSERT_TRUE(waitForRun(runs));
+}
+
+TEST_F(PreviewTest, WhatWasTakenLiesOverThePictureWhereItWasTaken) {
+  const auto caption = [this] { return view<QLabel>("lblAfterFull").text(); };
+  auto& shown = view<PictureView>("imgFilteredImgVWRight");
+  const QString seen = QStringLiteral("Removed Noise × 8");
+  const auto isResidual = [&] {
+    const Image region = regionSeen();
+    const Bitmap expected = residual(region.bitmap(), filtered(region).bitmap());
+    const QImage grabbed = shown.grab().toImage().convertToFormat(QImage::Format_RGB888);
+    const PixelRect place = shown.frame();
+    const int x = std::max(0, -place.x), y = std::max(0, -place.y);
+    const QColor pixel = grabbed.pixelColor(place.x + x + 20, place.y + y + 30);
+    const auto* sample = expected.pixel(x + 20, y + 30);
+    return caption() == seen && view("vwDenoisedPreview").isVisible() &&
+           pixel == QColor(sample[0], sample[1], sample[2]);
+  };
+  ASSERT_TRUE(openAndWait(photo()));
+  for (const char* before : {"btnDualMode", "btnSplitMode", "btnSingleMode"}) {
+    click(before);
+    ASSERT_TRUE(waitForResult()) << before;
+    QTest::keyClick(&window(), Qt::Key_4);
+    EXPECT_TRUE(waitUntil([&] { return caption() == seen && waitForResult(); })) << before;
+    EXPECT_TRUE(isResidual()) << before;
+    EXPECT_EQ(view<ActionButton>("btnNoiseMode").state(), 1);
+    EXPECT_EQ(view<ActionButton>("btnSingleMode").state(), 0);
+  }
+  for (const char* size : {"btn200Percent", "btn100Percent"}) {
+    click(size);
+    ASSERT_TRUE(waitUntil([&] { return caption() == seen; })) << size;
+    EXPECT_TRUE(isResidual()) << size;
+  }
+  const int runs = engine.runs();
+  screen().changeLevel(3);
+  ASSERT_TRUE(waitForRun(runs));
+  EXPECT_TRUE(isResidual());
+  QTest::keyPress(&view("vwPreviewContainer"), Qt::Key_Space);
+  EXPECT_EQ(caption(), "Before");
+  QTest::keyRelease(&view("vwPreviewContainer"), Qt::Key_Space);
+  EXPECT_TRUE(waitUntil([&] { return caption() == seen; }));
+  QTest::keyClick(&window(), Qt::Key_1);
+  ASSERT_TRUE(waitUntil([&] { return caption() == "After"; }));
+  EXPECT_FALSE(isResidual());
 }
 
 // The run needs no file.

@@ -33,9 +33,9 @@ class RandomWalk : public ScreenTest, public testing::WithParamInterface<unsigne
     const std::pair<const char*, std::function<void()>> all[] = {
         {"press a button",
          [this] {
-           click(oneOf({"btnSingleMode", "btnSplitMode", "btnDualMode", "btn100Percent",
-                        "btnZoomIn", "btn200Percent", "btnFitScreen", "btnZoomOut", "btnAutoMode",
-                        "btnDeepMode"}));
+           click(oneOf({"btnSingleMode", "btnSplitMode", "btnDualMode", "btnNoiseMode",
+                        "btn100Percent", "btnZoomIn", "btn200Percent", "btnFitScreen", "btnZoomOut",
+                        "btnAutoMode", "btnDeepMode"}));
          }},
         {"choose a level", [this] { screen().changeLevel(upTo(9) - 4); }},
         {"drop a file",

@@ -108,7 +108,7 @@ TEST_F(TranslationTest, FitsInTheEmptyWindowAndInEveryStyle) {
   EXPECT_GT(expectWholeTexts(window()), 1);
   ASSERT_TRUE(openAndWait(photo()));
   view("lblNoise").show();
-  for (const char* style : {"btnSplitMode", "btnSingleMode", "btnDualMode"}) {
+  for (const char* style : {"btnSplitMode", "btnSingleMode", "btnNoiseMode", "btnDualMode"}) {
     click(style);
     ASSERT_TRUE(waitForResult());
     EXPECT_GT(expectWholeTexts(window()), 4) << style;

@@ -93,29 +93,29 @@ class RunStateTest : public testing::Test {
 };
 
 // In the order of Control: add, export, fit, 100, 200, close, minimise, zoom window, zoom in, zoom
-// out, single, split, dual, auto, slider.
+// out, single, split, dual, noise, auto, deep, slider.
 TEST_F(RunStateTest, EachStateTakesItsControls) {
-  EXPECT_EQ(letters(), "addddaaadddddddd") << "no photo";
+  EXPECT_EQ(letters(), "addddaaaddddddddd") << "no photo";
   state.changeControls(controlsWithPhoto);
-  EXPECT_EQ(letters(), "aaaaaaaadaaaaaaa") << "zoom in waits for the first result";
+  EXPECT_EQ(letters(), "aaaaaaaadaaaaaaaa") << "zoom in waits for the first result";
   state.denoisingProcessStarted();
-  EXPECT_EQ(letters(), "iiiiiiiidiiiiiid") << "running";
+  EXPECT_EQ(letters(), "iiiiiiiidiiiiiiid") << "running";
   EXPECT_TRUE(controls.isDropAreaHidden);
   EXPECT_FALSE(controls.isWindowResizable);
   state.enableActionsInDeafultMode();
-  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaaa") << "done";
+  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaaaa") << "done";
   EXPECT_FALSE(controls.isDropAreaHidden);
   EXPECT_TRUE(controls.isWindowResizable);
   state.startTimerEvent();
-  EXPECT_EQ(letters(), "aaaaaaaaiiaaaiid") << "settling";
+  EXPECT_EQ(letters(), "aaaaaaaaiiaaaaiid") << "settling";
   state.stopTimerEvent();
-  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaaa");
+  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaaaa");
   state.changeControls(controlsAfterZoomIn);
-  EXPECT_EQ(letters(), "aaaaaaaadaaaaaaa") << "zoomed in";
+  EXPECT_EQ(letters(), "aaaaaaaadaaaaaaaa") << "zoomed in";
   state.changeControls(controlsAfterZoomOut);
-  EXPECT_EQ(letters(), "aaaaaaaadiaaaaaa") << "zoomed out";
+  EXPECT_EQ(letters(), "aaaaaaaadiaaaaaaa") << "zoomed out";
   state.enableActionsInDeafultMode();
-  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaaa");
+  EXPECT_EQ(letters(), "aaaaaaaaaaaaaaaaa");
 }
 
 TEST_F(RunStateTest, ARunGoesThroughItsPhases) {

@@ -120,6 +120,7 @@ void MainScreenViewController::setupToolbarImages() {
   ui_->btnSingleMode->setIconName(QStringLiteral("single_mode"));
   ui_->btnSplitMode->setIconName(QStringLiteral("split_mode"));
   ui_->btnDualMode->setIconName(QStringLiteral("dual_mode"));
+  ui_->btnNoiseMode->setIconName(QStringLiteral("noise_mode"));
   ui_->btn100Percent->setIconName(QStringLiteral("actual_size"));
   ui_->btn200Percent->setIconName(QStringLiteral("double_size"));
   ui_->btnFitScreen->setIconName(QStringLiteral("fit_screen"));
@@ -130,6 +131,7 @@ void MainScreenViewController::setupToolbarImages() {
   ui_->btnSingleMode->setTag(0);
   ui_->btnSplitMode->setTag(1);
   ui_->btnDualMode->setTag(2);
+  ui_->btnNoiseMode->setTag(PreviewController::kNoiseTag);
   ui_->btn100Percent->setTag(0);
   ui_->btn200Percent->setTag(2);
   ui_->btnFitScreen->setTag(1);
@@ -153,6 +155,7 @@ void MainScreenViewController::setupToolTips() {
       {ui_->btnSingleMode, tr("Single Mode"), "1"},
       {ui_->btnSplitMode, tr("Split Mode"), "2"},
       {ui_->btnDualMode, tr("Dual Mode"), "3"},
+      {ui_->btnNoiseMode, tr("Removed Noise"), "4"},
       {ui_->btnAutoMode, tr("Auto Mode"), "A"},
       {ui_->btnDeepMode, tr("Deep, For Strong Noise"), "D"},
       {ui_->sliderCustomDenoise, tr("Select Denoise Level"), tr("Page Up, Page Down")},
@@ -197,7 +200,8 @@ void MainScreenViewController::setupActions() {
   connect(ui_->btnDeepMode, &ActionButton::actionSent, edit,
           [this, edit] { edit->btnDeepModeTapped(ui_->btnDeepMode->state() != 0); });
   connect(ui_->btnCancelRun, &QAbstractButton::clicked, edit, &EditingSession::cancelRun);
-  for (ActionButton* button : {ui_->btnSingleMode, ui_->btnSplitMode, ui_->btnDualMode}) {
+  for (ActionButton* button :
+       {ui_->btnSingleMode, ui_->btnSplitMode, ui_->btnDualMode, ui_->btnNoiseMode}) {
     connectAction(button, &Screen::btnSingleSplitDualModeTapped);
   }
   for (ActionButton* button : {ui_->btn100Percent, ui_->btn200Percent, ui_->btnFitScreen}) {
@@ -222,6 +226,7 @@ void MainScreenViewController::setupActions() {
   controls_.setButton(Control::btnSingleMode, ui_->btnSingleMode);
   controls_.setButton(Control::btnSplitMode, ui_->btnSplitMode);
   controls_.setButton(Control::btnDualMode, ui_->btnDualMode);
+  controls_.setButton(Control::btnNoiseMode, ui_->btnNoiseMode);
   controls_.setButton(Control::btnAutoMode, ui_->btnAutoMode);
   controls_.setButton(Control::btnDeepMode, ui_->btnDeepMode);
   controls_.setSlider(ui_->sliderCustomDenoise);

@@ -8,6 +8,7 @@
 
 #include "app/sheets/export_options_view.h"
 #include "app/sheets/save_changes_sheet.h"
+#include "base/residual.h"
 #include "preview/preview_input.h"
 #include "session/labels.h"
 #include "ui_MainScreenViewController.h"
@@ -220,10 +221,16 @@ void MainScreenViewController::showStyleAndSize() {
       QString::fromStdString(zoomLabel(preview_ ? preview_->currentZooomFactor() : 1.0F)));
   if (preview_ == nullptr) return;
   const bool hasPhoto = session().hasPhoto();
-  const int style = static_cast<int>(preview_->style());
-  for (ActionButton* button : {ui_->btnSingleMode, ui_->btnSplitMode, ui_->btnDualMode}) {
+  const bool isNoise = preview_->isNoiseMode();
+  const int style = isNoise ? PreviewController::kNoiseTag : static_cast<int>(preview_->style());
+  for (ActionButton* button :
+       {ui_->btnSingleMode, ui_->btnSplitMode, ui_->btnDualMode, ui_->btnNoiseMode}) {
     button->setState(hasPhoto && button->tag() == style ? 1 : 0);
   }
+  // Until it is there the photo is seen.
+  ui_->lblAfterFull->setText(preview_->isNoiseSeen() ? tr("Removed Noise × %1").arg(kResidualGain)
+                             : isNoise               ? tr("Before")
+                                                     : tr("After"));
   settingUpUIElementsForCurrentSelections();
 }
 
