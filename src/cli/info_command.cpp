@@ -8,6 +8,7 @@
 #include "base/fixed_text.h"
 #include "cli/commands.h"
 #include "cli/json_lines.h"
+#include "cli/noise_plot.h"
 #include "cli/terminal.h"
 #include "engine/deep/deep_denoise.h"
 #include "engine/denoise_algo_implementation.h"
@@ -15,6 +16,7 @@
 #include "imaging/image_reader.h"
 #include "imaging/rotate_with_exif.h"
 #include "platform/bundle.h"
+#include "platform/whole_file.h"
 #include "session/denoise_parameters.h"
 #include "session/labels.h"
 #include "session/loaded_photo.h"
@@ -85,6 +87,11 @@ void printText(const PhotoInfo& info) {
   }
 }
 
+Status writePlot(const PhotoInfo& info, const std::string& path) {
+  const std::string svg = noisePlotSvg({info.photo.fileName, info.psnr, info.noise});
+  return createFile(path, {reinterpret_cast<const std::uint8_t*>(svg.data()), svg.size()});
+}
+
 }  // namespace
 
 std::string noiseText(const DeepNoise& noise) {
@@ -102,6 +109,9 @@ int run(const InfoOptions& options) {
   return onEachPhoto(options.inputs, [&](const std::string& input) -> Status {
     const auto info = measure(input);
     if (!info) return Error{info.error()};
+    if (options.plot) {
+      if (Status written = writePlot(*info, *options.plot); !written) return written;
+    }
     options.json ? printJson(*info) : printText(*info);
     std::fflush(stdout);
     return Done{};

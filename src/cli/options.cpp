@@ -33,14 +33,16 @@ number, and come back neither turned nor with metadata: what comparing engines n
 colour is 128 + 8 x (photo - result), kept within 0 to 255, so grey is where nothing was
 taken, and edges or texture seen in it are detail that went with the noise.
 JSON: "path", "result" ("written", "skipped", "failed" or "cancelled"), "reason" of the
-last three, "output", "residual" where asked for, "width" and "height" as written, "psnr" (dB, or "inf") where it was
-measured, "filter" with "sigma", "template" and "search" (not with --deep or for photos
-too small to filter), "deep" with the noise as info prints it, and "seconds" with "all"
-and each step's ("load", "measure", "choose", "filter", "turn", "encode", "write"; some
-overlap). One object a line, in the order of the photos.
+last three, "output", "residual" where asked for, "width" and "height" as written, "psnr"
+(dB, or "inf") where it was measured, "filter" with "sigma", "template" and "search" (not
+with --deep or for photos too small to filter), "deep" with the noise as info prints it,
+and "seconds" with "all" and each step's ("load", "measure", "choose", "filter", "turn",
+"encode", "write"; some overlap). One object a line, in the order of the photos.
 Exit code: 0 all well, 1 some photos failed, 2 wrong usage, 130 interrupted.)";
 const char* const kInfoFooter =
-    R"(JSON: "path", "name", "folder", "bytes", "created", "width", "height" (upright),
+    R"(--plot shows the strength that Auto exports with at each noise level, the photo's marked, and
+the noise by brightness. A file that is there is not replaced.
+JSON: "path", "name", "folder", "bytes", "created", "width", "height" (upright),
 "orientation" (1 to 8, of the file), "psnr" (dB, or "inf"), "auto" with "sigma", "template" and
 "search" as exporting would use, "filtered" (false for photos too small to filter),
 "noise" with "red", "green" and "blue", each with its standard deviation where the
@@ -67,6 +69,7 @@ struct Parser {
   std::string folder;
   std::string comparison;
   std::string residual;
+  std::string plot;
   std::string filesFrom;
   std::string part;
   std::string pattern;
@@ -162,6 +165,7 @@ struct Parser {
     infoCommand =
         app.add_subcommand("info", "Print size, noise level and automatic parameters of photos");
     infoCommand->add_option("INPUT", info.inputs, "The photos")->required();
+    infoCommand->add_option("--plot", plot, "Write an SVG picture of the noise of the one photo");
     infoCommand->add_flag("--json", info.json, "Print one JSON object a line and photo");
     infoCommand->footer(kInfoFooter);
     auto* command =
@@ -173,7 +177,8 @@ struct Parser {
   }
 
   Command wrongUsage(const std::string& reason) const {
-    return PrintAndExit{"velmara denoise: " + reason + "\n", kWrongUsage};
+    const char* command = infoCommand->parsed() ? "info" : "denoise";
+    return PrintAndExit{std::string("velmara ") + command + ": " + reason + "\n", kWrongUsage};
   }
 
   Command finishDenoise() {
@@ -229,10 +234,18 @@ struct Parser {
     return isWell;
   }
 
+  Command finishInfo() {
+    if (infoCommand->count("--plot") == 0) return info;
+    if (info.inputs.size() != 1) return wrongUsage("--plot takes one photo");
+    if (!plot.ends_with(".svg")) return wrongUsage("the name of a plot ends in .svg");
+    info.plot = plot;
+    return info;
+  }
+
   Command finish() {
     if (denoiseCommand->parsed()) return finishDenoise();
     if (formatsCommand->parsed()) return FormatsOptions{};
-    return infoCommand->parsed() ? Command(info) : calibrate;
+    return infoCommand->parsed() ? finishInfo() : calibrate;
   }
 };
 

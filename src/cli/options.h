@@ -47,6 +47,8 @@ struct DenoiseOptions {
 /// `velmara info`.
 struct InfoOptions {
   std::vector<std::string> inputs;
+  /// The SVG file for a picture of the noise.
+  std::optional<std::string> plot;
   bool json = false;
 };
 

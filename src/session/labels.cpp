@@ -41,9 +41,13 @@ std::string pathLabel(const std::string& filePath) {
   return "Path : " + filePath;
 }
 
+int strengthOfTen(int sigmaVal) {
+  return std::clamp(sigmaVal - kStrengthOffset, 1, 10);
+}
+
 std::string strengthLabel(int sigmaVal) {
   return QCoreApplication::translate("Strength", "Strength %1 of 10")
-      .arg(std::clamp(sigmaVal - kStrengthOffset, 1, 10))
+      .arg(strengthOfTen(sigmaVal))
       .toStdString();
 }
 

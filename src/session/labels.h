@@ -20,8 +20,10 @@ std::string sizeLabel(const std::string& fileSize);
 /// "Path : %@".
 std::string pathLabel(const std::string& filePath);
 
-/// What the automatic mode chose, in words: its strengths of 4 to 12, and the export's, on a scale
-/// of ten.
+/// A strength of the filter, 4 to 12, and the export's, on a scale of ten.
+int strengthOfTen(int sigmaVal);
+
+/// What the automatic mode chose, in words: strengthOfTen.
 std::string strengthLabel(int sigmaVal);
 
 /// How strong the deep method takes the noise to be, against what was measured.

@@ -384,6 +384,33 @@ TEST_F(CommandTest, InfoAndCalibratePrintDocumentedObjects) {
               ContainsRegex("\"pixelsPerSecond\":[1-9][0-9]+,.*\"template\":5"));
 }
 
+TEST_F(CommandTest, ThePlotIsWellFormedWhateverThePhoto) {
+  runProgram({"convert", "-size", "120x100", "xc:orange", folder.file("flat.png")});
+  runProgram({"convert", "-size", "20x20", "xc:orange", folder.file("tiny.png")});
+  std::filesystem::rename(photoIn(folder, "in.png"), folder.path() / "a<&\x01\xff.png");
+  const std::pair<const char*, const char*> rows[] = {{"a<&\x01\xff.png", "Auto: Strength 6 of 10"},
+                                                      {"flat.png", "Auto: Strength 8 of 10"},
+                                                      {"tiny.png", "Too small to filter"}};
+  for (const auto& [name, strength] : rows) {
+    const auto info = velmara({"info", "--plot", "p.svg", name}, folder);
+    ASSERT_EQ(info.exitCode, 0) << info.errors;
+    const auto told =
+        runProgram({"python3", "-c",
+                    "import sys, xml.etree.ElementTree as tree\n"
+                    "p = list(tree.parse(sys.argv[1]).getroot())\n"
+                    "print(*[e.text for e in p if e.tag.endswith('text')][:2], sep=';')\n"
+                    "bars = [e.attrib for e in p if e.tag.endswith('rect')][1:]\n"
+                    "assert [b['x'] for b in bars][::len(bars)-1] == ['60.0', '526.7'], bars\n"
+                    "assert sum(e.tag.endswith('polyline') for e in p) == 3\n",
+                    folder.file("p.svg")});
+    EXPECT_THAT(told.output, EndsWith(std::string(".png;") + strength + "\n")) << told.errors;
+    const auto again = velmara({"info", "--plot", "p.svg", name}, folder);
+    EXPECT_EQ(again.exitCode, 1);
+    EXPECT_THAT(again.errors, HasSubstr("p.svg: File exists"));
+    std::filesystem::remove(folder.path() / "p.svg");
+  }
+}
+
 TEST_F(CommandTest, ARawIsDevelopedAndNoneIsEverReplaced) {
   writeFile(folder.file("in.dng"), dngOf({.orientation = 6}));
   writeFile(folder.file("other.cr2"), dngOf({}));

@@ -61,6 +61,8 @@ TEST(OptionsTest, RefusesWrongUsageWithCodeTwo) {
                                  "denoise --files-from l -o x.png",
                                  "denoise -o x.png /",
                                  "info",
+                                 "info --plot p.svg a.jpg b.jpg",
+                                 "info --plot p.png a.jpg",
                                  "calibrate a.jpg"}) {
     const auto answer = std::get<PrintAndExit>(parse(line));
     EXPECT_EQ(answer.exitCode, 2) << line;

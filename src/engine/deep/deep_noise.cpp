@@ -41,10 +41,9 @@ bool DeepNoise::isNone() const {
 }
 
 bool DeepNoise::isBeyondLevels() const {
-  constexpr float kReach = 17.0F;
   float sum = 0.0F;
   for (const auto& channel : deviation) sum += channel[128];
-  return sum > 3 * kReach;
+  return sum > 3 * kReachOfLevels;
 }
 
 DeepNoise whiteNoise(float deviation) {

@@ -26,6 +26,9 @@ struct DeepNoise {
 
   /// Whether there is none worth filtering.
   bool isNone() const;
+  /// The mean deviation of the channels in the middle up to which the ten levels of the other
+  /// method reach.
+  static constexpr float kReachOfLevels = 17.0F;
   /// Whether it is more than the ten levels of the other method reach: beyond, even the highest
   /// hardly does anything.
   bool isBeyondLevels() const;
