@@ -39,7 +39,8 @@ AppDelegate::AppDelegate(AppEnvironment environment)
           {.applicationSupportDirectory = environment_.applicationSupport,
            .bundle = environment_.bundle,
            .alerts = &environment_.alerts,
-           .presentError = [this](const DataStoreError& error) { return presentError(error); }}) {}
+           .presentError = [this](const DataStoreError& error) { return presentError(error); }}),
+      recentPhotos_(environment_.applicationSupport + "/velmara/recent-photos") {}
 
 AppDelegate::~AppDelegate() {
   eventLoopTimers().cancel(this);
@@ -78,6 +79,12 @@ void AppDelegate::makeSession() {
       .storePage = environment_.addresses.storePage,
       .terminateApp = [this] { terminateApp(); },
       .showAppInFront = [this] { showAppInFront(); },
+      .temporaryDirectory = temporaryDirectory(),
+  });
+  connect(session_.get(), &EditingSession::photoLoaded, this, [this](const LoadedPhoto& photo) {
+    if (session_->isPhotoTemporary()) return;
+    const Status added = recentPhotos_.add(photo.record.filePath);
+    if (!added) logLine("recent photos: " + added.error());
   });
 }
 
@@ -102,6 +109,7 @@ void AppDelegate::openMainWindow() {
         .showFeedback = [this] { showFeedback(); },
         .showVMPHelp = [this] { showVMPHelp(); },
         .showBatch = [this] { showBatch(); },
+        .recentPhotos = &recentPhotos_,
     });
     connect(windowMain(), &AppStoreWindow::windowWillClose, this,
             [this] { handleWindowClose(windowMain()); });

@@ -14,6 +14,7 @@
 #include "services/reachability.h"
 #include "services/tracker.h"
 #include "session/editing_session.h"
+#include "session/recent_photos.h"
 
 class QCheckBox;
 class QUndoStack;
@@ -151,6 +152,7 @@ class AppDelegate : public QObject {
   std::unique_ptr<BatchList> batch_;
   std::unique_ptr<BatchWindow> batchWindow_;
   FeedbackWindowController* feedbackController_ = nullptr;  ///< owned by the main window
+  RecentPhotos recentPhotos_;
   bool isTerminating_ = false;
 };
 

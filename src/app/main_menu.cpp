@@ -11,6 +11,8 @@
 #include <vector>
 
 #include "app/main_screen/main_screen_view_controller.h"
+#include "app/recent_menu.h"
+#include "app/sheets/about_sheet.h"
 #include "app/sheets/shortcut_list.h"
 #include "app/sheets/shortcuts_sheet.h"
 
@@ -29,16 +31,31 @@ QAction* addAction(QMenu& menu, const QString& title, const QList<QKeySequence>&
   return item;
 }
 
-void addFileMenu(QMenuBar& bar, const ScreenServices& services) {
+void addFileMenu(QMenuBar& bar, MainScreenViewController& screen, const ScreenServices& services) {
   QMenu& menu = *bar.addMenu(MenuText::tr("&File"));
   addAction(menu, MenuText::tr("&Open…"), {QKeySequence("Ctrl+O")}, services.openTapped);
+  if (services.recentPhotos != nullptr) {
+    addRecentMenu(menu, *services.recentPhotos,
+                  [&session = services.session](const std::string& path) {
+                    session.photoDraggedWithPath(path);
+                  });
+  }
   addAction(menu, MenuText::tr("&Batch Process…"), {QKeySequence("Ctrl+B")}, services.showBatch);
   addAction(menu, MenuText::tr("&Close"), {QKeySequence("Ctrl+W")}, services.closeTapped);
   menu.addSeparator();
   addAction(menu, MenuText::tr("&Save…"), {QKeySequence("Ctrl+S")}, services.saveTapped);
   addAction(menu, MenuText::tr("Save &As…"), {QKeySequence("Ctrl+Shift+S")}, services.saveAsTapped);
+  addAction(menu, MenuText::tr("Show in &Folder"), {QKeySequence("Ctrl+Shift+F")},
+            [&screen] { screen.showInFolder(); });
   menu.addSeparator();
   addAction(menu, MenuText::tr("&Quit"), {QKeySequence("Ctrl+Q")}, services.closeTapped);
+}
+
+void addEditMenu(QMenuBar& bar, MainScreenViewController& screen) {
+  QMenu& menu = *bar.addMenu(MenuText::tr("&Edit"));
+  addAction(menu, MenuText::tr("&Copy Result"), {QKeySequence("Ctrl+C")},
+            [&screen] { screen.copyResult(); });
+  addAction(menu, MenuText::tr("&Paste"), {QKeySequence("Ctrl+V")}, [&screen] { screen.paste(); });
 }
 
 void addViewMenu(QMenuBar& bar, MainScreenViewController& screen) {
@@ -105,6 +122,13 @@ void addHelpMenu(QMenuBar& bar, MainScreenViewController& screen, const ScreenSe
             });
   addAction(menu, MenuText::tr("&Tips"), {}, [&screen] { screen.showTipsScreen(); });
   addAction(menu, MenuText::tr("&Feedback…"), {}, services.showFeedback);
+  menu.addSeparator();
+  addAction(
+      menu, MenuText::tr("&About Velmara"), {},
+      [&bar, version = services.bundle.CFBundleVersion, sheet = QPointer<AboutSheet>()]() mutable {
+        if (sheet == nullptr) sheet = new AboutSheet(version, bar.window());
+        sheet->showAbout();
+      });
 }
 
 }  // namespace
@@ -112,7 +136,8 @@ void addHelpMenu(QMenuBar& bar, MainScreenViewController& screen, const ScreenSe
 QMenuBar* makeMainMenu(MainScreenViewController& screen, const ScreenServices& services) {
   auto* bar = new QMenuBar;
   bar->setNativeMenuBar(false);
-  addFileMenu(*bar, services);
+  addFileMenu(*bar, screen, services);
+  addEditMenu(*bar, screen);
   addViewMenu(*bar, screen);
   addDenoiseMenu(*bar, screen);
   addHelpMenu(*bar, screen, services);

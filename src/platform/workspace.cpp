@@ -61,6 +61,11 @@ bool typeConformsToImage(std::string_view mimeType) {
   return mimeType.size() > kImage.size() && mimeType.starts_with(kImage);
 }
 
+std::string picturesDirectory() {
+  return QFile::encodeName(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation))
+      .toStdString();
+}
+
 TrashPlaces trashPlacesFor(const std::string& path) {
   const QString name = QFile::decodeName(path.c_str());
   const QString root = QStorageInfo(QFileInfo(name).absolutePath()).rootPath();

@@ -17,6 +17,10 @@ class Workspace {
   /// window manager goes along.
   virtual bool openURL(const std::string& url, bool activates) = 0;
 
+  /// Shows a file in the desktop's file manager, chosen where that can be, else its folder. The
+  /// path is absolute, in the system's own bytes.
+  virtual void showInFolder(const std::string& path) = 0;
+
   /// Brings a window of ours back from the dock, to the front and into focus.
   virtual void showInFront(QObject& window) = 0;
 };
@@ -27,6 +31,10 @@ std::string typeOfFile(const std::string& path);
 
 /// Whether a MIME type is one of an image. Any thread.
 bool typeConformsToImage(std::string_view mimeType);
+
+/// The user's folder for pictures, by default ~/Pictures; it need not be there. In the system's own
+/// bytes.
+std::string picturesDirectory();
 
 /// What the trash test needs to know about the user and the place of a file.
 struct TrashPlaces {

@@ -34,6 +34,12 @@ EditingSession::EditingSession(EditingServices services)
 EditingSession::~EditingSession() {
   services_.timers.cancel(this);
   dropJob();
+  if (encoding_ != nullptr) encoding_->cancel();
+}
+
+bool EditingSession::isPhotoTemporary() const {
+  const std::string& folder = services_.temporaryDirectory;
+  return selectedImageFile_ && !folder.empty() && selectedImageFile_->filePath.starts_with(folder);
 }
 
 void EditingSession::take(EditEvent event) {

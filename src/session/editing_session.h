@@ -37,6 +37,9 @@ struct EditingServices {
   std::function<void()> terminateApp;
   /// Brings the main window to the front.
   std::function<void()> showAppInFront;
+  /// Where photos that are no files of the user's are kept for now; ends in "/". Empty: there are
+  /// none.
+  std::string temporaryDirectory = {};
 };
 
 /// The one model of the edit: the photo, the parameters chosen for it, the run or export under way,
@@ -62,6 +65,8 @@ class EditingSession : public QObject {
   EditTalk talk() const { return talk_; }
   bool hasPhoto() const { return !arraySelectedImagesToProcess_.empty(); }
   bool isUnsaved() const { return state_ != EditState::kEmpty && state_ != EditState::kSaved; }
+  /// Whether the photo is a file of our own, which goes when the program ends.
+  bool isPhotoTemporary() const;
   /// The whole current photo.
   const std::optional<PhotoFile>& selectedImageFile() const { return selectedImageFile_; }
   /// At most one.
@@ -171,6 +176,11 @@ class EditingSession : public QObject {
   /// The result of the last export, pixels as stored; not valid after any other run has started or
   /// another photo has become current.
   const Image& lastExportedImage() const { return lastExportedImage_; }
+
+  /// Works out the whole photo's result as an export would, as the bytes of a PNG, and hands it
+  /// over when it is done. The edit and its run go on as if nothing had been asked. False without a
+  /// photo that is loaded, and while an earlier request is under way; nothing is handed over then.
+  bool encodeResult(std::function<void(const PhotoJobResult&)> finished);
 
   /// The three answers; without the sheet they do nothing.
   void btnSaveChangesTapped() { take(EditEvent::kSaveChanges); }
@@ -293,6 +303,7 @@ class EditingSession : public QObject {
   bool hasToldFailure_ = false;
 
   std::shared_ptr<PhotoJob> job_;
+  std::shared_ptr<PhotoJob> encoding_;
   /// Which job is the one whose end counts.
   std::uint64_t jobNumber_ = 0;
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "platform/workspace.h"
 #include "session/editing_session.h"
 #include "session/questions.h"
 #include "session/rate_invitation.h"
@@ -29,7 +30,7 @@ SavePanelOptions EditingSession::savePanelOptions() const {
   SavePanelOptions options;
   options.title = tr("Save Image").toStdString();
   options.nameFieldStringValue = photo.stem().string() + kSuffix;
-  options.directory = photo.parent_path().string();
+  options.directory = isPhotoTemporary() ? picturesDirectory() : photo.parent_path().string();
   options.allowedFileTypes = exportFormats_.arrformatsSupportedByIM;
   return options;
 }
@@ -71,6 +72,31 @@ void EditingSession::beginExport() {
   request.pixelsProcessRate = pixelsProcessRate_;
   request.output = output();
   startJob(std::move(request), &EditingSession::exportFinished);
+}
+
+bool EditingSession::encodeResult(std::function<void(const PhotoJobResult&)> finished) {
+  if (!hasPhoto() || state_ == EditState::kLoading || encoding_ != nullptr) return false;
+  PhotoJobRequest request;
+  request.path = photo_.record.filePath;
+  request.photo = photo_;
+  request.filtered = lastExportedImage_;
+  request.mode = isAutoModeOn()
+                     ? DenoiseMode::automatic()
+                     : DenoiseMode::manual(denoiseLevelForSliderValue(sliderCustomDenoise()));
+  request.psnrOfRealImage = psnrOfRealImage_;
+  request.mapping = mapping_;
+  request.isDeep = isDeepModeOn();
+  request.deepNoise = deepNoise_;
+  request.output = PhotoOutput{.format = FileFormat::png, .path = {}};
+  PhotoJobListener listener;
+  listener.finished = [this, alive = std::weak_ptr(alive_),
+                       finished = std::move(finished)](const PhotoJobResult& result) {
+    if (alive.expired()) return;
+    encoding_.reset();
+    finished(result);
+  };
+  encoding_ = PhotoJob::start(std::move(request), services_.jobs, std::move(listener));
+  return true;
 }
 
 void EditingSession::exportFinished(const PhotoJobResult& result) {

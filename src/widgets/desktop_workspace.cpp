@@ -1,6 +1,11 @@
 #include "widgets/desktop_workspace.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDesktopServices>
+#include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QStandardPaths>
@@ -9,6 +14,9 @@
 
 namespace velmara {
 namespace {
+
+// Until a file manager that has to be started first has answered, in milliseconds.
+constexpr int kFileManagerTimeout = 5000;
 
 // Without an activation token, the window manager's focus-stealing prevention keeps ours in front.
 bool openWithoutActivation(const QUrl& url) {
@@ -30,6 +38,24 @@ bool DesktopWorkspace::openURL(const std::string& url, bool activates) {
   const QUrl parsed(QString::fromStdString(url), QUrl::StrictMode);
   if (!parsed.isValid() || parsed.scheme().isEmpty()) return false;
   return activates ? QDesktopServices::openUrl(parsed) : openWithoutActivation(parsed);
+}
+
+// By the file manager's own interface (freedesktop.org, "File Manager D-Bus interface"), which can
+// choose the file.
+void DesktopWorkspace::showInFolder(const std::string& path) {
+  const QString name = QFile::decodeName(path.c_str());
+  const QString manager = QStringLiteral("org.freedesktop.FileManager1");
+  QDBusMessage call =
+      QDBusMessage::createMethodCall(manager, QStringLiteral("/org/freedesktop/FileManager1"),
+                                     manager, QStringLiteral("ShowItems"));
+  call << QStringList{QUrl::fromLocalFile(name).toString(QUrl::FullyEncoded)} << QString();
+  auto* answer = new QDBusPendingCallWatcher(
+      QDBusConnection::sessionBus().asyncCall(call, kFileManagerTimeout));
+  QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer, [answer, name] {
+    answer->deleteLater();
+    if (!answer->isError()) return;
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(name).absolutePath()));
+  });
 }
 
 void DesktopWorkspace::showInFront(QObject& window) {

@@ -8,6 +8,7 @@ namespace velmara {
 class DesktopWorkspace final : public Workspace {
  public:
   bool openURL(const std::string& url, bool activates) override;
+  void showInFolder(const std::string& path) override;
   void showInFront(QObject& window) override;
 };
 

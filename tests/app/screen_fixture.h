@@ -23,6 +23,7 @@
 #include "imaging/image_writer.h"
 #include "platform/dispatch.h"
 #include "platform/user_defaults.h"
+#include "support/event_loop.h"
 #include "support/scratch_folder.h"
 #include "support/scripted_desktop.h"
 #include "widgets/app_store_window.h"
@@ -111,7 +112,8 @@ class ScreenTest : public testing::Test {
                         mainBundle(),
                         "appstream://velmara",
                         [this] { ++terminations; },
-                        [this] { ++shownInFront; }});
+                        [this] { ++shownInFront; },
+                        temporaryDirectory()});
     controller_ = std::make_unique<MainWindowController>(
         ScreenServices{*session_, mainQueue(), globalQueue(), timers, center, alerts, panels,
                        workspace, mainBundle(), log, temporaryDirectory(),
@@ -150,9 +152,9 @@ class ScreenTest : public testing::Test {
     QApplication::processEvents();
   }
 
-  /// Serves the event loop until the condition holds; false after ten seconds.
+  /// Serves the event loop until the condition holds; false if it never does.
   static bool waitUntil(const std::function<bool()>& condition) {
-    return QTest::qWaitFor(condition, 10'000);
+    return QTest::qWaitFor(condition, kPatience);
   }
   /// Opens a photo and waits until its result is on the screen.
   bool openAndWait(const std::string& path) {

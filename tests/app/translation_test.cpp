@@ -14,6 +14,7 @@
 
 #include "app/batch/batch_window.h"
 #include "app/screen_fixture.h"
+#include "app/sheets/about_sheet.h"
 #include "app/sheets/feedback_window_controller.h"
 #include "app/sheets/shortcuts_sheet.h"
 #include "app/sheets/tips_sheet.h"
@@ -31,8 +32,10 @@ bool isTranslated(const QString& text) {
 /// Labels that show facts, whose words are fixed or none.
 bool showsFacts(const QWidget& widget) {
   static const QStringList names{"lblDimensions", "lblSize",        "lblPath",
-                                 "txtZoomLevel",  "txtDenoiseMode", "txtCustomDenoiseVal"};
-  return names.contains(widget.objectName()) || widget.property("role") == "key";
+                                 "txtZoomLevel",  "txtDenoiseMode", "txtCustomDenoiseVal",
+                                 "lblAboutTitle"};
+  return names.contains(widget.objectName()) || widget.property("role") == "key" ||
+         widget.property("role") == "fact";
 }
 
 class TranslationTest : public ScreenTest {
@@ -153,6 +156,12 @@ TEST_F(TranslationTest, FitsInTheSheets) {
   EXPECT_GT(expectWholeTexts(shortcuts), 40);
   EXPECT_TRUE(window().geometry().contains(shortcuts.geometry()));
   shortcuts.close();
+
+  help.back()->trigger();
+  auto& about = *window().findChild<AboutSheet*>();
+  EXPECT_GT(expectWholeTexts(about), 5);
+  EXPECT_TRUE(window().geometry().contains(about.geometry()));
+  about.close();
 
   BatchList list(PhotoJobServices{engine, mainQueue(), globalQueue(), {}, {}}, timers);
   BatchWindow batch(list, alerts, panels, workspace);

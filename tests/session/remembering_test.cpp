@@ -11,6 +11,7 @@
 #include "platform/user_defaults.h"
 #include "session/bookmarks.h"
 #include "session/rate_invitation.h"
+#include "session/recent_photos.h"
 #include "support/scratch_folder.h"
 
 namespace velmara {
@@ -130,6 +131,44 @@ TEST_F(RememberingTest, AcceptingEndsTheInvitationsOfAVersion) {
   EXPECT_TRUE(isInvitationOpen(defaults, "1.0"));
   EXPECT_EQ(rateInvitation().informativeText, "");
   EXPECT_EQ(rateInvitation().buttons, (std::vector<std::string>{"YES", "NO"}));
+}
+
+TEST_F(RememberingTest, RecentPhotosAreKeptForEveryWindow) {
+  const std::string file = folder.file("share/velmara/recent-photos");
+  const RecentPhotos here(file), there(file);
+  EXPECT_TRUE(here.paths().empty());
+  EXPECT_TRUE(here.clear()) << "of nothing";
+  for (char name = 'a'; name <= 'k'; ++name) {
+    ASSERT_TRUE((name % 2 == 0 ? here : there).add(std::string("/photos/./") + name + "\n\xff"));
+  }
+  Paths expected;
+  for (char name = 'k'; name >= 'b'; --name) {
+    expected.push_back(std::string("/photos/") + name + "\n\xff");
+  }
+  EXPECT_EQ(here.paths(), expected) << "ten";
+  ASSERT_TRUE(here.add(expected[3]));
+  std::rotate(expected.begin(), expected.begin() + 3, expected.begin() + 4);
+  EXPECT_EQ(there.paths(), expected);
+  ASSERT_TRUE(there.add("near.jpg"));
+  EXPECT_EQ(here.paths().front(), (std::filesystem::current_path() / "near.jpg").string());
+  ASSERT_TRUE(here.clear());
+  EXPECT_TRUE(there.paths().empty());
+}
+
+TEST_F(RememberingTest, OfDamagedRecentPhotosWhatIsWholeIsTaken) {
+  const std::string file = folder.file("recent-photos");
+  using namespace std::string_literals;
+  const std::pair<std::string, Paths> rows[] = {
+      {"/a\0/cut sho"s, {"/a"}},
+      {"relative\0\0/a\0/b\0/a\0"s, {"/a", "/b"}},
+      {"/" + std::string(200'000, 'x') + "\0"s, {}},
+  };
+  for (const auto& [bytes, expected] : rows) {
+    writeFile(file, bytes);
+    EXPECT_EQ(RecentPhotos(file).paths(), expected);
+  }
+  writeFile(folder.file("no folder"), "");
+  EXPECT_FALSE(RecentPhotos(folder.file("no folder/recent-photos")).add("/a"));
 }
 
 }  // namespace

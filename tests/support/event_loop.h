@@ -8,14 +8,19 @@
 
 namespace velmara::testing_support {
 
-/// Runs the event loop until something holds; false if it does not within ten seconds.
+/// How long a test waits for what has to come before it gives up, in milliseconds: long enough for
+/// a sanitizer on a machine that does other work meanwhile.
+constexpr int kPatience = 60'000;
+
+/// Runs the event loop until something holds; false if it never does.
 inline bool runUntil(const std::function<bool()>& holds) {
   QEventLoop loop;
   QTimer tick;
   tick.start(1);
   QElapsedTimer taken;
   taken.start();
-  while (!holds() && !taken.hasExpired(10000)) loop.processEvents(QEventLoop::WaitForMoreEvents);
+  while (!holds() && !taken.hasExpired(kPatience))
+    loop.processEvents(QEventLoop::WaitForMoreEvents);
   return holds();
 }
 

@@ -83,7 +83,7 @@ std::vector<std::string> RecordingServer::requests() const {
 }
 
 bool RecordingServer::waitForRequests(std::size_t count) const {
-  for (int wait = 0; wait < 10000 && requests().size() < count; ++wait) {
+  for (int wait = 0; wait < 60000 && requests().size() < count; ++wait) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   return requests().size() >= count;

@@ -86,9 +86,11 @@ class RecordingWorkspace final : public Workspace {
     opened.emplace_back(url, activates);
     return accepts;
   }
+  void showInFolder(const std::string& path) override { chosen.push_back(path); }
   void showInFront(QObject& window) override { shownInFront.push_back(&window); }
 
   std::vector<std::pair<std::string, bool>> opened;
+  std::vector<std::string> chosen;
   std::vector<QObject*> shownInFront;
   bool accepts = true;
 };

@@ -1,10 +1,13 @@
 // What opens over the screen: the panels, the question about unsaved work, the tips, what was
 // saved.
+#include <QClipboard>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QUrl>
+#include <QGuiApplication>
+#include <QMimeData>
 
+#include "app/clipboard/pasted_picture.h"
 #include "app/main_screen/main_screen_view_controller.h"
 #include "app/sheets/export_options_view.h"
 #include "app/sheets/save_changes_sheet.h"
@@ -73,15 +76,54 @@ void MainScreenViewController::selectFormat(int index) {
 
 void MainScreenViewController::showSaved(const std::string& path) {
   const QFileInfo file(QFile::decodeName(path.c_str()));
-  const QString folder = QUrl::fromLocalFile(file.absolutePath()).toString(QUrl::FullyEncoded);
-  ui_->btnSaved->setText(QString::fromStdString(savedLabel(path)));
-  ui_->btnSaved->setToolTip(tr("Show %1").arg(QDir::toNativeSeparators(file.absolutePath())));
-  ui_->btnSaved->disconnect(this);
-  connect(ui_->btnSaved, &QAbstractButton::clicked, this,
-          [this, folder] { services_.workspace.openURL(folder.toStdString(), true); });
+  pathToShow_ = QFile::encodeName(file.absoluteFilePath()).toStdString();
+  showNotice(QString::fromStdString(savedLabel(path)),
+             tr("Show %1").arg(QDir::toNativeSeparators(file.absolutePath())));
+}
+
+// Only what can be shown in a folder is to be clicked.
+void MainScreenViewController::showNotice(const QString& text, const QString& toolTip) {
+  ui_->btnSaved->setText(text);
+  ui_->btnSaved->setToolTip(toolTip);
+  ui_->btnSaved->setEnabled(!toolTip.isEmpty());
   ui_->btnSaved->show();
   services_.timers.cancel(this, kHideSaved);
   services_.timers.after(this, kHideSaved, kSavedNotice, [this] { hideSaved(); });
+}
+
+void MainScreenViewController::copyResult() {
+  const bool isStarted = session().encodeResult([this](const PhotoJobResult& result) {
+    if (result.end != PhotoJobResult::End::finished) {
+      hideSaved();
+      services_.alerts.runModal({tr("The result could not be copied.").toStdString(),
+                                 result.reason,
+                                 {tr("OK").toStdString()}});
+      return;
+    }
+    auto* content = new QMimeData;
+    content->setData(QStringLiteral("image/png"),
+                     QByteArray(reinterpret_cast<const char*>(result.encoded.data()),
+                                static_cast<qsizetype>(result.encoded.size())));
+    QGuiApplication::clipboard()->setMimeData(content);
+    showNotice(tr("Copied"), {});
+  });
+  if (isStarted) showNotice(tr("Copying…"), {});
+}
+
+void MainScreenViewController::paste() {
+  const QMimeData* content = QGuiApplication::clipboard()->mimeData();
+  if (content == nullptr) return;
+  const auto picture = pastedPicture(*content, services_.temporaryDirectory);
+  if (picture) {
+    session().photoDraggedWithPath(*picture);
+  } else {
+    services_.alerts.runModal(
+        {tr("Nothing was pasted.").toStdString(), picture.error(), {tr("OK").toStdString()}});
+  }
+}
+
+void MainScreenViewController::showInFolder() {
+  if (!pathToShow_.empty()) services_.workspace.showInFolder(pathToShow_);
 }
 
 void MainScreenViewController::hideSaved() {

@@ -199,6 +199,7 @@ void MainScreenViewController::setupActions() {
           [this, edit] { edit->btnAutoModeTapped(ui_->btnAutoMode->state() != 0); });
   connect(ui_->btnDeepMode, &ActionButton::actionSent, edit,
           [this, edit] { edit->btnDeepModeTapped(ui_->btnDeepMode->state() != 0); });
+  connect(ui_->btnSaved, &QAbstractButton::clicked, this, &Screen::showInFolder);
   connect(ui_->btnCancelRun, &QAbstractButton::clicked, edit, &EditingSession::cancelRun);
   for (ActionButton* button :
        {ui_->btnSingleMode, ui_->btnSplitMode, ui_->btnDualMode, ui_->btnNoiseMode}) {

@@ -117,6 +117,7 @@ void MainScreenViewController::connectSession() {
   using Session = EditingSession;
   using Screen = MainScreenViewController;
   connect(edit, &Session::photoForgotten, this, [this] {
+    pathToShow_.clear();
     initialSetupView();
     setupAdjustParamView();
   });
@@ -241,6 +242,8 @@ void MainScreenViewController::showOpenedPhoto() {
   ui_->vwPreviewContainer->show();
   ui_->vwDragging->hide();
   hideSaved();
+  pathToShow_ =
+      session().isPhotoTemporary() ? std::string() : session().selectedImageFile()->filePath;
 }
 
 void MainScreenViewController::showLoadedPhoto(const LoadedPhoto& photo) {
@@ -255,7 +258,9 @@ void MainScreenViewController::showPhotoLabels(const PhotoFile& selectedImageFil
   ui_->btnExport->imgMouseHover = QStringLiteral("save_yellow_selected");
   ui_->lblDimensions->setText(QString::fromStdString(dimensionsLabel(selectedImageFile)));
   ui_->lblSize->setText(QString::fromStdString(sizeLabel(selectedImageFile.fileSize)));
-  const QString path = QString::fromStdString(pathLabel(selectedImageFile.filePath));
+  const QString path = session().isPhotoTemporary()
+                           ? tr("From the clipboard")
+                           : QString::fromStdString(pathLabel(selectedImageFile.filePath));
   ui_->lblPath->setText(path);
   ui_->lblPath->setToolTip(path);
   ui_->vwBottom->show();

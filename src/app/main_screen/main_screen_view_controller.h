@@ -57,6 +57,12 @@ class MainScreenViewController : public QWidget, public DropDelegate {
   }
   /// The save panel's format was chosen, by its index.
   void selectFormat(int index);
+  /// Shows in the file manager what was saved last, or else the photo; without one nothing.
+  void showInFolder();
+  /// Puts the whole photo's result on the clipboard when it is worked out, and tells so.
+  void copyResult();
+  /// Opens the picture on the clipboard, as if it had been dropped.
+  void paste();
   /// The tips, as a sheet.
   void showTipsScreen();
   /// Thanks for feedback that was sent.
@@ -111,6 +117,7 @@ class MainScreenViewController : public QWidget, public DropDelegate {
   void showSaveChangesSheet(const std::string& header);
   void showSavePanel();
   void showSaved(const std::string& path);
+  void showNotice(const QString& text, const QString& toolTip);
   void hideSaved();
 
   std::unique_ptr<Ui::MainScreenViewController> ui_;
@@ -124,6 +131,7 @@ class MainScreenViewController : public QWidget, public DropDelegate {
   QPointer<TipsSheet> windowTips_;
   QPointer<AppStoreWindow> windowMain_;
   QMenu* menuHelp_ = nullptr;
+  std::string pathToShow_;
 };
 
 }  // namespace velmara

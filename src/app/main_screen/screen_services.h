@@ -9,6 +9,7 @@
 #include "platform/timer.h"
 #include "platform/workspace.h"
 #include "session/editing_session.h"
+#include "session/recent_photos.h"
 
 namespace velmara {
 
@@ -40,6 +41,8 @@ struct ScreenServices {
   std::function<void()> showFeedback;
   std::function<void()> showVMPHelp;
   std::function<void()> showBatch;
+  /// What the menu offers to open again; null: nothing.
+  const RecentPhotos* recentPhotos = nullptr;
 };
 
 }  // namespace velmara

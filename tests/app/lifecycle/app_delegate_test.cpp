@@ -6,7 +6,6 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QMenu>
-#include <QMenuBar>
 #include <QTimer>
 
 #include "app/lifecycle/launch_fixture.h"
@@ -94,14 +93,42 @@ TEST_F(LaunchTest, TheMenusCommandsAreTheDelegates) {
       EXPECT_FALSE(note.object.has_value());
     }));
   }
-  const QMenu& file =
-      *delegate().windowMain()->findChild<QMenuBar*>()->actions().constFirst()->menu();
-  for (const int row : {0, 4, 5, 2}) file.actions()[row]->trigger();
+  for (const char* title : {"&Open…", "&Save…", "Save &As…", "&Close"}) command(title).trigger();
   EXPECT_THAT(
       posted,
       ElementsAre("notificationOpenPhotoFromMenuTapped", "notificationSavePhotoFromMenuTapped",
                   "notificationSavePhotoFromMenuTapped", "notificationClosePhotoFromMenuTapped"));
   panels.answerOpen({});
+}
+
+TEST_F(LaunchTest, PhotosOfTheLastLaunchAreOfferedAgain) {
+  const std::string kept = home.file("a & b.png"), gone = home.file("gone.png");
+  for (const std::string& path : {kept, gone}) {
+    std::filesystem::copy_file(mainBundle().pathForResource("noisy.png"), path);
+  }
+  const auto offered = [this] {
+    QAction& recent = command("Open &Recent");
+    Q_EMIT static_cast<QMenu*>(recent.parent()->parent())->aboutToShow();
+    return recent.menu();
+  };
+  launch();
+  EXPECT_FALSE(offered()->isEnabled());
+  for (const std::string& path : {gone, kept}) {
+    delegate().session().updateSelectedImageToBeFilteredWithPath(path);
+    ASSERT_TRUE(waitUntil([&] { return delegate().session().photo().image.isValid(); }));
+  }
+  ASSERT_TRUE(waitUntil([&] { return offered()->actions().size() == 4; }));
+  end();
+  std::filesystem::remove(gone);
+  launch();
+  ASSERT_TRUE(waitUntil(isGlobalQueueIdle));
+  ASSERT_EQ(offered()->actions().size(), 3);
+  EXPECT_TRUE(offered()->actions()[0]->text().startsWith("a && b.png in "));
+  offered()->actions()[0]->trigger();
+  EXPECT_EQ(delegate().session().selectedImageFile()->filePath, kept);
+  offered()->actions()[2]->trigger();
+  EXPECT_FALSE(offered()->isEnabled());
+  ASSERT_TRUE(waitUntil([this] { return !delegate().session().isRunningAlgorithm(); }));
 }
 
 TEST_F(LaunchTest, ReachesWhatLiesOutside) {

@@ -6,7 +6,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
@@ -40,8 +39,7 @@ class FeedbackWayTest : public LaunchTest {
   }
   // Chooses Help > Feedback.
   FeedbackWindowController& openForm() {
-    const auto menus = delegate().windowMain()->findChild<QMenuBar*>()->actions();
-    menus.constLast()->menu()->actions().constLast()->trigger();
+    command("&Feedback…").trigger();
     auto* form = delegate().windowMain()->findChild<FeedbackWindowController*>();
     EXPECT_NE(form, nullptr);
     EXPECT_TRUE(QTest::qWaitForWindowActive(form));

@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QTest>
 
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,7 @@
 #include "engine/denoise_algo_implementation.h"
 #include "platform/dispatch.h"
 #include "platform/user_defaults.h"
+#include "support/event_loop.h"
 #include "support/recorded_log.h"
 #include "support/recording_server.h"
 #include "support/scratch_folder.h"
@@ -56,9 +59,16 @@ class LaunchTest : public testing::Test {
   void end() { delegate_.reset(); }
   AppDelegate& delegate() { return *delegate_; }
 
-  /// Serves the event loop until the condition holds; false after ten seconds.
+  /// The menus' item with a title.
+  QAction& command(const char* title) {
+    for (QAction* item : delegate().windowMain()->findChildren<QAction*>()) {
+      if (item->text() == QString::fromUtf8(title)) return *item;
+    }
+    throw std::runtime_error(std::string("no such command: ") + title);
+  }
+  /// Serves the event loop until the condition holds; false if it never does.
   static bool waitUntil(const std::function<bool()>& condition) {
-    return QTest::qWaitFor(condition, 10'000);
+    return QTest::qWaitFor(condition, kPatience);
   }
   std::vector<std::string> log() const { return log_.lines(); }
   /// Where a line that begins so first stands in the log; -1 if none does.

@@ -41,10 +41,11 @@ TEST(WholeProgramTest, EndsWithARequestUnderWay) {
   }
   program.setProcessEnvironment(environment);
   program.start(VELMARA_WHOLE_PROGRAM, {QString::fromStdString(tracking.url())});
-  EXPECT_TRUE(QTest::qWaitFor([&] { return reports == 1; }, 20'000));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !std::filesystem::exists(home.file(half)); }, 20'000));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return reports == 1; }, testing_support::kPatience));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !std::filesystem::exists(home.file(half)); },
+                              testing_support::kPatience));
   program.write("c");
-  ASSERT_TRUE(program.waitForFinished(10'000));
+  ASSERT_TRUE(program.waitForFinished(testing_support::kPatience));
   const std::string terminal = program.readAllStandardError().toStdString();
   EXPECT_TRUE(program.exitStatus() == QProcess::NormalExit && program.exitCode() == 0) << terminal;
   EXPECT_THAT(terminal, HasSubstr("LogPath "));
