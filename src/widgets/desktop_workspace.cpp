@@ -32,6 +32,10 @@ bool openWithoutActivation(const QUrl& url) {
   return process.startDetached();
 }
 
+void openFolderOf(const QString& file) {
+  QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(file).absolutePath()));
+}
+
 }  // namespace
 
 bool DesktopWorkspace::openURL(const std::string& url, bool activates) {
@@ -44,17 +48,18 @@ bool DesktopWorkspace::openURL(const std::string& url, bool activates) {
 // choose the file.
 void DesktopWorkspace::showInFolder(const std::string& path) {
   const QString name = QFile::decodeName(path.c_str());
+  const QDBusConnection bus = QDBusConnection::sessionBus();
+  // A call without a bus would never be answered, not even by an error.
+  if (!bus.isConnected()) return openFolderOf(name);
   const QString manager = QStringLiteral("org.freedesktop.FileManager1");
   QDBusMessage call =
       QDBusMessage::createMethodCall(manager, QStringLiteral("/org/freedesktop/FileManager1"),
                                      manager, QStringLiteral("ShowItems"));
   call << QStringList{QUrl::fromLocalFile(name).toString(QUrl::FullyEncoded)} << QString();
-  auto* answer = new QDBusPendingCallWatcher(
-      QDBusConnection::sessionBus().asyncCall(call, kFileManagerTimeout));
+  auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(call, kFileManagerTimeout));
   QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer, [answer, name] {
     answer->deleteLater();
-    if (!answer->isError()) return;
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(name).absolutePath()));
+    if (answer->isError()) openFolderOf(name);
   });
 }
 
