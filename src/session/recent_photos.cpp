@@ -13,7 +13,8 @@ namespace velmara {
 namespace {
 
 constexpr std::size_t kMostPhotos = 10;
-constexpr std::size_t kLargestFile = 128 * 1024;  // Ten paths of the longest kind, and room.
+constexpr std::size_t kLargestFile =
+    std::size_t{128} * 1024;  // Ten paths of the longest kind, and room.
 
 }  // namespace
 
