@@ -43,9 +43,10 @@ class WaitingTasks {
 class MainQueue final : public TaskQueue {
  public:
   void async(std::function<void()> task) override {
-    tasks_.push(std::move(task), [this] {
+    // The task that wakes carries nothing: what it carried would be read before the lock is taken.
+    tasks().push(std::move(task), [] {
       QMetaObject::invokeMethod(
-          QCoreApplication::instance(), [this] { tasks_.runNext(); }, Qt::QueuedConnection);
+          QCoreApplication::instance(), [] { tasks().runNext(); }, Qt::QueuedConnection);
     });
   }
   bool isCurrent() const override {
@@ -54,7 +55,11 @@ class MainQueue final : public TaskQueue {
   }
 
  private:
-  WaitingTasks tasks_;
+  // Never destroyed, like the queue.
+  static WaitingTasks& tasks() {
+    static auto* const tasks = new WaitingTasks;
+    return *tasks;
+  }
 };
 
 class GlobalQueue final : public TaskQueue {
