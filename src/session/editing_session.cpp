@@ -73,6 +73,8 @@ void EditingSession::perform(EditAction action) {
     case EditAction::kForgetPhoto:
       return forgetPhoto();
     case EditAction::kTellUnreadable:
+      // Or the restore, whose time may come while this is told, would open it again.
+      saveBookmarkPathsFromTableView();
       services_.alerts.runModal(formatNotSupportedAlert(failure_));
       return;
     case EditAction::kAsk:

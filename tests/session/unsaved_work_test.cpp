@@ -49,6 +49,7 @@ class UnsavedWorkTest : public EditingTest {
         {"quit", [](auto& t) { t.session->btncloseFileFromMenuTapped(); }},
         {"level", [](auto& t) { t.session->sliderCustomDenoiseAction(5.0); }},
         {"zoom", [](auto& t) { t.requestPreview(); }},
+        {"restore", [](auto& t) { t.session->loadLastWorkedImageFromDefaults(); }},
     };
     return kEvents;
   }
@@ -98,6 +99,7 @@ constexpr const char* kTable[][3] = {
     {"open", "stop", "b, unsaved"},
     {"open cut", "finish", "-, told"},
     {"open cut", "open", "b, unsaved, told"},
+    {"open cut;finish", "restore", "-"},
     // A result that is in no file.
     {"a", "open", "a, asked, one waits, unsaved"},
     {"a", "save", "a, panel, unsaved"},
