@@ -12,11 +12,9 @@ folder=${1:-$build}
 SOURCE_DATE_EPOCH=$(git -C "$root" log -1 --format=%ct 2>/dev/null || date -r "$root/CHANGELOG.md" +%s)
 export SOURCE_DATE_EPOCH
 export QT_RCC_SOURCE_DATE_OVERRIDE="$SOURCE_DATE_EPOCH"
-harden="-ffile-prefix-map=$root=. -fstack-protector-strong -fstack-clash-protection"
-harden="$harden -D_FORTIFY_SOURCE=2 -Wformat -Werror=format-security"
 cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
-  -DCMAKE_INSTALL_PREFIX=/usr -DVELMARA_SOURCE_RESOURCES=OFF -DCMAKE_POSITION_INDEPENDENT_CODE=ON \
-  -DCMAKE_CXX_FLAGS="$harden" -DCMAKE_EXE_LINKER_FLAGS="-pie -Wl,-z,relro -Wl,-z,now" >&2
+  -DCMAKE_INSTALL_PREFIX=/usr -DVELMARA_SOURCE_RESOURCES=OFF \
+  -DCMAKE_CXX_FLAGS="-ffile-prefix-map=$root=. -Wformat -Werror=format-security" >&2
 cmake --build "$build" --target velmara package_files >&2
 (cd "$build" && rm -f ./*.deb && cpack -G DEB >&2)
 mkdir -p "$folder"
