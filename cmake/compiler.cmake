@@ -31,6 +31,12 @@ if(VELMARA_SANITIZE)
   target_link_options(velmara_options INTERFACE ${flags})
 endif()
 
+if(VELMARA_FUZZ)
+  # What leads the fuzzer to new paths; its main comes with the targets alone.
+  target_compile_options(velmara_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_link_options(velmara_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # The files of a target compiled a dozen at a time: most of the time of one alone goes into the
 # headers that all of them read. Vector kernels stay apart: they include themselves, once for each
 # instruction set.

@@ -1,5 +1,6 @@
 #!/bin/sh
-# install_packages.sh GROUP...: installs what is missing of the package groups run, test, ci and package.
+# install_packages.sh GROUP...: installs what is missing of the package groups run, test, ci,
+# fuzz and package.
 set -eu
 
 . "$(dirname "$0")/packages.sh"
@@ -10,6 +11,7 @@ for group in "$@"; do
     run) wanted="$wanted $PACKAGES_RUN" ;;
     test) wanted="$wanted $PACKAGES_TEST" ;;
     ci) wanted="$wanted $PACKAGES_CI" ;;
+    fuzz) wanted="$wanted $PACKAGES_FUZZ" ;;
     package) wanted="$wanted $PACKAGES_PACKAGE" ;;
     *) echo "install_packages.sh: no such group: $group" >&2; exit 2 ;;
   esac

@@ -48,10 +48,19 @@ PACKAGES_TEST="
 PACKAGES_CI="
   clang-format
   clang-tidy
+  cppcheck
   doxygen
   flatpak-builder
   git
   shellcheck
+"
+
+# To run the fuzz targets.
+PACKAGES_FUZZ="
+  clang
+  libclang-rt-14-dev
+  libheif-examples
+  llvm
 "
 
 # To make the package, and to judge it.

@@ -17,7 +17,6 @@ namespace velmara {
 namespace {
 
 using Visit = std::function<void(const nlmsghdr&)>;
-using Links = std::map<int, LinkState>;
 
 constexpr std::size_t kLargestAnswer = std::size_t{32} * 1024;  // of one message in a dump
 
@@ -73,54 +72,6 @@ struct Message {
   }
 };
 
-using Attributes = std::map<int, const nlattr*>;
-
-int keepAttribute(const nlattr* attribute, void* attributes) {
-  (*static_cast<Attributes*>(attributes))[mnl_attr_get_type(attribute)] = attribute;
-  return MNL_CB_OK;
-}
-
-// The attributes of a message by their numbers.
-template <typename Header>
-Attributes attributesOf(const nlmsghdr& message) {
-  Attributes attributes;
-  mnl_attr_parse(&message, sizeof(Header), keepAttribute, &attributes);
-  return attributes;
-}
-
-// Those of one hop of a route over several ways.
-Attributes attributesOf(const rtnexthop& hop) {
-  Attributes attributes;
-  mnl_attr_parse_payload(RTNH_DATA(&hop), hop.rtnh_len - RTNH_LENGTH(0), keepAttribute,
-                         &attributes);
-  return attributes;
-}
-
-bool hasGateway(const Attributes& attributes) {
-  return attributes.count(RTA_GATEWAY) + attributes.count(RTA_VIA) > 0;
-}
-
-// The number of a type; 0 if there is none.
-std::uint32_t numberIn(const Attributes& attributes, int type) {
-  const auto found = attributes.find(type);
-  const bool isThere =
-      found != attributes.end() && mnl_attr_get_payload_len(found->second) >= sizeof(std::uint32_t);
-  return isThere ? mnl_attr_get_u32(found->second) : 0;
-}
-
-LinkState stateOf(const nlmsghdr& answer) {
-  const unsigned flags = static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&answer))->ifi_flags;
-  if ((flags & IFF_UP) == 0) return LinkState::kDown;
-  if ((flags & IFF_RUNNING) != 0) return LinkState::kUp;
-  // The operational state says "dormant" even where the flags do not.
-  constexpr std::uint8_t kDormant = 5;  // IF_OPER_DORMANT of RFC 2863
-  const auto attributes = attributesOf<ifinfomsg>(answer);
-  const auto found = attributes.find(IFLA_OPERSTATE);
-  const bool isDormant = (flags & IFF_DORMANT) != 0 ||
-                         (found != attributes.end() && mnl_attr_get_u8(found->second) == kDormant);
-  return isDormant ? LinkState::kDormant : LinkState::kDown;
-}
-
 // A dump that something changed during is not to be trusted; it is asked for again.
 std::optional<Links> interfaces() {
   constexpr int kMostTries = 4;
@@ -128,58 +79,11 @@ std::optional<Links> interfaces() {
     Message message(RTM_GETLINK, NLM_F_DUMP);
     message.payload<ifinfomsg>().ifi_family = AF_UNSPEC;
     Links links;
-    const int error = ask(*message.header, [&](const nlmsghdr& answer) {
-      if (answer.nlmsg_type != RTM_NEWLINK) return;
-      const auto* link = static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(&answer));
-      links[link->ifi_index] = stateOf(answer);
-    });
+    const int error = ask(*message.header, [&](const nlmsghdr& answer) { addLink(answer, links); });
     if (error == 0) return links;
     if (error != EINTR) return std::nullopt;
   }
   return std::nullopt;
-}
-
-LinkState stateOf(const Links& links, int index) {
-  const auto found = links.find(index);
-  return found != links.end() ? found->second : LinkState::kDown;
-}
-
-RouteFacts::Kind kindOf(unsigned char type) {
-  if (type == RTN_LOCAL) return RouteFacts::Kind::kLocal;
-  // The others are unreachable, blackhole, prohibit and throw.
-  const bool leadsElsewhere =
-      type == RTN_UNICAST || type == RTN_BROADCAST || type == RTN_ANYCAST || type == RTN_MULTICAST;
-  return leadsElsewhere ? RouteFacts::Kind::kRemote : RouteFacts::Kind::kNone;
-}
-
-// One route message; several facts for a route over several ways.
-std::vector<RouteFacts> factsOf(const nlmsghdr& answer, const Links& links) {
-  const auto* route = static_cast<const rtmsg*>(mnl_nlmsg_get_payload(&answer));
-  const auto attributes = attributesOf<rtmsg>(answer);
-  RouteFacts facts;
-  facts.kind = kindOf(route->rtm_type);
-  facts.metric = numberIn(attributes, RTA_PRIORITY);
-  if (const auto ways = attributes.find(RTA_MULTIPATH); ways != attributes.end()) {
-    std::vector<RouteFacts> all;
-    const auto* hop = static_cast<const rtnexthop*>(mnl_attr_get_payload(ways->second));
-    int left = mnl_attr_get_payload_len(ways->second);
-    for (; RTNH_OK(hop, left); left -= NLMSG_ALIGN(hop->rtnh_len), hop = RTNH_NEXT(hop)) {
-      facts.link = stateOf(links, hop->rtnh_ifindex);
-      facts.hasGateway = hasGateway(attributesOf(*hop));
-      all.push_back(facts);
-    }
-    return all;
-  }
-  facts.hasGateway = hasGateway(attributes);
-  facts.link = stateOf(links, static_cast<int>(numberIn(attributes, RTA_OIF)));
-  return {facts};
-}
-
-// Whether a dumped route is a default one of the kind that leads somewhere.
-bool isDefault(const nlmsghdr& answer) {
-  const auto* route = static_cast<const rtmsg*>(mnl_nlmsg_get_payload(&answer));
-  return answer.nlmsg_type == RTM_NEWROUTE && route->rtm_dst_len == 0 &&
-         route->rtm_type == RTN_UNICAST && (route->rtm_flags & (RTM_F_CLONED | RTNH_F_DEAD)) == 0;
 }
 
 }  // namespace
@@ -192,8 +96,8 @@ std::optional<std::vector<RouteFacts>> defaultRoutes() {
     Message message(RTM_GETROUTE, NLM_F_DUMP);
     message.payload<rtmsg>().rtm_family = static_cast<unsigned char>(family);
     const int error = ask(*message.header, [&](const nlmsghdr& answer) {
-      if (!isDefault(answer)) return;
-      const std::vector<RouteFacts> facts = factsOf(answer, *links);
+      if (!isDefaultRoute(answer)) return;
+      const std::vector<RouteFacts> facts = routesIn(answer, *links);
       routes.insert(routes.end(), facts.begin(), facts.end());
     });
     // A change during the dump announces itself by a message of its own, so what came is good
@@ -225,8 +129,7 @@ std::optional<RouteFacts> routeTo(const sockaddr_storage& address) {
   }
   std::optional<RouteFacts> found;
   const int error = ask(*message.header, [&](const nlmsghdr& answer) {
-    if (answer.nlmsg_type != RTM_NEWROUTE) return;
-    const std::vector<RouteFacts> facts = factsOf(answer, *links);
+    const std::vector<RouteFacts> facts = routesIn(answer, *links);
     if (!facts.empty()) found = facts.front();
   });
   // The kernel says by an error that there is no route.

@@ -3,7 +3,6 @@
 #include <QSocketNotifier>
 #include <QTimer>
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <netinet/in.h>
@@ -11,32 +10,11 @@
 #include <sys/socket.h>
 #include <vector>
 
+#include "services/route_messages.h"
+
 struct mnl_socket;
 
 namespace velmara {
-
-/// Whether an interface carries traffic.
-enum class LinkState {
-  kDown,     ///< switched off, or its cable is out
-  kDormant,  ///< switched on, but it must dial or log in first
-  kUp,
-};
-
-/// What the kernel says about one route.
-struct RouteFacts {
-  /// Where it leads.
-  enum class Kind {
-    kNone,    ///< there is none, or it refuses
-    kRemote,  ///< to elsewhere
-    kLocal,   ///< to this machine itself
-  };
-  /// Of this route.
-  Kind kind = Kind::kNone;
-  /// Whether it goes over a gateway, and the state of the interface.
-  bool hasGateway = false;
-  LinkState link = LinkState::kDown;
-  std::uint32_t metric = 0;  ///< the lower, the rather it is taken
-};
 
 /// The default routes of both families, IPv4 first, of all tables; nothing if the kernel cannot be
 /// asked. Asks over rtnetlink and waits for the answer, which takes well under a millisecond on a
