@@ -15,6 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::memcpy(&header, data + at, sizeof(header));
     if (header.nlmsg_len < sizeof(header) || header.nlmsg_len > size - at) break;
     std::vector<std::uint8_t> bytes(data + at, data + at + header.nlmsg_len);
+    bytes.resize(NLMSG_ALIGN(bytes.size()));
     const auto& message = *reinterpret_cast<const nlmsghdr*>(bytes.data());
     addLink(message, links);
     const auto routes = routesIn(message, links);

@@ -64,7 +64,7 @@ for target in "${targets[@]}"; do
   log=$out/logs/$target.log
   executions=$(grep -oP 'number_of_executed_units: *\K\d+' "$log" || echo '?')
   pace=$(grep -oP 'average_exec_per_sec: *\K\d+' "$log" || echo '?')
-  edges=$(grep -oP ' cov: \K\d+' "$log" | tail -n 1)
+  edges=$(grep -oP ' cov: \K\d+' "$log" | tail -n 1 || true)
   corpus=$(find "$out/corpus/$target" -type f | wc -l)
   what=none
   if grep -q '^exit code ' "$log"; then

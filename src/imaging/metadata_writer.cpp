@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <exception>
+#include <set>
+#include <string>
 #include <utility>
 
 #include "imaging/image_writer.h"
@@ -36,10 +38,23 @@ void setIfThere(Exiv2::XmpData& xmp, const char* key, int value) {
   if (entry != xmp.end()) entry->setValue(std::to_string(value));
 }
 
+/// Of tags that a photo has more than once, as PNG files of some programs have all of them, keeps
+/// the last, as the dictionary does. In a maker's note that is there once they may mean something.
+void keepOneOfEach(Exiv2::ExifData& exif) {
+  const bool hasOneNote = std::ranges::count(exif, "MakerNote", &Exiv2::Exifdatum::tagName) < 2;
+  std::set<std::string> seen;
+  for (auto entry = exif.end(); entry != exif.begin();) {
+    --entry;
+    if (hasOneNote && Exiv2::ExifTags::isMakerGroup(entry->groupName())) continue;
+    if (!seen.insert(entry->key()).second) entry = exif.erase(entry);
+  }
+}
+
 /// The metadata to write, changed to be true of the new picture.
 MetadataCarrier contentFor(const ImageMetadata& metadata, int width, int height) {
   MetadataCarrier content = *metadata.carrier();
   eraseWhere(content.exif, describesStorage);
+  keepOneOfEach(content.exif);
   if (!content.exif.empty()) {
     // A short by its standard; readers take other types for no orientation.
     content.exif["Exif.Image.Orientation"] = std::uint16_t{1};

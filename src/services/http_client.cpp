@@ -216,6 +216,8 @@ class Transfer {
   }
 
   HttpAnswer ended(CURLcode result) {
+    // libcurl takes a head that the end of the connection cuts short for one.
+    if (result == CURLE_OK && !hasHead_) return failed("the answer was cut short");
     if (result == CURLE_OK) {
       answer_.end = End::kFinished;
       return answer_;

@@ -93,7 +93,9 @@ std::vector<RouteFacts> routesIn(const nlmsghdr& message, const Links& links) {
     std::vector<RouteFacts> all;
     const auto* hop = static_cast<const rtnexthop*>(mnl_attr_get_payload(ways->second));
     int left = mnl_attr_get_payload_len(ways->second);
-    for (; RTNH_OK(hop, left); left -= NLMSG_ALIGN(hop->rtnh_len), hop = RTNH_NEXT(hop)) {
+    // RTNH_OK reads the hop's length before it looks whether there is one.
+    for (; left >= static_cast<int>(sizeof(*hop)) && RTNH_OK(hop, left);
+         left -= NLMSG_ALIGN(hop->rtnh_len), hop = RTNH_NEXT(hop)) {
       facts.link = stateOf(links, hop->rtnh_ifindex);
       facts.hasGateway = hasGateway(attributesOf(*hop));
       all.push_back(facts);

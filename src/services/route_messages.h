@@ -34,8 +34,9 @@ struct RouteFacts {
 /// Interfaces by the kernel's numbers for them.
 using Links = std::map<int, LinkState>;
 
-// What one message of rtnetlink says. Of the message only its stated length is read, which must be
-// there; what is cut off or makes no sense says nothing. Any thread.
+// What one message of rtnetlink says. Of the message its stated length is read, rounded up to four
+// bytes as netlink lays messages out, which must be there; what is cut off or makes no sense says
+// nothing. Any thread.
 
 /// Adds the interface that a message tells of, if it does.
 void addLink(const nlmsghdr& message, Links& links);

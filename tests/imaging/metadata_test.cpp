@@ -211,6 +211,25 @@ TEST_F(PhotoTest, SurvivesASecondJourney) {
   }
 }
 
+// libvips writes the Exif of a PNG twice.
+TEST_F(PhotoTest, OfATagThatIsThereTwiceOneIsWritten) {
+  const std::string png = folder_.file("twice.png");
+  ASSERT_TRUE(
+      runTool({"exiftool", "-q", "-overwrite_original", "-n", "-Orientation=6", photo_}).ok);
+  ASSERT_TRUE(runTool({"vips", "copy", photo_, png}).ok);
+  const auto metadata = readMetadata(png);
+  ASSERT_TRUE(metadata);
+  ASSERT_EQ(metadata->orientation(), 6);
+  for (const FileFormat format : {FileFormat::jpeg, FileFormat::tiff, FileFormat::png}) {
+    const auto bytes =
+        encodeImageWithMetadata(testing_support::gradient(60, 40, 3), nullptr, format, *metadata);
+    ASSERT_TRUE(bytes) << bytes.error();
+    writeFile(folder_.file("upright"), *bytes);
+    EXPECT_EQ(readMetadata(folder_.file("upright"))->orientation(), 1) << static_cast<int>(format);
+    EXPECT_EQ(entriesOf(folder_.file("upright")).at("Exif.Image.Orientation"), "Short 1\n");
+  }
+}
+
 TEST_F(PhotoTest, WhatDoesNotFitIntoAJpegIsLeftOut) {
   writeFile(folder_.file("large.txt"), std::string(50'000, 'x'));
   const std::string png = folder_.file("large.png");

@@ -53,8 +53,8 @@ class BlockSearch {
         // The columns whose blocks stay inside the picture.
         const int begin =
             std::max(columnBegin, (std::max(-dx, 0) + DeepPass::kStep - 1) / DeepPass::kStep);
-        const int last = (width - 8 - std::max(dx, 0)) / DeepPass::kStep;
-        const int end = std::min(columnEnd, last + 1);
+        const int room = width - 8 - std::max(dx, 0);
+        const int end = room < 0 ? 0 : std::min(columnEnd, room / DeepPass::kStep + 1);
         if (begin < end) {
           compare(pass, begin - columnBegin, end - begin, (i << 8) | j);
         }
