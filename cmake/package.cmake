@@ -11,6 +11,11 @@ add_custom_command(
           ${documents}/changelog.Debian.gz
   DEPENDS velmara ${PROJECT_SOURCE_DIR}/packaging/write_command_docs.py
           ${PROJECT_SOURCE_DIR}/packaging/changelog.Debian)
+add_custom_command(
+  OUTPUT ${documents}/velmara.cdx.json
+  COMMAND python3 ${PROJECT_SOURCE_DIR}/packaging/write_bill_of_materials.py
+          $<TARGET_FILE:velmara> ${PROJECT_VERSION} ${documents}/velmara.cdx.json
+  DEPENDS velmara ${PROJECT_SOURCE_DIR}/packaging/write_bill_of_materials.py)
 set(icons)
 foreach(size IN ITEMS 16 32 48 64 128 256 512)
   set(icon ${CMAKE_BINARY_DIR}/icons/${size}x${size}/apps/org.velmara.Velmara.png)
@@ -22,7 +27,8 @@ foreach(size IN ITEMS 16 32 48 64 128 256 512)
     DEPENDS ${PROJECT_SOURCE_DIR}/data/icons/velmara.svg)
   list(APPEND icons ${icon})
 endforeach()
-add_custom_target(package_files DEPENDS ${documents}/velmara.1.gz ${icons})
+add_custom_target(package_files DEPENDS ${documents}/velmara.1.gz ${documents}/velmara.cdx.json
+                                        ${icons})
 
 set(share ${CMAKE_INSTALL_DATADIR})
 set(packaging ${PROJECT_SOURCE_DIR}/packaging)
@@ -31,8 +37,8 @@ install(FILES ${packaging}/org.velmara.Velmara.metainfo.xml DESTINATION ${share}
 install(FILES ${PROJECT_SOURCE_DIR}/data/icons/velmara.svg RENAME org.velmara.Velmara.svg
         DESTINATION ${share}/icons/hicolor/scalable/apps)
 install(DIRECTORY ${CMAKE_BINARY_DIR}/icons/ DESTINATION ${share}/icons/hicolor OPTIONAL)
-install(FILES ${packaging}/copyright ${documents}/changelog.Debian.gz DESTINATION ${share}/doc/velmara
-        OPTIONAL)
+install(FILES ${packaging}/copyright ${documents}/changelog.Debian.gz ${documents}/velmara.cdx.json
+        DESTINATION ${share}/doc/velmara OPTIONAL)
 install(FILES ${packaging}/lintian-overrides RENAME velmara DESTINATION ${share}/lintian/overrides)
 install(FILES ${documents}/velmara.1.gz DESTINATION ${share}/man/man1 OPTIONAL)
 install(FILES ${documents}/velmara.bash RENAME velmara

@@ -11,7 +11,7 @@ import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-FOLDERS = (".ci", ".github", "bench", "cmake", "data", "docs", "packaging", "src", "tests", "tools")
+FOLDERS = (".ci", ".github", "bench", "cmake", "data", "docs", "fuzz", "packaging", "src", "tests", "tools")
 LAYERS = tuple(path.name for path in (ROOT / "src").iterdir() if path.is_dir())
 PATH = re.compile(r"`((?:%s)/[\w./-]*)`" % "|".join(map(re.escape, FOLDERS + LAYERS)))
 NAME_IN = re.compile(r"`(\w+)(?:\(\))?`\s+(?:in|of)\s+`([\w./-]+\.\w+)`")

@@ -1,6 +1,7 @@
 #!/bin/sh
 # make_package.sh [FOLDER]: builds the Debian package, puts it into a folder (build/package unless
-# said) and prints its path. The same source gives the same bytes.
+# said) and prints its path. The same source gives the same bytes. Beside it lies its bill of materials
+# (CycloneDX), which is in the package too.
 set -eu
 
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -20,5 +21,6 @@ cmake --build "$build" --target velmara package_files >&2
 mkdir -p "$folder"
 for package in "$build"/*.deb; do
   [ "$folder" = "$build" ] || cp "$package" "$folder"
+  cp "$build/documents/velmara.cdx.json" "$folder/$(basename "$package" .deb).cdx.json"
   echo "$folder/$(basename "$package")"
 done

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -171,10 +172,17 @@ std::optional<std::string> readSmallFile(const std::string& path, std::size_t la
   QFile file(QFile::decodeName(path.c_str()));
   // Anything else, a pipe for instance, could make the read wait for ever.
   if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) return std::nullopt;
-  const QByteArray bytes = file.read(static_cast<qint64>(largest) + 1);
-  const bool isWhole = file.error() == QFileDevice::NoError;
-  if (!isWhole || static_cast<std::size_t>(bytes.size()) > largest) return std::nullopt;
-  return bytes.toStdString();
+  // A piece at a time: one read takes the memory for as much as it is asked for.
+  constexpr std::size_t kPiece = std::size_t{64} * 1024;
+  std::string bytes;
+  while (bytes.size() <= largest) {
+    const QByteArray piece =
+        file.read(static_cast<qint64>(std::min(kPiece, largest + 1 - bytes.size())));
+    if (piece.isEmpty()) break;
+    bytes.append(piece.constData(), static_cast<std::size_t>(piece.size()));
+  }
+  const bool isWhole = file.error() == QFileDevice::NoError && bytes.size() <= largest;
+  return isWhole ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 }  // namespace velmara
