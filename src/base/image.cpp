@@ -4,8 +4,9 @@
 
 namespace velmara {
 
-Image::Image(Bitmap bitmap, ColorProfile profile) : profile_(std::move(profile)) {
-  size_ = {static_cast<double>(bitmap.width()), static_cast<double>(bitmap.height())};
+Image::Image(Bitmap bitmap, ColorProfile profile)
+    : size_{static_cast<double>(bitmap.width()), static_cast<double>(bitmap.height())},
+      profile_(std::move(profile)) {
   if (bitmap.isValid()) representations_.push_back(std::move(bitmap));
 }
 

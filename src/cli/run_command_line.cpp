@@ -21,7 +21,9 @@ int run(const PrintAndExit& words) {
   return words.exitCode;
 }
 
-int runCommandLine(int argc, char** argv) {
+namespace {
+
+int carryOut(int argc, char** argv) {
   const Command command = parseCommandLine(argc, argv);
   if (const auto* words = std::get_if<PrintAndExit>(&command)) return run(*words);
   const QCoreApplication application(argc, argv);
@@ -40,6 +42,17 @@ int runCommandLine(int argc, char** argv) {
   QCoreApplication::exec();
   worker.join();
   return exitCode;
+}
+
+}  // namespace
+
+int runCommandLine(int argc, char** argv) {
+  const int exitCode = carryOut(argc, argv);
+  // Of all that was printed, whether it arrived.
+  const bool isPrinted = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+  if (isPrinted || exitCode != 0) return exitCode;
+  std::fputs("velmara: cannot write to standard output\n", stderr);
+  return 1;
 }
 
 }  // namespace velmara::cli

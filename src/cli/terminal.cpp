@@ -100,7 +100,8 @@ ProgressLine::ProgressLine(std::function<double()> progress, bool isShown) {
     const auto start = std::chrono::steady_clock::now();
     std::mutex mutex;
     std::condition_variable_any stopped;
-    std::unique_lock lock(mutex);
+    // It guards nothing: waiting for a time or a stop takes one.
+    std::unique_lock lock(mutex);  // cppcheck-suppress localMutex
     bool isDrawn = false;
     while (!stopped.wait_for(lock, stop, kBetweenDrawings, [&] { return stop.stop_requested(); })) {
       const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;

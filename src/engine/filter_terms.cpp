@@ -55,6 +55,7 @@ RowRange rowsOfBand(int height, int counter, int totalThreads) {
   const auto edge = [&](std::int64_t band) {
     return static_cast<int>(std::int64_t{height} * band / totalThreads);
   };
+  // cppcheck-suppress returnDanglingLifetime // The numbers are returned, not what they come from.
   return {edge(counter), edge(std::int64_t{counter} + 1)};
 }
 

@@ -31,7 +31,7 @@ void place(QWidget* container, const Rect& frame) {
 
 }  // namespace
 
-PreviewController::PreviewController(PreviewViews views, const PreviewServices& services)
+PreviewController::PreviewController(const PreviewViews& views, const PreviewServices& services)
     : views_(views),
       services_(services),
       picture_({views.imgPreviewPhoto, views.imgPreviewPhotoForDual}, services.mainQueue,

@@ -20,7 +20,7 @@ namespace velmara {
 class PreviewController {
  public:
   /// Without a photo. Views and services outlive this.
-  PreviewController(PreviewViews views, const PreviewServices& services);
+  PreviewController(const PreviewViews& views, const PreviewServices& services);
   PreviewController(const PreviewController&) = delete;
   PreviewController& operator=(const PreviewController&) = delete;
   ~PreviewController();

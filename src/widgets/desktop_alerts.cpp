@@ -139,8 +139,8 @@ int DesktopAlerts::runModal(const Alert& alert) {
   QWidget* window = windowInFront(mainWindow_);
   // On the heap: its window, and the dialog with it, may go while the dialog waits.
   const QPointer<AlertDialog> dialog = new AlertDialog(alert, window);
-  placeOnWindow(*dialog, window, false);
-  dialog->exec();
+  placeOnWindow(*dialog, window, false);  // cppcheck-suppress nullPointerRedundantCheck
+  dialog->exec();                         // cppcheck-suppress nullPointerRedundantCheck
   if (!dialog) return alert.buttons.empty() ? 0 : static_cast<int>(alert.buttons.size()) - 1;
   const int answer = dialog->answer();
   delete dialog;

@@ -440,6 +440,17 @@ TEST_F(CommandTest, FormatsAreReadAndWrittenHere) {
   EXPECT_THAT(list, HasSubstr("TIFF      read          written, --format tiff"));
 }
 
+TEST_F(CommandTest, WhatCannotBePrintedIsNoSuccess) {
+  photoIn(folder, "a.png");
+  for (const char* command : {"info a.png", "denoise -o b.png a.png", "formats", "--version"}) {
+    const auto result =
+        runProgram({"sh", "-c", "\"$0\" " + std::string(command) + " > /dev/full", VELMARA_PROGRAM},
+                   folder.path().string());
+    EXPECT_EQ(result.exitCode, 1) << command;
+    EXPECT_THAT(result.errors, HasSubstr("cannot write to standard output")) << command;
+  }
+}
+
 TEST_F(CommandTest, AnInterruptLeavesNoPartialFile) {
   runProgram({"convert", kTestPicture, "-resize", "3000x3000!", folder.file("big.png")});
   const FileWatch watch(folder.file("big.png"));

@@ -165,6 +165,7 @@ BrightnessEnergies::BrightnessEnergies(const OpponentPlanes& planes, int step,
 std::array<float, kBrightnessRanges + 1> BrightnessEnergies::edges() const {
   std::array<float, kBrightnessRanges + 1> found;
   for (std::size_t i = 0; i <= kBrightnessRanges; ++i) {
+    // cppcheck-suppress containerOutOfBounds // There is one edge more than there are ranges.
     found[i] = quantileOf(entries, static_cast<double>(i) / kBrightnessRanges,
                           [](const Entry& entry) { return entry.brightness; });
   }

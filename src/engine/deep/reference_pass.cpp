@@ -28,6 +28,7 @@ std::array<std::ptrdiff_t, DeepPass::kGroup> mostAlike(const DeepPass& pass, int
   std::array<std::ptrdiff_t, DeepPass::kGroup> places;
   distances.fill(std::numeric_limits<std::int32_t>::max());
   distances[0] = -1;
+  // cppcheck-suppress [constStatement, legacyUninitvar] // It takes the braces for a statement.
   places[0] = std::ptrdiff_t{y} * width + x;
   const std::int16_t* own = pass.compared.data() + places[0];
   for (int i = 0; i < pass.shifts(); ++i) {
