@@ -45,7 +45,6 @@ fuzz_one() { # fuzz_one TARGET
   # Settings and logs of whoever runs this are no part of it.
   HOME=$memory/$target XDG_CONFIG_HOME=$memory/$target TMPDIR=$memory/$target LC_ALL=C \
     ASAN_OPTIONS=allocator_may_return_null=1:max_allocation_size_mb=4096 \
-    LSAN_OPTIONS=suppressions=fuzz/leaks_of_libraries.txt:print_suppressions=0 \
     UBSAN_OPTIONS=print_stacktrace=1 \
     "$out/fuzz/${target}_fuzzer" "${options[@]}" -max_total_time="$share" -timeout=25 \
     -rss_limit_mb=3000 -close_fd_mask=1 -print_final_stats=1 \

@@ -1,7 +1,8 @@
 #include "imaging/vips_api.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <cstdlib>
+#include <string_view>
 
 #include "platform/late_library.h"
 
@@ -61,9 +62,10 @@ DecoderWarnings::~DecoderWarnings() {
 
 void DecoderWarnings::note(const char* message) {
   if (listener == nullptr) return;
-  long count = 0;
-  if (std::sscanf(message, "read gave %ld warnings", &count) == 1) {
-    listener->count_ = std::max(listener->count_, count);
+  constexpr std::string_view kCounted = "read gave ";
+  if (std::string_view(message).starts_with(kCounted)) {
+    listener->count_ =
+        std::max(listener->count_, std::strtol(message + kCounted.size(), nullptr, 10));
   } else if (listener->first_.empty()) {
     listener->first_ = inWords(message);
   }

@@ -56,7 +56,7 @@ class FileWatch {
   int timesOpened() const {
     alignas(inotify_event) char events[256 * sizeof(inotify_event)];
     int count = 0;
-    for (ssize_t got; (got = ::read(queue_, events, sizeof events)) > 0;) {
+    for (ssize_t got = 0; (got = ::read(queue_, events, sizeof events)) > 0;) {
       for (ssize_t at = 0; at < got; at += static_cast<ssize_t>(sizeof(inotify_event))) {
         const auto* event = reinterpret_cast<const inotify_event*>(events + at);
         if ((event->mask & IN_OPEN) != 0) ++count;
