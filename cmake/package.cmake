@@ -64,6 +64,6 @@ command line.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Loaded by the program itself, so that dpkg-shlibdeps does not see them.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libvips42 (>= 8.14), libcurl4, libraw20, fonts-dejavu-core")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-wayland")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-translations-l10n, qt6-wayland")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)

@@ -21,6 +21,7 @@ PACKAGES_RUN="
   pkg-config
   qt6-base-dev
   qt6-l10n-tools
+  qt6-translations-l10n
 "
 
 # To build and run the tests too: the test framework, and independent tools that make and judge

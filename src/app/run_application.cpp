@@ -2,13 +2,13 @@
 
 #include <QApplication>
 #include <QLocale>
-#include <QTranslator>
 
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
 
 #include "app/app_delegate.h"
+#include "app/translations.h"
 #include "engine/denoise_algo_implementation.h"
 #include "imaging/image_writer.h"
 #include "imaging/initialise.h"
@@ -52,12 +52,7 @@ int runApplication(int argc, char** argv, const std::string& photo,
   QApplication::setDesktopFileName(QString::fromStdString(mainBundle().bundleIdentifier));
   // The delegate ends the program, which it may refuse.
   QApplication::setQuitOnLastWindowClosed(false);
-  QTranslator translator;
-  // Who speaks none of the languages reads English, which has its plurals from a file too.
-  if (translator.load(QLocale(), "velmara", "_", ":/translations") ||
-      translator.load(":/translations/velmara_en.qm")) {
-    QApplication::installTranslator(&translator);
-  }
+  const Translations translations{QLocale()};
   style::apply(application);
   installEngine();
 

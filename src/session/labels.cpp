@@ -1,6 +1,7 @@
 #include "session/labels.h"
 
 #include <QCoreApplication>
+#include <QLocale>
 
 #include <algorithm>
 #include <charconv>
@@ -53,7 +54,7 @@ std::string strengthLabel(int sigmaVal) {
 
 std::string deepStrengthLabel(float strength) {
   return QCoreApplication::translate("Strength", "Noise × %1")
-      .arg(QString::fromStdString(fixedText(double{strength}, 1)))
+      .arg(QLocale().toString(double{strength}, 'f', 1))
       .toStdString();
 }
 
