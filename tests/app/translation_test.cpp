@@ -11,6 +11,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QTableView>
 #include <QTranslator>
 #include <QXmlStreamReader>
 
@@ -18,6 +19,7 @@
 #include <set>
 #include <string>
 
+#include "app/batch/batch_table.h"
 #include "app/batch/batch_window.h"
 #include "app/screen_fixture.h"
 #include "app/sheets/about_sheet.h"
@@ -191,7 +193,14 @@ TEST_P(TranslationTest, FitsInTheSheets) {
   BatchList list(PhotoJobServices{engine, mainQueue(), globalQueue(), {}, {}}, timers);
   BatchWindow batch(list, alerts, panels, workspace);
   batch.showWindow();
+  list.add({photo()});
+  ASSERT_TRUE(waitUntil([&] { return !list.entries().empty() && isGlobalQueueIdle(); }));
   EXPECT_GT(expectWholeTexts(batch), 10);
+  const auto& table = *batch.findChild<QTableView*>();
+  for (const int column : {BatchTable::kSize, BatchTable::kNoise, BatchTable::kStrength}) {
+    const QAbstractItemView& view = table;
+    EXPECT_LE(view.sizeHintForColumn(column), table.columnWidth(column)) << column;
+  }
 }
 
 /// What a translation has to keep of its source: what is filled in, and how it ends.

@@ -37,6 +37,13 @@ int strengthIndex(const BatchEntry& entry) {
   return found == all.end() ? 0 : static_cast<int>(found - all.begin()) + 1;
 }
 
+// What a photo's strength can be set to.
+QStringList strengths() {
+  QStringList texts{BatchTable::tr("As all")};
+  for (const Treatment& treatment : treatments()) texts << treatmentLabel(treatment);
+  return texts;
+}
+
 }  // namespace
 
 BatchTable::BatchTable(BatchList& list, QObject* parent)
@@ -94,6 +101,17 @@ QVariant BatchTable::data(const QModelIndex& index, int role) const {
     default:
       return {};
   }
+}
+
+QStringList BatchTable::longestTexts(Column column) {
+  BatchEntry entry;
+  entry.facts.emplace();
+  entry.facts->width = entry.facts->height = 88888;
+  entry.facts->psnr = 88.8;
+  entry.facts->isBeyondLevels = true;
+  if (column == kSize) return {sizeLabel(entry)};
+  if (column == kNoise) return {noiseLabel(entry)};
+  return column == kStrength ? strengths() : QStringList();
 }
 
 QVariant BatchTable::textOf(const BatchEntry& entry, int column) const {
@@ -155,8 +173,7 @@ void BatchStateDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
 QWidget* BatchStrengthDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem&,
                                              const QModelIndex&) const {
   auto* box = new QComboBox(parent);
-  box->addItem(BatchTable::tr("As all"));
-  for (const Treatment& treatment : treatments()) box->addItem(treatmentLabel(treatment));
+  box->addItems(strengths());
   auto* delegate = const_cast<BatchStrengthDelegate*>(this);
   // The choice counts at once, not only when the focus goes elsewhere.
   connect(box, &QComboBox::activated, delegate, [delegate, box] {

@@ -31,6 +31,9 @@ class BatchTable : public QAbstractTableModel {
   /// The strength, as an index of treatments() from 1; 0 is that of all.
   bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
+  /// Texts as long as a column's can be; none for those that may be of any length.
+  static QStringList longestTexts(Column column);
+
  private:
   QVariant textOf(const BatchEntry& entry, int column) const;
   QVariant thumbnailOf(const BatchEntry& entry) const;

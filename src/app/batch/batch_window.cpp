@@ -26,9 +26,15 @@ constexpr QSize kLeastSize(780, 480);
 constexpr int kRowHeight = 66;
 constexpr QSize kThumbnail(64, 56);
 
-// The columns beside the name, in widths of a digit.
-constexpr std::pair<int, int> kColumnDigits[] = {
-    {BatchTable::kSize, 14}, {BatchTable::kNoise, 18}, {BatchTable::kStrength, 13}};
+// Beside the words of a cell, in pixels: its padding, and the arrow of the list they are chosen
+// from.
+constexpr int kCellMargin = 36;
+
+int widestOf(const QStringList& texts, const QFontMetrics& metrics) {
+  int widest = 0;
+  for (const QString& text : texts) widest = std::max(widest, metrics.horizontalAdvance(text));
+  return widest;
+}
 
 constexpr BatchNaming::Existing kExisting[] = {
     BatchNaming::Existing::rename, BatchNaming::Existing::skip, BatchNaming::Existing::replace};
@@ -95,8 +101,9 @@ void BatchWindow::setupTable() {
   QHeaderView& header = *view.horizontalHeader();
   header.setHighlightSections(false);
   header.setSectionResizeMode(BatchTable::kPhoto, QHeaderView::Stretch);
-  for (const auto& [column, digits] : kColumnDigits) {
-    header.resizeSection(column, digits * fontMetrics().horizontalAdvance(QLatin1Char('0')));
+  for (const auto column : {BatchTable::kSize, BatchTable::kNoise, BatchTable::kStrength}) {
+    header.resizeSection(column,
+                         widestOf(BatchTable::longestTexts(column), fontMetrics()) + kCellMargin);
   }
   header.setSectionResizeMode(BatchTable::kState, QHeaderView::Stretch);
   view.installEventFilter(this);
