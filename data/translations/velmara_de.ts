@@ -1078,7 +1078,7 @@ Der Bericht lässt sich als Datei speichern und anders weitergeben.</translation
     </message>
     <message>
         <source>Page Up, Page Down</source>
-        <translation>Bild auf, Bild ab</translation>
+        <translation>Bild aufwärts, Bild abwärts</translation>
     </message>
     <message>
         <source>Submit Feedback</source>
