@@ -13,6 +13,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "platform/descriptor.h"
 #include "platform/temporary_files.h"
 
 namespace velmara {
@@ -25,23 +26,6 @@ constexpr mode_t kNewFileMode = 0666;
 Error systemError(const std::string& what, int code) {
   return {what + ": " + std::generic_category().message(code)};
 }
-
-/// An open descriptor that closes itself.
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : fd_(fd) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (fd_ >= 0) ::close(fd_);
-  }
-  int get() const { return fd_; }
-  /// Closes now; false if the system reports a late write error.
-  bool close() { return ::close(std::exchange(fd_, -1)) == 0; }
-
- private:
-  int fd_;
-};
 
 bool writeAll(int fd, std::span<const std::uint8_t> bytes) {
   while (!bytes.empty()) {
