@@ -43,7 +43,7 @@ def roff(text):
 def manual(top, commands):
     lines = ['.TH VELMARA 1 "" "Velmara" "User Commands"', ".SH NAME",
              "velmara \\- remove noise from photographs", ".SH SYNOPSIS",
-             ".B velmara", "[\\fIPHOTO\\fR...]", ".br"]
+             ".B velmara", "[\\fB\\-\\-new\\-window\\fR] [\\fIPHOTO\\fR...]", ".br"]
     for name, (_, _, _) in commands.items():
         lines += [f".B velmara {name}", "[\\fIOPTIONS\\fR]"
                   + (" \\fIINPUT\\fR..." if name in ("denoise", "info") else ""), ".br"]
@@ -76,7 +76,7 @@ def bash(commands):
             f'previous=${{COMP_WORDS[COMP_CWORD-1]}}\n'
             f'  COMPREPLY=()\n  case ${{COMP_WORDS[1]}} in\n{"".join(cases)}  esac\n'
             f'  if [[ $COMP_CWORD -eq 1 ]]; then\n    COMPREPLY=($(compgen -W '
-            f'"{" ".join(commands)} --help --version" -- "$word"))\n  fi\n}}\n'
+            f'"{" ".join(commands)} --help --new-window --version" -- "$word"))\n  fi\n}}\n'
             f'complete -o default -o bashdefault -F _velmara velmara\n')
 
 

@@ -1,11 +1,13 @@
 #include "app/app_delegate.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QGuiApplication>
 #include <QMetaObject>
 #include <QUrl>
 #include <QWidget>
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
@@ -163,6 +165,15 @@ bool AppDelegate::openURL(const std::string& url, bool inBackground) {
 void AppDelegate::showAppInFront() {
   logLine("showAppInFront");
   if (windowMain() != nullptr) environment_.workspace.showInFront(*windowMain());
+}
+
+bool AppDelegate::mayOpenHandedPhoto() const {
+  const auto isAnswered = [this](const QWidget* widget) {
+    return !widget->isVisible() || widget->windowType() != Qt::Dialog ||
+           widget == static_cast<const QWidget*>(batchWindow_.get());
+  };
+  return windowMain() != nullptr && windowMain()->isVisible() &&
+         std::ranges::all_of(QApplication::topLevelWidgets(), isAnswered);
 }
 
 void AppDelegate::handleWindowClose(QObject* window) {

@@ -57,6 +57,8 @@ class AppDelegate : public QObject {
   bool openURL(const std::string& url, bool inBackground);
   /// Brings the main window to the front.
   void showAppInFront();
+  /// Whether the main window is shown and no sheet, panel or alert over it is to be answered first.
+  bool mayOpenHandedPhoto() const;
 
   // The end, in app_delegate.cpp.
 

@@ -5,6 +5,7 @@
 #include "app/run_application.h"
 #include "cli/commands.h"
 #include "cli/options.h"
+#include "platform/hand_over.h"
 
 namespace {
 
@@ -20,13 +21,17 @@ bool hasDisplay() {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string photo = velmara::cli::photoToOpen(argc, argv);
-  if (argc > 1 && photo.empty()) return velmara::cli::runCommandLine(argc, argv);
+  const auto start = velmara::cli::windowStart(argc, argv);
+  if (!start) return velmara::cli::runCommandLine(argc, argv);
   if (!hasDisplay()) {
     std::fputs(
         "velmara: there is no display to open a window on; velmara --help lists the commands\n",
         stderr);
     return 2;
   }
-  return velmara::runApplication(argc, argv, photo);
+  if (!start->photo.empty() && !start->isNewWindow &&
+      velmara::handOver(velmara::firstWindowAddress(), start->photo)) {
+    return 0;
+  }
+  return velmara::runApplication(argc, argv, start->photo);
 }

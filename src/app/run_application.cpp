@@ -6,6 +6,7 @@
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
+#include <memory>
 
 #include "app/app_delegate.h"
 #include "app/translations.h"
@@ -14,6 +15,7 @@
 #include "imaging/initialise.h"
 #include "platform/bundle.h"
 #include "platform/dispatch.h"
+#include "platform/hand_over.h"
 #include "platform/log.h"
 #include "platform/temporary_files.h"
 #include "platform/timer.h"
@@ -39,6 +41,15 @@ void installEngine() {
 }
 
 }  // namespace
+
+// A window that is drawn nowhere is on no display.
+std::string firstWindowAddress() {
+  std::string display;
+  for (const char* name : {"WAYLAND_DISPLAY", "DISPLAY", "QT_QPA_PLATFORM"}) {
+    display += qgetenv(name).toStdString() + '\n';
+  }
+  return handOverAddress(display);
+}
 
 int runApplication(int argc, char** argv, const std::string& photo,
                    const ServiceAddresses& addresses) {
@@ -81,7 +92,19 @@ int runApplication(int argc, char** argv, const std::string& photo,
   alerts.setMainWindow(delegate.windowMain());
   panels.setMainWindow(delegate.windowMain());
 
+  // After the answer, which an alert about the photo would keep back.
+  const auto openHanded = [&delegate](const std::string& handed) {
+    mainQueue().async([&delegate, handed] {
+      delegate.showAppInFront();
+      delegate.session().photoDraggedWithPath(handed);
+    });
+  };
+  auto seat = std::make_unique<HandOverSeat>(
+      firstWindowAddress(),
+      HandOverSeat::Window{[&delegate] { return delegate.mayOpenHandedPhoto(); }, openHanded});
+
   const int exitCode = QApplication::exec();
+  seat.reset();
   delegate.endServices();
   // A run under way waits for this thread to take its result and would keep the process from
   // ending; what it works on is its own, and files are whole or not there.

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <filesystem>
 #include <sstream>
 #include <system_error>
@@ -16,7 +17,9 @@ constexpr int kMostJobs = 1024;
 
 const char* const kDescription =
     "Velmara removes noise from photographs.\n"
-    "Without a command it opens its window, with the first of PHOTO... in it.";
+    "Without a command it opens its window, with the first of PHOTO... in it. Where a window is\n"
+    "open already, that one shows the photo.";
+const char* const kNewWindow = "--new-window";
 const char* const kDenoiseFooter =
     R"(Without -o or --output-dir the result is NAME-denoised.EXT beside the photo, in the
 photo's own format where it is one of the five, else PNG. An existing file is replaced
@@ -79,6 +82,7 @@ struct Parser {
 
   Parser() {
     app.set_version_flag("--version", "velmara " + mainBundle().CFBundleVersion);
+    app.add_flag(kNewWindow)->description("Open PHOTO... in a window of its own");
     app.require_subcommand(1);
     app.failure_message(CLI::FailureMessage::simple);
     addDenoise();
@@ -263,16 +267,19 @@ Command parseCommandLine(int argc, const char* const* argv) {
   }
 }
 
-std::string photoToOpen(int argc, const char* const* argv) {
-  if (argc < 2 || argv[1][0] == '-') return {};
-  const std::string word = argv[1];
+std::optional<WindowStart> windowStart(int argc, const char* const* argv) {
+  WindowStart start;
+  std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+  start.isNewWindow = std::erase(words, kNewWindow) > 0;
+  if (words.empty()) return start;
+  const std::string& word = words.front();
   const Parser parser;
-  for (const CLI::App* command : parser.app.get_subcommands({})) {
-    if (command->get_name() == word) return {};
-  }
+  const bool isCommand = std::ranges::any_of(
+      parser.app.get_subcommands({}), [&](const auto* one) { return one->get_name() == word; });
   std::error_code failure;
-  return std::filesystem::exists(word, failure) ? std::filesystem::absolute(word, failure).string()
-                                                : std::string();
+  if (isCommand || word.starts_with('-') || !std::filesystem::exists(word, failure)) return {};
+  start.photo = std::filesystem::absolute(word, failure).string();
+  return start;
 }
 
 }  // namespace velmara::cli

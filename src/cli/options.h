@@ -72,8 +72,17 @@ using Command =
 /// What the words after the program's name ask for. Wrong usage gives exit code 2 and the reason.
 Command parseCommandLine(int argc, const char* const* argv);
 
-/// The photo that the words after the program's name ask the window to open: the first of them
-/// where it is a file and neither a command nor an option. Empty if it is none.
-std::string photoToOpen(int argc, const char* const* argv);
+/// A window that is asked for.
+struct WindowStart {
+  /// The absolute path of the photo in it, in the system's own bytes; empty if there is none.
+  std::string photo;
+  /// Whether it is a window of its own, where another one is open.
+  bool isNewWindow = false;
+};
+
+/// The window that the words after the program's name ask for: there are none, but for
+/// --new-window, or the first of the others is a file and neither a command nor an option. Nothing
+/// if they are for the command line.
+std::optional<WindowStart> windowStart(int argc, const char* const* argv);
 
 }  // namespace velmara::cli

@@ -97,19 +97,31 @@ TEST(OptionsTest, UnderstandsTheCommands) {
 
 TEST(OptionsTest, AFileThatIsNoCommandIsOpenedInTheWindow) {
   const testing_support::ScratchFolder folder;
-  const std::string photo = folder.file("a.jpg");
+  const std::string photo = folder.file("a\xff\n.jpg");
   testing_support::writeFile(photo, "");
+  const std::string relative = std::filesystem::relative(photo).string();
   const struct {
     std::vector<const char*> words;
     std::string opened;
-  } rows[] = {{{photo.c_str()}, photo}, {{photo.c_str(), "other.jpg"}, photo},
-              {{"/none.jpg"}, ""},      {{"denoise", photo.c_str()}, ""},
-              {{"--version"}, ""},      {{}, ""}};
+  } rows[] = {{{photo.c_str()}, photo},
+              {{photo.c_str(), "other.jpg"}, photo},
+              {{"--new-window", photo.c_str()}, photo + " new"},
+              {{photo.c_str(), "--new-window"}, photo + " new"},
+              {{"--new-window"}, " new"},
+              {{}, ""},
+              {{"/none.jpg"}, "command"},
+              {{"--new-window", "/none.jpg"}, "command"},
+              {{"denoise", photo.c_str()}, "command"},
+              {{"--version"}, "command"}};
   for (const auto& row : rows) {
     auto words = row.words;
     words.insert(words.begin(), "velmara");
-    EXPECT_EQ(photoToOpen(static_cast<int>(words.size()), words.data()), row.opened);
+    const auto start = windowStart(static_cast<int>(words.size()), words.data());
+    EXPECT_EQ(start ? start->photo + (start->isNewWindow ? " new" : "") : "command", row.opened);
   }
+  const char* words[] = {"velmara", relative.c_str()};
+  EXPECT_TRUE(std::filesystem::equivalent(windowStart(2, words)->photo, photo));
+  EXPECT_TRUE(windowStart(2, words)->photo.starts_with('/'));
 }
 
 TEST(ProgressTextTest, CountsDownAndNeverOverflows) {
