@@ -69,6 +69,28 @@ TEST_F(LookingTest, LeavingIsAskedForUntilTheResultIsSaved) {
   EXPECT_TRUE(std::filesystem::is_empty(program().temporaryFolder()));
 }
 
+TEST_F(LookingTest, ASecondStartBringsItsPhotoToTheFirstWindow) {
+  const KnownPhoto photo, other({400, 300}, 2);
+  program().minimize();
+  ASSERT_TRUE(program().waitForMainWindow(false));
+  EXPECT_EQ(program().startWith({fileOf(photo)})->waitForEnd(), 0);
+  ASSERT_TRUE(program().waitForMainWindow());
+  ASSERT_TRUE(showsOpened(photo));
+
+  // The result is not saved: the window asks first. Meanwhile it takes no other photo.
+  EXPECT_EQ(program().startWith({fileOf(other, "other.png")})->waitForEnd(), 0);
+  ASSERT_TRUE(program().waitForMainWindow(false));
+  const std::string question = display().activeWindow();
+  const auto beside = program().startWith({fileOf(photo)});
+  ASSERT_TRUE(waitUntil([&] { return display().activeWindow() != question; }));
+  EXPECT_TRUE(beside->isRunning());
+  beside->kill();
+  ASSERT_TRUE(waitUntil([&] { return display().activeWindow() == question; }));
+  display().keys({"Tab", "space"});  // Don't Save.
+  ASSERT_TRUE(program().waitForMainWindow());
+  EXPECT_TRUE(showsOpened(other));
+}
+
 // The walk of random actions once more, with real windows.
 TEST(WalkTest, TheWindowStaysUsableOnARealDisplay) {
   if (!canMakeDisplay()) GTEST_SKIP() << "Xvfb, openbox, xdotool or xprop is not installed";

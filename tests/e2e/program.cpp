@@ -29,10 +29,11 @@ Program::Program(const VirtualDisplay& display, int scale) : display_(display), 
   start();
 }
 
-void Program::start() {
+std::unique_ptr<ChildProcess> Program::startWith(std::vector<std::string> words) const {
   const std::string home = folder_.file("home");
-  process_ = std::make_unique<ChildProcess>(
-      std::vector<std::string>{VELMARA_PROGRAM},
+  words.insert(words.begin(), VELMARA_PROGRAM);
+  return std::make_unique<ChildProcess>(
+      words,
       std::vector<std::pair<std::string, std::string>>{{"DISPLAY", display_.name()},
                                                        {"WAYLAND_DISPLAY", ""},
                                                        {"QT_QPA_PLATFORM", "xcb"},
@@ -46,6 +47,10 @@ void Program::start() {
                                                        {"LC_ALL", "C.UTF-8"},
                                                        {"DBUS_SESSION_BUS_ADDRESS", "disabled:"}},
       folder_.file("output"));
+}
+
+void Program::start() {
+  process_ = startWith({});
   waitUntil([this] {
     windowId_ = findWindow();
     return hasWindow() || !process_->isRunning();
