@@ -29,9 +29,8 @@ Program::Program(const VirtualDisplay& display, int scale) : display_(display), 
   start();
 }
 
-std::unique_ptr<ChildProcess> Program::startWith(std::vector<std::string> words) const {
+std::unique_ptr<ChildProcess> Program::startWith(const std::vector<std::string>& words) const {
   const std::string home = folder_.file("home");
-  words.insert(words.begin(), VELMARA_PROGRAM);
   return std::make_unique<ChildProcess>(
       words,
       std::vector<std::pair<std::string, std::string>>{{"DISPLAY", display_.name()},
@@ -50,7 +49,7 @@ std::unique_ptr<ChildProcess> Program::startWith(std::vector<std::string> words)
 }
 
 void Program::start() {
-  process_ = startWith({});
+  process_ = startWith({VELMARA_PROGRAM});
   waitUntil([this] {
     windowId_ = findWindow();
     return hasWindow() || !process_->isRunning();

@@ -22,10 +22,8 @@ class Program {
   ChildProcess& process() { return *process_; }
   /// Starts it anew in the same home after it has ended.
   void start();
-  /// Starts it once more beside itself, with words after its name.
-  std::unique_ptr<ChildProcess> startWith(std::vector<std::string> words) const;
-  /// Puts its window away.
-  void minimize() const { display_.ask({"xdotool", "windowminimize", windowId_}); }
+  /// Starts one more beside it, by its name and words after it.
+  std::unique_ptr<ChildProcess> startWith(const std::vector<std::string>& words) const;
 
   /// Where its temporary files go.
   const std::string& temporaryFolder() const { return temporary_; }
