@@ -873,7 +873,7 @@ Version 3 oder neuer. Ohne jede Gewährleistung.</translation>
     </message>
     <message>
         <source>Share your experience</source>
-        <translation>Teilen Sie Ihre Erfahrungen</translation>
+        <translation>Schildern Sie Ihre Erfahrungen</translation>
     </message>
     <message>
         <source>Include Velmara log in the feedback</source>
@@ -897,7 +897,7 @@ Version 3 oder neuer. Ohne jede Gewährleistung.</translation>
     </message>
     <message>
         <source>*Please share your experience</source>
-        <translation>*Bitte teilen Sie Ihre Erfahrungen</translation>
+        <translation>*Bitte schildern Sie Ihre Erfahrungen</translation>
     </message>
     <message>
         <source>Save Report…</source>
