@@ -8,6 +8,7 @@ namespace velmara {
 /// An open descriptor that closes itself.
 class Descriptor {
  public:
+  /// Takes over what open() and its like return.
   explicit Descriptor(int fd) : fd_(fd) {}
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;

@@ -41,6 +41,7 @@ class HandOverSeat {
   HandOverSeat(std::string address, Window window);
   ~HandOverSeat();
 
+  /// Whether the seat was free, so that photos are handed to this window.
   bool isListening() const;
 
  private:
