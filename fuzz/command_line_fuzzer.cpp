@@ -24,11 +24,11 @@ void checkWords(std::string_view text) {
   const int argc = static_cast<int>(argv.size());
   argv.push_back(nullptr);
 
-  cli::photoToOpen(argc, argv.data());
+  cli::windowStart(argc, argv.data());
   const cli::Command command = cli::parseCommandLine(argc, argv.data());
-  if (const auto* words = std::get_if<cli::PrintAndExit>(&command)) {
-    require(words->exitCode == 0 || words->exitCode == 2, "wrong usage has its own exit code");
-    require(!words->text.empty(), "whoever is wrong is told why");
+  if (const auto* answer = std::get_if<cli::PrintAndExit>(&command)) {
+    require(answer->exitCode == 0 || answer->exitCode == 2, "wrong usage has its own exit code");
+    require(!answer->text.empty(), "whoever is wrong is told why");
   }
   const auto* denoise = std::get_if<cli::DenoiseOptions>(&command);
   if (denoise == nullptr) return;
