@@ -155,8 +155,8 @@ class Scratch:
         os.chmod(launcher, 0o755)
         os.makedirs(os.path.join(folder, "tmp"), exist_ok=True)
         self.environment = {**os.environ, "TMPDIR": os.path.join(folder, "tmp"),
-                            "QT_QPA_PLATFORM": "offscreen", "CCACHE_BASEDIR": folder,
-                            "MUTATED": "none"}
+                            "QT_QPA_PLATFORM": "offscreen", "G_DEBUG": "fatal-criticals",
+                            "CCACHE_BASEDIR": folder, "MUTATED": "none"}
         head = subprocess.run(["git", "rev-parse", "HEAD"], cwd=ROOT, capture_output=True,
                               text=True, check=True).stdout.strip()
         if os.path.exists(self.root):

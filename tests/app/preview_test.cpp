@@ -55,6 +55,19 @@ TEST_F(PreviewTest, TheLineWaitsForTheEndOfAResizeAndWorksAfterIt) {
   EXPECT_TRUE(lineIsFollowed(150));
 }
 
+// The end of the resize is another photo's.
+TEST_F(PreviewTest, AResizeThatAPhotoDidNotSeeDoesNotRunItAgain) {
+  ASSERT_TRUE(openAndWait(photo()));
+  screen().preview().windowDidResize();
+  screen().photoDraggedWithPath(photo("IMG_1.PNG"));
+  click("btnDontSaveChanges");
+  ASSERT_TRUE(waitForResult());
+  const int runs = engine.runs();
+  screen().preview().windowDidEndLiveResize();
+  EXPECT_FALSE(session().isRunningAlgorithm());
+  EXPECT_EQ(engine.runs(), runs);
+}
+
 // The end of the resize comes during the run.
 TEST_F(PreviewTest, TheLineIsAliveAfterARunThatBeganInAResize) {
   ASSERT_TRUE(openInSplitStyle());

@@ -123,6 +123,8 @@ TEST(LyingFileTest, HarmlessFaultsAreForgiven) {
   EXPECT_FALSE(isRead(halved));
   EXPECT_TRUE(isRead("P4\t16\t2\nabcd")) << "not a byte too few";
   EXPECT_FALSE(isRead("P4 16 2\nabc"));
+  EXPECT_TRUE(isRead("P5 1 1 65535 ab"));
+  EXPECT_FALSE(isRead("P5 1 1 65536 abc"));
   ASSERT_TRUE(convert({"-size", "700x300", "xc:red"}, folder.file("wide.gif")));
   EXPECT_TRUE(readImage(folder.file("wide.gif"))) << "not a pixel too few";
   // A TIFF whose pages go round, the second one with its width in a byte.

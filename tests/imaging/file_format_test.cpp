@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "imaging/initialise.h"
 #include "imaging/picture_files.h"
 
 namespace velmara {
@@ -44,9 +45,11 @@ TEST(FileFormatTest, IsToldByTheFirstBytesAlone) {
 }
 
 TEST(FileFormatTest, IndicesWordsAndExtensionsAreThoseOfTheTable) {
+  ASSERT_TRUE(initialiseImaging());
   for (std::size_t i = 0; i < fileFormats().size(); ++i) {
     const FormatFacts& facts = fileFormats()[i];
     EXPECT_EQ(&factsOf(facts.format), &facts);
+    EXPECT_TRUE(isDecoderInstalled(facts)) << facts.name << ", as the script does for the tests";
     EXPECT_EQ(fileFormatOfIndex(static_cast<unsigned>(i)),
               i < 6 ? std::optional(facts.format) : std::nullopt);
   }

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <set>
+#include <string>
+
 #include "services/reachability.h"
 
 namespace velmara {
@@ -32,6 +35,7 @@ TEST(ReachabilityFlags, MeanTheirStatusByBothRulesAndALetterEach) {
     EXPECT_EQ(reachabilityFlagLine(row.flags, "networkStatusForFlags"),
               std::string("Reachability Flag Status: ") + row.letters + " networkStatusForFlags\n");
   }
+  EXPECT_EQ(std::set({kNotReachable, kReachableViaWiFi, kReachableViaWWAN}).size(), 3U);
 }
 
 TEST(RouteFacts, TheBestRouteBecomesFlags) {

@@ -69,12 +69,12 @@ class BatchListTest : public testing::Test {
   // Adds the whole folder and waits until every photo was looked at.
   void addAll() {
     list->add({folder.path().string()});
-    EXPECT_TRUE(runUntil([this] {
-      return list->entries().size() == 4 &&
-             std::ranges::all_of(list->entries(), [](const BatchEntry& entry) {
-               return entry.facts || entry.state == State::failed;
-             });
-    }));
+    EXPECT_TRUE(runUntil([this] { return list->entries().size() == 4 && isAllLookedAt(); }));
+  }
+  bool isAllLookedAt() const {
+    return std::ranges::all_of(list->entries(), [](const BatchEntry& entry) {
+      return entry.facts || entry.state == State::failed;
+    });
   }
   void run(const Treatment& treatment = {}) {
     list->start(treatment,
@@ -127,6 +127,15 @@ TEST_F(BatchListTest, WhatHasNoResultIsRunAgainAndOnlyThat) {
   const FilterParameters nine = exportParameters(33.0, DenoiseMode::manual(9));
   EXPECT_EQ(engine.strengths, nine.sigmaVal * 1000 + nine.templateWinSize);
   EXPECT_THAT(list->photosToRun(), ElementsAre(0, 1, 2));
+}
+
+TEST_F(BatchListTest, WhatARunKeptFromBeingLookedAtIsLookedAtAfterIt) {
+  engine.isOpen = false;
+  list->add({folder.path().string()});
+  EXPECT_TRUE(runUntil([this] { return list->entries().size() == 4; }));
+  list->start({}, {.folder = folder.file("out")});
+  list->cancel();
+  EXPECT_TRUE(runUntil([this] { return !list->isRunning() && isAllLookedAt(); }));
 }
 
 TEST_F(BatchListTest, APauseIsNotCountedAndAStopLeavesTheRest) {
