@@ -3,6 +3,8 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <functional>
 #include <signal.h>
 #include <thread>
 #include <variant>
@@ -23,6 +25,16 @@ int run(const PrintAndExit& words) {
 
 namespace {
 
+// Whatever is thrown becomes words.
+int guarded(const std::function<int()>& action) {
+  try {
+    return action();
+  } catch (const std::exception& fault) {
+    std::fprintf(stderr, "velmara: %s\n", fault.what());
+  }
+  return 1;
+}
+
 int carryOut(int argc, char** argv) {
   const Command command = parseCommandLine(argc, argv);
   if (const auto* words = std::get_if<PrintAndExit>(&command)) return run(*words);
@@ -36,7 +48,8 @@ int carryOut(int argc, char** argv) {
 
   int exitCode = 0;
   std::thread worker([&] {
-    exitCode = std::visit([](const auto& options) { return run(options); }, command);
+    exitCode = guarded(
+        [&] { return std::visit([](const auto& options) { return run(options); }, command); });
     mainQueue().async([] { QCoreApplication::quit(); });
   });
   QCoreApplication::exec();
@@ -47,7 +60,7 @@ int carryOut(int argc, char** argv) {
 }  // namespace
 
 int runCommandLine(int argc, char** argv) {
-  const int exitCode = carryOut(argc, argv);
+  const int exitCode = guarded([&] { return carryOut(argc, argv); });
   // Of all that was printed, whether it arrived.
   const bool isPrinted = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
   if (isPrinted || exitCode != 0) return exitCode;

@@ -96,7 +96,7 @@ std::string progressText(double fraction, double elapsedSeconds, int width) {
 
 ProgressLine::ProgressLine(std::function<double()> progress, bool isShown) {
   if (!isShown) return;
-  drawer_ = std::jthread([progress = std::move(progress)](const std::stop_token& stop) {
+  const auto draw = [progress = std::move(progress)](const std::stop_token& stop) {
     const auto start = std::chrono::steady_clock::now();
     std::mutex mutex;
     std::condition_variable_any stopped;
@@ -111,7 +111,12 @@ ProgressLine::ProgressLine(std::function<double()> progress, bool isShown) {
       isDrawn = true;
     }
     if (isDrawn) std::fputs("\r\033[K", stderr);
-  });
+  };
+  try {
+    drawer_ = std::jthread(draw);
+  } catch (const std::system_error&) {
+    return;  // No thread to be had; the work goes on without a line.
+  }
 }
 
 }  // namespace velmara::cli

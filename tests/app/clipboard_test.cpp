@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <QClipboard>
+#include <QLabel>
 #include <QMimeData>
+#include <QPushButton>
 
 #include "app/screen_fixture.h"
 
