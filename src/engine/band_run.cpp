@@ -1,6 +1,7 @@
 #include "engine/band_run.h"
 
 #include <algorithm>
+#include <exception>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -48,6 +49,8 @@ class TileQueue {
       bands_.push_back({rows, std::int64_t{width} * (rows.end - rows.begin)});
       untakenPixels_ += bands_.back().unfinishedPixels;
     }
+    // No strip is lower than a row: from here on no memory is asked for.
+    strips_.reserve(static_cast<std::size_t>(std::max(bands.back().end - bands.front().begin, 0)));
   }
 
   /// The next tile; nothing if all are taken.
@@ -119,6 +122,7 @@ class TileQueue {
 
 // What the eight tasks, the checks and the waiting thread share. Tasks that come late find no tile
 // left and touch neither kernel nor buffers, which the waiting thread may have given up by then.
+// Once it has started, nothing may be thrown: others would be at the buffers still.
 class Run : public std::enable_shared_from_this<Run> {
  public:
   Run(const EngineEnvironment& environment, const FilterKernel& kernel, FilterBuffers& buffers,
@@ -132,10 +136,15 @@ class Run : public std::enable_shared_from_this<Run> {
         filtersLeft_(kernel.mostTileFilters()) {}
 
   void start(TaskQueue& workers) {
-    for (std::size_t i = 0; i < kBands; ++i) {
-      workers.async([run = shared_from_this()] { run->work(); });
+    const std::vector<RowRange> bands = bandsOf(geometry_.heightSrc);
+    try {
+      for (std::size_t i = 0; i < kBands; ++i) {
+        workers.async([run = shared_from_this()] { run->work(); });
+      }
+    } catch (const std::exception&) {
+      // Those there are do it, or the waiting thread alone.
     }
-    for (const RowRange& rows : bandsOf(geometry_.heightSrc)) {
+    for (const RowRange& rows : bands) {
       if (rows.begin == rows.end || geometry_.widthSrc == 0) completeBand();
     }
   }
@@ -186,16 +195,24 @@ class Run : public std::enable_shared_from_this<Run> {
     }
   }
 
-  void tellRows(int begin, int end) const {
+  void tellRows(int begin, int end) {
     const std::size_t rowBytes = static_cast<std::size_t>(geometry_.widthDest) *
                                  static_cast<std::size_t>(geometry_.channelsDest);
-    watch_.rowsFinished(buffers_.destBytes.data() + static_cast<std::size_t>(begin) * rowBytes,
-                        begin, end - begin);
+    try {
+      watch_.rowsFinished(buffers_.destBytes.data() + static_cast<std::size_t>(begin) * rowBytes,
+                          begin, end - begin);
+    } catch (const std::exception&) {
+      stopped_ = true;
+    }
   }
 
   void completeBand() {
-    ++buffers_.completedSlices;
-    mainQueue_.async([run = shared_from_this()] { run->check(); });
+    const auto completed = ++buffers_.completedSlices;
+    try {
+      mainQueue_.async([run = shared_from_this()] { run->check(); });
+    } catch (const std::exception&) {
+      if (completed == kBands) done_.release();
+    }
   }
 
   void check() {
@@ -212,7 +229,7 @@ class Run : public std::enable_shared_from_this<Run> {
   const FilterGeometry geometry_;
   TileQueue tiles_;
   std::atomic<int> filtersLeft_;
-  std::atomic<bool> stopped_{false};  // Cancelled, or no memory to work in.
+  std::atomic<bool> stopped_{false};  // Cancelled, or no memory to work in or for the rows.
   std::mutex telling_;
   TileQueue::Finished told_;
   bool signalled_ = false;  // Only the checks use it, one after another.

@@ -57,7 +57,7 @@ class DenoiseAlgoImplementation {
   /// How noisy an image is, in dB; see noiseLevel.
   double getPSNRofImage(const Image& image) const;
   /// getPSNRofImage of the opaque 4-sample canvas that packed RGB is drawn on at its own size,
-  /// without making it. Looks at no more than rowsMeasuredOfCanvas.
+  /// without making it. Looks at no more than rowsMeasuredOfCanvas. Throws std::bad_alloc.
   double psnrOfCanvas(const Bitmap& rgb) const;
 
   /// The kernel: filters band `counter` of `totalThreads` from the buffers' sourceBytes to their

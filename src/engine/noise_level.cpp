@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <new>
 
 #include "base/pixel_operations.h"
 #include "engine/row_kernels.h"
@@ -146,7 +147,10 @@ double noiseLevelOfCanvas(const Bitmap& rgb, const EngineEnvironment& environmen
   if (compared < kFewestPixels) return 0.0;
   const std::int64_t rows = rowsHolding(compared, rgb.width(), 4);
   const Bitmap copy = medianFiltered(rgb, static_cast<int>(rows));
-  if (!copy.isValid()) return cannotMeasure(environment);
+  if (!copy.isValid()) {
+    cannotMeasure(environment);
+    throw std::bad_alloc();
+  }
   const auto count = static_cast<std::size_t>(compared);
   const std::size_t colours = count / 4 * 3 + count % 4;
   return peakSignalToNoiseRatio(rgb.bytes().first(colours), copy.bytes().first(colours), count);

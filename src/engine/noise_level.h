@@ -20,7 +20,8 @@ namespace velmara {
 double noiseLevel(const Image& image, const EngineEnvironment& environment);
 
 /// The same of the opaque canvas of packed RGB, of which it needs the colours only, and no rows
-/// beyond the first rowsMeasuredOfCanvas.
+/// beyond the first rowsMeasuredOfCanvas. Throws std::bad_alloc after the log line: what is
+/// measured as 0 dB would be filtered strongly.
 double noiseLevelOfCanvas(const Bitmap& rgb, const EngineEnvironment& environment);
 int rowsMeasuredOfCanvas(int width, int height);
 

@@ -23,7 +23,13 @@ class WaitingTasks {
   void push(std::function<void()> task, Wake wake) {
     const std::scoped_lock lock(mutex_);
     tasks_.push_back(std::move(task));
-    wake();
+    try {
+      wake();
+    } catch (...) {
+      // Or each wake-up after this would run the task before its own.
+      tasks_.pop_back();
+      throw;
+    }
   }
   void runNext() {
     std::function<void()> task;

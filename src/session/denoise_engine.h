@@ -19,7 +19,8 @@ class DenoiseEngine {
   /// The denoised image; none if the watch cancels. Not on the main thread.
   virtual Image denoise(const Image& image, const FilterParameters& parameters,
                         const RunWatch& watch = {}) const = 0;
-  /// How noisy the image is when drawn at its own size on a 4-sample canvas, in dB.
+  /// How noisy the image is when drawn at its own size on a 4-sample canvas, in dB. Throws
+  /// std::bad_alloc.
   virtual double psnr(const Image& image) const = 0;
   /// Pixels per second, measured by filtering the image once on the calling thread; 0 if the
   /// control is cancelled.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <utility>
 
 #include "engine/deep/deep_denoise.h"
@@ -26,7 +27,7 @@ Image thumbnailOf(const Image& image, int orientation) {
 }  // namespace
 
 Result<PhotoFacts> readPhotoFacts(const std::string& path, const DenoiseEngine& engine,
-                                  const JobControl& control) {
+                                  const JobControl& control) try {
   auto opened = openPhoto(path);
   if (!opened) return Error{opened.error()};
   const auto photo = loadPixels(std::move(opened).value(), &control);
@@ -43,6 +44,8 @@ Result<PhotoFacts> readPhotoFacts(const std::string& path, const DenoiseEngine& 
   facts.psnr = engine.psnr(picture);
   facts.isBeyondLevels = measureNoise(picture.bitmap()).isBeyondLevels();
   return facts;
+} catch (const std::bad_alloc&) {
+  return Error{"not enough memory"};
 }
 
 PhotoFacts factsOf(const PhotoJobResult& job) {
