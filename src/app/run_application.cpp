@@ -15,6 +15,7 @@
 #include "imaging/initialise.h"
 #include "platform/bundle.h"
 #include "platform/dispatch.h"
+#include "platform/ending_signals.h"
 #include "platform/hand_over.h"
 #include "platform/log.h"
 #include "platform/temporary_files.h"
@@ -56,6 +57,7 @@ int runApplication(int argc, char** argv, const std::string& photo,
   redirectStandardErrorToLogFile(homeDirectory(), mainBundle().CFBundleName);
   std::signal(SIGPIPE, SIG_IGN);  // A peer that goes away is an error of the write, not the end.
   QApplication application(argc, argv);
+  const EndingSignals endingSignals;
   // The toolkit takes the user's locale over; numbers in files and the log keep their point.
   std::setlocale(LC_NUMERIC, "C");
   QApplication::setApplicationName(QStringLiteral("velmara"));
