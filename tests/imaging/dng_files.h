@@ -51,6 +51,8 @@ struct Dng {
   int statedSide = 0;
   /// A JPEG to hold the samples, three a pixel, in place of the fields.
   std::string jpeg = {};
+  /// Whether the samples are told to be one tile and not one strip.
+  bool isTiled = false;
 };
 
 /// The fields as they should come out: top left, top right, bottom left, bottom right.
@@ -81,7 +83,7 @@ inline std::string dngOf(const Dng& dng) {
   const double bytes = static_cast<double>(mosaic.size());
   // clang-format off
   const auto top = [&](double exifAt, double mosaicAt) {
-    return tiffDirectory(8, {
+    std::vector<TiffEntry> entries = {
         {254, kLong, {0}}, {256, kLong, {width}}, {257, kLong, {height}}, {258, kShort, {bits}},
         {259, kShort, {isJpeg ? 34892.0 : 1.0}}, {262, kShort, {isJpeg ? 34892.0 : 32803.0}},
         {271, kText, {}, "Maker"}, {272, kText, {}, "Camera"}, {273, kLong, {mosaicAt}},
@@ -90,7 +92,15 @@ inline std::string dngOf(const Dng& dng) {
         {34665, kLong, {exifAt}}, {50706, kByte, {1, 4, 0, 0}}, {50708, kText, {}, "Maker Camera"},
         {50714, kShort, {isJpeg ? 0.0 : kBlack}}, {50717, kShort, {isJpeg ? 255.0 : kWhite}},
         {50721, kSignedRatio, xyzToSensor}, {50728, kRatio, neutral},
-        {50730, kSignedRatio, {dng.baselineExposure}}, {50778, kShort, {21}}});
+        {50730, kSignedRatio, {dng.baselineExposure}}, {50778, kShort, {21}}};
+    for (TiffEntry& entry : entries) {
+      if (dng.isTiled && entry.tag == 273) entry = {324, kLong, {mosaicAt}};
+      if (dng.isTiled && entry.tag == 278) entry = {322, kLong, {width}};
+      if (dng.isTiled && entry.tag == 279) entry = {325, kLong, {bytes}};
+    }
+    if (dng.isTiled) entries.push_back({323, kLong, {height}});
+    std::ranges::sort(entries, {}, &TiffEntry::tag);
+    return tiffDirectory(8, entries);
   };
   const std::size_t exifAt = 8 + top(0, 0).size();
   const std::string exif = tiffDirectory(exifAt, {

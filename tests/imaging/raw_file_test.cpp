@@ -67,8 +67,11 @@ TEST_F(RawFileTest, DamageAndCancellingAreToldInWords) {
   }
   ASSERT_TRUE(convert({"-size", "96x64", "plasma:"}, folder.file("a.jpg")));
   const std::string jpeg = contentsOf(folder.file("a.jpg"));
-  EXPECT_TRUE(readImage(written(dngOf({.jpeg = jpeg}))));
-  EXPECT_FALSE(readImage(written(dngOf({.jpeg = jpeg.substr(0, jpeg.size() / 2) + "\xff\xd9"}))));
+  for (const bool isTiled : {false, true}) {
+    EXPECT_TRUE(readImage(written(dngOf({.jpeg = jpeg, .isTiled = isTiled}))));
+    const std::string half = jpeg.substr(0, jpeg.size() / 2) + "\xff\xd9";
+    EXPECT_FALSE(readImage(written(dngOf({.jpeg = half, .isTiled = isTiled}))));
+  }
   JobControl control;
   control.cancel();
   EXPECT_EQ(readImage(written(whole), {Representations::all, &control, {}}).error(),
