@@ -52,8 +52,11 @@ PACKAGES_CI="
   cppcheck
   doxygen
   flatpak-builder
+  e2fsprogs
   git
+  procps
   shellcheck
+  strace
 "
 
 # To run the fuzz targets.
