@@ -1,4 +1,5 @@
 // What is seen of a photo while the window, the line, the zoom and the disk do as they like.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QDragEnterEvent>

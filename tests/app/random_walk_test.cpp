@@ -105,10 +105,10 @@ class RandomWalk : public ScreenTest, public testing::WithParamInterface<unsigne
     ASSERT_TRUE(waitUntil([this] {
       return isGlobalQueueIdle() && !session().isRunningAlgorithm() &&
              session().state() != EditState::kLoading &&
-             session().runState().phase() == RunPhase::kIdle;
-    }));
+             session().runState().phase() == RunPhase::kIdle && window().isResizable() &&
+             view("sliderCustomDenoise").isEnabled() == session().hasPhoto();
+    })) << "what was begun before may begin one more run";
     EXPECT_FALSE(view("progressBar").isVisible());
-    EXPECT_TRUE(window().isResizable());
     EXPECT_TRUE(view<ActionButton>("btnAddPhoto").isEnabled());
     EXPECT_TRUE(view<ActionButton>("btnCloseWindow").isEnabled());
     const auto& current = session().selectedImageFile();
@@ -144,7 +144,7 @@ class RandomWalk : public ScreenTest, public testing::WithParamInterface<unsigne
 
 TEST_P(RandomWalk, EndsInAWindowThatIsStillUsable) {
   std::string walk;
-  for (int i = 0; i < 500; ++i) {
+  for (int i = 0; i < 1000; ++i) {
     walk += act() + "\n";
     expectSense();
     if (i % 50 == 49) comeToRest();
@@ -159,7 +159,13 @@ TEST_P(RandomWalk, EndsInAWindowThatIsStillUsable) {
   EXPECT_EQ(session().selectedImageFile()->fileName, "last.png");
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, RandomWalk, testing::Range(1U, 5U));
+// As many as VELMARA_WALKS says, when the tests are built and when they are run.
+unsigned walks() {
+  const int asked = qEnvironmentVariableIntValue("VELMARA_WALKS");
+  return asked > 0 ? static_cast<unsigned>(asked) : 2;
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomWalk, testing::Range(1U, 1U + walks()));
 
 }  // namespace
 }  // namespace velmara
