@@ -443,6 +443,21 @@ Version 3 oder neuer. Ohne jede Gewährleistung.</translation>
         <source>The noise is stronger than the levels reach: press D for Deep</source>
         <translation>Das Rauschen ist stärker, als die Stufen reichen: D drücken für Deep</translation>
     </message>
+    <message>
+        <source>Noise and Strength</source>
+        <translation>Rauschen und Stärke</translation>
+    </message>
+</context>
+<context>
+    <name>NoiseGauge</name>
+    <message>
+        <source>The noise asks for %1 of 10, %2 is chosen</source>
+        <translation>Das Rauschen verlangt %1 von 10, gewählt ist %2</translation>
+    </message>
+    <message>
+        <source>Noise: %1 dB. It asks for %2 of 10, %3 is chosen</source>
+        <translation>Rauschen: %1 dB. Es verlangt %2 von 10, gewählt ist %3</translation>
+    </message>
 </context>
 <context>
     <name>PastedPicture</name>

@@ -443,6 +443,21 @@ version 3 ou ultérieure. Sans aucune garantie.</translation>
         <source>The noise is stronger than the levels reach: press D for Deep</source>
         <translation>Le bruit dépasse la portée des niveaux : appuyez sur D pour Deep</translation>
     </message>
+    <message>
+        <source>Noise and Strength</source>
+        <translation>Bruit et intensité</translation>
+    </message>
+</context>
+<context>
+    <name>NoiseGauge</name>
+    <message>
+        <source>The noise asks for %1 of 10, %2 is chosen</source>
+        <translation>Le bruit demande %1 sur 10, %2 est choisi</translation>
+    </message>
+    <message>
+        <source>Noise: %1 dB. It asks for %2 of 10, %3 is chosen</source>
+        <translation>Bruit : %1 dB. Il demande %2 sur 10, %3 est choisi</translation>
+    </message>
 </context>
 <context>
     <name>PastedPicture</name>

@@ -16,6 +16,7 @@
 #include "session/denoise_parameters.h"
 #include "session/edit_table.h"
 #include "session/export_formats.h"
+#include "session/noise_gauge.h"
 #include "session/photo_job.h"
 #include "session/run_state.h"
 
@@ -98,6 +99,8 @@ class EditingSession : public QObject {
   /// Whether the photo has noise that only the deep method reaches, and it is off. Measured after
   /// the first preview, while nothing else is done.
   bool isNoiseBeyondLevels() const;
+  /// The noise beside the strength of what is seen; none while it is not measured.
+  std::optional<NoiseGauge> noiseGauge() const;
   /// 1.0 to 10.0; during a run the next one's, if that is chosen already.
   double sliderCustomDenoise() const;
   /// The level in percent; in automatic mode what it chose, in words, once it has.

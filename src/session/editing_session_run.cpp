@@ -31,6 +31,16 @@ bool EditingSession::isNoiseBeyondLevels() const {
   return !isDeepModeOn() && deepNoise_ && deepNoise_->isBeyondLevels();
 }
 
+std::optional<NoiseGauge> EditingSession::noiseGauge() const {
+  if (!hasPhoto()) return std::nullopt;
+  const DenoiseMode mode =
+      isAutoModeOn()
+          ? DenoiseMode::automatic()
+          : DenoiseMode::manual(denoiseLevelForSliderValue(parameters_.sliderCustomDenoise));
+  return velmara::noiseGauge(
+      {psnrOfRealImage_, currentZooomFactor_, mapping_, mode, isDeepModeOn(), deepNoise_});
+}
+
 void EditingSession::btnAutoModeTapped(bool isOn) {
   if (!isOn || isRunningAlgorithm() || !hasPhoto()) {
     parameters_.isAutoModeOn = true;
@@ -219,8 +229,8 @@ void EditingSession::previewRunFinished(const PhotoJobResult& result) {
   if (isFinished && isResultWanted_) {
     if (isAutoModeOn() || isDeepModeOn()) {
       parameters_.txtCustomDenoiseVal = labelAfter(result);
-      Q_EMIT parametersChanged();
     }
+    Q_EMIT parametersChanged();
     shownParameters_ = parameters_;
     denoisingProcessCompletedWithOutputImage(result.image);
     return;

@@ -350,11 +350,18 @@ TEST_F(ScreenTest, RefusesWhatIsNoPhoto) {
 }
 
 // Stored on its side, it is shown upright.
-TEST_F(ScreenTest, ThePhotoOfTheLastTimeIsOpenedWhereOneIsRemembered) {
+// A photo is remembered before there is a window.
+class RememberedTest : public ScreenTest {
+ protected:
+  RememberedTest() {
+    runProgram({"convert", photo(), "-crop", "240x120+0+0", "+repage", path});
+    runProgram({"exiv2", "-Mset Exif.Image.Orientation Short 6", path});
+    saveBookmarkPathsFromTableView({PhotoFile::initWithFileUrl(path)}, defaults);
+  }
   const std::string path = folder.file("turned.jpg");
-  runProgram({"convert", photo(), "-crop", "240x120+0+0", "+repage", path});
-  runProgram({"exiv2", "-Mset Exif.Image.Orientation Short 6", path});
-  saveBookmarkPathsFromTableView({PhotoFile::initWithFileUrl(path)}, defaults);
+};
+
+TEST_F(RememberedTest, ThePhotoOfTheLastTimeIsOpened) {
   ASSERT_TRUE(waitForResult());
   EXPECT_EQ(session().selectedImageFile()->fileName, "turned.jpg");
   const auto& shown = view<PictureView>("imgPreviewPhoto");

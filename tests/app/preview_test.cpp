@@ -190,6 +190,8 @@ TEST_F(PreviewTest, DeepShowsAt100PercentWhatIsSaved) {
   click("btn100Percent");
   ASSERT_TRUE(waitForResult());
   EXPECT_TRUE(view("lblNoise").isVisible());
+  EXPECT_THAT(view("vwNoiseGauge").accessibleDescription().toStdString(),
+              testing::HasSubstr("dB. It asks for"));
   const int runs = engine.runs();
   QTest::keyClick(&window(), Qt::Key_D);
   EXPECT_TRUE(view("progressBar").isVisible());
@@ -197,6 +199,7 @@ TEST_F(PreviewTest, DeepShowsAt100PercentWhatIsSaved) {
   EXPECT_FALSE(view("lblNoise").isVisible());
   EXPECT_EQ(view<ActionButton>("btnDeepMode").state(), 1);
   EXPECT_EQ(view<QLabel>("txtCustomDenoiseVal").text(), QStringLiteral("Noise × 1.0"));
+  EXPECT_EQ(view("vwNoiseGauge").toolTip(), "The noise asks for 5 of 10, 5 is chosen");
   EXPECT_EQ(engine.runs(), runs);
   panels.saveOptions.clear();
   click("btnExport");

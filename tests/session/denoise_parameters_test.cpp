@@ -4,6 +4,9 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
+
+#include "session/noise_gauge.h"
 
 namespace velmara {
 namespace {
@@ -101,6 +104,29 @@ TEST(SliderLevelTest, RoundsByHalfOpenBands) {
                                          {5.5, 6},   {9.49, 9},  {9.5, 10}, {10.0, 10},
                                          {0.99, 10}, {-3.0, 10}, {1e9, 10}, {std::nan(""), 10}};
   for (const auto& [value, level] : rows) EXPECT_EQ(denoiseLevelForSliderValue(value), level);
+}
+
+TEST(NoiseGaugeTest, PutsTheChosenStrengthBesideTheOneThatTheNoiseAsksFor) {
+  const DeepNoise strong = whiteNoise(30.0F);
+  const struct {
+    NoiseFacts facts;
+    std::optional<std::pair<int, int>> askedAndChosen;
+  } rows[] = {{{0.0F, 1.0F, {}, kAuto, false, {}}, {}},
+              {{28.25F, 1.0F, {}, kAuto, false, {}}, {{5, 5}}},
+              {{28.25F, 1.0F, {}, at(9), false, strong}, {{5, 9}}},
+              {{45.0F, 0.5F, {}, kAuto, false, {}}, {{4, 4}}},
+              {{std::numeric_limits<float>::infinity(), 1.0F, {}, at(3), false, {}}, {{0, 0}}},
+              {{28.25F, 1.0F, {}, at(3), true, {}}, {}},
+              {{28.25F, 1.0F, {}, kAuto, true, strong}, {{5, 5}}},
+              {{0.0F, 1.0F, {}, at(10), true, strong}, {{5, 10}}},
+              {{28.25F, 1.0F, {}, at(3), true, whiteNoise(0.0F)}, {{0, 0}}}};
+  for (const auto& row : rows) {
+    const auto gauge = noiseGauge(row.facts);
+    ASSERT_EQ(gauge.has_value(), row.askedAndChosen.has_value());
+    if (!gauge) continue;
+    EXPECT_EQ(std::pair(gauge->asked, gauge->chosen), *row.askedAndChosen) << gauge->text;
+  }
+  EXPECT_EQ(noiseGauge(rows[2].facts)->text, "Noise: 28.3 dB. It asks for 5 of 10, 9 is chosen");
 }
 
 }  // namespace

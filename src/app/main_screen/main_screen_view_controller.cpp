@@ -271,6 +271,11 @@ void MainScreenViewController::showParameters() {
   ui_->btnAutoMode->setState(session().isAutoModeOn() ? 1 : 0);
   ui_->btnDeepMode->setState(session().isDeepModeOn() ? 1 : 0);
   ui_->lblNoise->setVisible(session().isNoiseBeyondLevels());
+  const auto gauge = session().noiseGauge();
+  ui_->vwNoiseGauge->setVisible(gauge.has_value());
+  if (gauge) {
+    ui_->vwNoiseGauge->setValues(gauge->asked, gauge->chosen, QString::fromStdString(gauge->text));
+  }
   // While the handle is held, it and its label are the user's.
   if (!ui_->sliderCustomDenoise->isSliderDown()) {
     const QSignalBlocker noAction(ui_->sliderCustomDenoise);
