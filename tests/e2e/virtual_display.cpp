@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <sstream>
 
 #include "support/run_program.h"
 
@@ -39,23 +40,36 @@ bool canMakeDisplay() {
 }
 
 VirtualDisplay::VirtualDisplay(const QSize& size) {
-  isReady_ = startServer(size) && startWindowManager();
+  // Two servers that are started at the same moment find the same number free, and one of them
+  // ends.
+  for (int tries = 0; tries < 3 && !isReady_; ++tries) {
+    isReady_ = startServer(size) && startWindowManager();
+  }
 }
 
 // The server finds a free number itself and says it on its output.
 bool VirtualDisplay::startServer(const QSize& size) {
+  windowManager_.reset();
   const std::string output = folder_.file("server.log");
+  testing_support::writeFile(output, "");
   server_ = std::make_unique<ChildProcess>(
       std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0",
                                number(size.width()) + "x" + number(size.height()) + "x24", "-fbdir",
                                folder_.path().string(), "-nolisten", "tcp", "-nocursor",
                                "-noreset"},
       std::vector<std::pair<std::string, std::string>>{}, output);
-  return waitUntil([&] {
-    const std::string said = testing_support::contentsOf(output);
-    name_ = ":" + said.substr(0, said.find('\n'));
-    return said.find('\n') != std::string::npos;
-  });
+  // Where other servers run it complains, number by number, until one is free.
+  const auto saidName = [&] {
+    std::istringstream said(testing_support::contentsOf(output));
+    for (std::string line; std::getline(said, line) && !said.eof();) {
+      if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos) {
+        name_ = ":" + line;
+        return true;
+      }
+    }
+    return false;
+  };
+  return waitUntil([&] { return saidName() || !server_->isRunning(); }) && saidName();
 }
 
 bool VirtualDisplay::startWindowManager() {
@@ -64,10 +78,11 @@ bool VirtualDisplay::startWindowManager() {
                                      std::vector<std::pair<std::string, std::string>>{
                                          {"DISPLAY", name_}, {"HOME", folder_.path().string()}},
                                      folder_.file("openbox.log"));
-  return waitUntil([this] {
+  const auto isManaged = [this] {
     return ask({"xprop", "-root", "_NET_SUPPORTING_WM_CHECK"}).find("window id") !=
            std::string::npos;
-  });
+  };
+  return waitUntil([&] { return isManaged() || !windowManager_->isRunning(); }) && isManaged();
 }
 
 QImage VirtualDisplay::screen(const QRect& place) const {
