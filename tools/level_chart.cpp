@@ -1,5 +1,6 @@
 // level_chart: prints the manual's chart as SVG: what is made of a photo's noise and of a level
 // when it is saved, by the functions that the export uses.
+#include <cmath>
 #include <cstdio>
 #include <functional>
 #include <string>
@@ -57,7 +58,7 @@ void draw(const Panel& panel) {
   for (const Line& line : kLines) {
     std::string path;
     int last = -1;
-    const int steps = static_cast<int>((kCleanest - kNoisiest) / kStep + 0.5);
+    const int steps = static_cast<int>(std::lround((kCleanest - kNoisiest) / kStep));
     for (int i = 0; i <= steps; ++i) {
       const double psnr = kNoisiest + i * kStep;
       const int number = panel.value(velmara::exportParameters(psnr, line.mode));
