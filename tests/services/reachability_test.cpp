@@ -64,18 +64,18 @@ class ReachabilityTest : public testing::Test {
   };
   void follow(const std::vector<Step>& steps) {
     std::map<std::string, std::shared_ptr<Reachability>> monitors;
-    for (const auto& [change, target, status, letters] : steps) {
-      if (!change.empty()) ipBatch(change);
-      auto& monitor = monitors[target];
-      if (!monitor) monitor = monitorOf(target);
-      const std::string rule = std::string_view(target) == "wifi" ? "localWiFi" : "network";
-      const std::string line =
-          "Reachability Flag Status: " + std::string(letters) + " " + rule + "StatusForFlags\n";
+    for (const Step& step : steps) {
+      if (!step.change.empty()) ipBatch(step.change);
+      auto& monitor = monitors[step.target];
+      if (!monitor) monitor = monitorOf(step.target);
+      const std::string rule = std::string_view(step.target) == "wifi" ? "localWiFi" : "network";
+      const std::string line = "Reachability Flag Status: " + std::string(step.letters) + " " +
+                               rule + "StatusForFlags\n";
       // The kernel takes up to a second to know that a cable is in.
       EXPECT_TRUE(testing_support::runUntil([&] {
-        return monitor->currentReachabilityStatus() == status && log_.lines().back() == line;
-      })) << change
-          << target << ": " << log_.lines().back();
+        return monitor->currentReachabilityStatus() == step.status && log_.lines().back() == line;
+      })) << step.change
+          << step.target << ": " << log_.lines().back();
     }
   }
 
