@@ -42,7 +42,7 @@ def run(*words):
 
 
 def dng():
-    """A camera's RAW of one gray field, 32 x 24, as the DNG specification has it."""
+    """A camera's RAW of one gray field, 32 x 24, as a DNG has it."""
     width, height = 32, 24
     samples = struct.pack(f"<{width * height}H", *([6000, 9000] * (width * height // 2)))
     ratios = b"".join(struct.pack("<ii", n, 10000) for n in
